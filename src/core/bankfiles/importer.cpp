@@ -1,0 +1,245 @@
+// Turning bank rows into transactions, with the fingerprints that keep a second
+// import of the same download from adding anything.
+#include "bankfiles/importer.h"
+
+#include "bankfiles/autocategory.h"
+#include "bankfiles/csvimporter.h"
+#include "model/money.h"
+
+#include <QCryptographicHash>
+#include <QRandomGenerator>
+#include <QSet>
+
+#include <array>
+#include <cstring>
+#include <optional>
+#include <unordered_set>
+
+namespace {
+
+QByteArray accountPart(const QUuid &account)
+{
+    return account.toString(QUuid::WithoutBraces).toUpper().toUtf8() + '|';
+}
+
+// "<day>|<amount>|<payee in lower case>" after the account part.
+void appendLinePart(QByteArray &out, Instant date, const Decimal &amount, const QString &payee)
+{
+    out += QByteArray::number(BankImport::dayNumber(date));
+    out += '|';
+    out += amount.toStdString();
+    out += '|';
+    out += payee.toLower().toUtf8();
+}
+
+using Digest = std::array<quint8, 32>;
+
+struct DigestHash
+{
+    size_t operator()(const Digest &d) const noexcept
+    {
+        size_t h;
+        std::memcpy(&h, d.data(), sizeof h); // the digest is already evenly spread
+        return h;
+    }
+};
+
+Digest sha256(QCryptographicHash &sha, const QByteArray &text)
+{
+    sha.reset();
+    sha.addData(text);
+    const QByteArrayView result = sha.resultView();
+    Digest d;
+    std::memcpy(d.data(), result.data(), d.size());
+    return d;
+}
+
+QString hexText(const Digest &d)
+{
+    static constexpr char16_t digits[] = u"0123456789abcdef";
+    QString hex(qsizetype(d.size() * 2), Qt::Uninitialized);
+    char16_t *out = reinterpret_cast<char16_t *>(hex.data());
+    for (quint8 byte : d) {
+        *out++ = digits[byte >> 4];
+        *out++ = digits[byte & 15];
+    }
+    return hex;
+}
+
+// The digest written in `hex`, if it is 64 lower-case hexadecimal digits: the only
+// form a fingerprint made here can take, so any other text can never equal one.
+std::optional<Digest> fromHex(const QString &hex)
+{
+    if (hex.size() != 64)
+        return std::nullopt;
+    auto value = [](char16_t c) {
+        return c >= u'0' && c <= u'9' ? c - u'0' : c >= u'a' && c <= u'f' ? c - u'a' + 10 : -1;
+    };
+    Digest d;
+    const char16_t *p = reinterpret_cast<const char16_t *>(hex.utf16());
+    for (size_t i = 0; i < d.size(); ++i) {
+        const int high = value(p[2 * i]), low = value(p[2 * i + 1]);
+        if (high < 0 || low < 0)
+            return std::nullopt;
+        d[i] = quint8(high << 4 | low);
+    }
+    return d;
+}
+
+// Fresh random (version 4) ids for a whole file of new lines, drawn from a generator
+// seeded once from the system's entropy source. Reading the system source for
+// every id was the largest single cost of converting a long download.
+class IdMaker
+{
+public:
+    IdMaker()
+        : m_random(systemSeed().data(), seedWords)
+    {}
+
+    QUuid next()
+    {
+        const quint64 a = m_random.generate64(), b = m_random.generate64();
+        return QUuid(uint(a >> 32), ushort(a >> 16), ushort((a & 0x0FFF) | 0x4000), uchar(((b >> 56) & 0x3F) | 0x80),
+                     uchar(b >> 48), uchar(b >> 40), uchar(b >> 32), uchar(b >> 24), uchar(b >> 16), uchar(b >> 8),
+                     uchar(b));
+    }
+
+private:
+    static constexpr qsizetype seedWords = 16;
+    static std::array<quint32, seedWords> systemSeed()
+    {
+        std::array<quint32, seedWords> seed;
+        QRandomGenerator::system()->fillRange(seed.data(), qsizetype(seed.size()));
+        return seed;
+    }
+
+    QRandomGenerator m_random;
+};
+
+} // namespace
+
+namespace BankImport {
+
+std::int64_t dayNumber(Instant date)
+{
+    return date.msecs() / 86400000; // C++ division truncates toward zero
+}
+
+QString fingerprintText(const QUuid &account, Instant date, const Decimal &amount, const QString &payee)
+{
+    QByteArray text = accountPart(account);
+    appendLinePart(text, date, amount, payee);
+    return QString::fromUtf8(text);
+}
+
+QString importHash(const QUuid &account, Instant date, const Decimal &amount, const QString &payee)
+{
+    QByteArray text = accountPart(account);
+    appendLinePart(text, date, amount, payee);
+    QCryptographicHash sha(QCryptographicHash::Sha256);
+    return hexText(sha256(sha, text));
+}
+
+void flipSigns(std::vector<Transaction> &lines)
+{
+    for (Transaction &t : lines) {
+        t.amount = t.amount.negated();
+        t.kind = t.amount.signum() > 0 ? TxKind::deposit : TxKind::expense;
+    }
+}
+
+} // namespace BankImport
+
+CSVImporter::Conversion CSVImporter::transactions(const QUuid &account, const std::vector<Transaction> &existing,
+                                                  const Categorizer &categorize) const
+{
+    // Every fingerprint already in the Book; lines accepted from this file join them,
+    // so a line repeated within the download is taken once.
+    std::unordered_set<Digest, DigestHash> known;
+    known.reserve(existing.size() + size_t(m_rows.size()));
+    for (const Transaction &t : existing)
+        if (t.importHash)
+            if (const auto digest = fromHex(*t.importHash))
+                known.insert(*digest);
+
+    const QByteArray accountText = accountPart(account);
+    const QString imported = QStringLiteral("Imported");
+    QCryptographicHash sha(QCryptographicHash::Sha256);
+    QByteArray hashed = accountText;
+    hashed.detach(); // reused for every row, keeping its capacity
+    DateCache dates;
+    QSet<QString> fileCategories; // one shared string per category name in the file
+    IdMaker ids;
+    // Copied rather than default-made, which would draw an id from the system source.
+    static const Transaction blank;
+
+    Conversion out;
+    out.newTransactions.reserve(size_t(m_rows.size()));
+    for (const QStringList &row : m_rows) {
+        auto cell = [&row](const std::optional<int> &column) {
+            return column && *column >= 0 && *column < row.size() ? trimmedCell(row[*column]) : QString();
+        };
+
+        const std::optional<Instant> when = dates(cell(m_mapping.date));
+        if (!when) {
+            ++out.bad;
+            continue;
+        }
+
+        std::optional<Decimal> amount;
+        if (m_mapping.amount)
+            amount = Money::parse(cell(m_mapping.amount));
+        if (!amount) {
+            const Decimal debit = Money::parse(cell(m_mapping.debit)).value_or(Decimal());
+            const Decimal credit = Money::parse(cell(m_mapping.credit)).value_or(Decimal());
+            if (debit.isZero() && credit.isZero()) {
+                ++out.bad;
+                continue;
+            }
+            amount = credit - debit.magnitude(); // a debit takes money out, whatever its sign
+        }
+        if (amount->isZero()) {
+            ++out.bad;
+            continue;
+        }
+
+        QString payee = cell(m_mapping.description);
+        if (payee.isEmpty())
+            payee = imported;
+
+        hashed.truncate(accountText.size());
+        appendLinePart(hashed, *when, *amount, payee);
+        const Digest digest = sha256(sha, hashed);
+        if (!known.insert(digest).second) {
+            ++out.skipped;
+            continue;
+        }
+
+        QString category = cell(m_mapping.category);
+        if (!category.isEmpty()) {
+            const auto shared = fileCategories.constFind(category);
+            if (shared != fileCategories.constEnd())
+                category = *shared;
+            else
+                fileCategories.insert(category);
+        } else if (categorize) {
+            category = categorize(payee, *amount);
+        } else {
+            category = AutoCategory::guess(payee, *amount, {});
+        }
+
+        Transaction t = blank;
+        t.id = ids.next();
+        t.date = *when;
+        t.accountID = account;
+        t.amount = *amount;
+        t.payee = std::move(payee);
+        t.category = std::move(category);
+        t.note = imported;
+        t.cleared = true;
+        t.kind = amount->signum() > 0 ? TxKind::deposit : TxKind::expense;
+        t.importHash = hexText(digest);
+        out.newTransactions.push_back(std::move(t));
+    }
+    return out;
+}

@@ -1,0 +1,1465 @@
+#include "model/moneyfile.h"
+
+#include <rapidjson/error/en.h>
+#include <rapidjson/prettywriter.h>
+#include <rapidjson/reader.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <span>
+#include <string>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace {
+
+// ---------------------------------------------------------------------------
+// Shared pieces
+
+constexpr char hexDigits[] = "0123456789ABCDEF";
+
+// "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX", upper case, into 36 bytes.
+void formatUuid(const QUuid &id, char *out)
+{
+    auto put = [&out](std::uint64_t value, int digits) {
+        for (int i = digits - 1; i >= 0; --i)
+            *out++ = hexDigits[(value >> (4 * i)) & 0xF];
+    };
+    put(id.data1, 8);
+    *out++ = '-';
+    put(id.data2, 4);
+    *out++ = '-';
+    put(id.data3, 4);
+    *out++ = '-';
+    put((std::uint64_t(id.data4[0]) << 8) | id.data4[1], 4);
+    *out++ = '-';
+    for (int i = 2; i < 8; ++i)
+        put(id.data4[i], 2);
+}
+
+// Hex digit values by byte, -1 for anything else.
+constexpr std::array<std::int8_t, 256> hexValues = [] {
+    std::array<std::int8_t, 256> values{};
+    values.fill(-1);
+    for (int i = 0; i < 10; ++i)
+        values[std::size_t('0' + i)] = std::int8_t(i);
+    for (int i = 0; i < 6; ++i) {
+        values[std::size_t('A' + i)] = std::int8_t(10 + i);
+        values[std::size_t('a' + i)] = std::int8_t(10 + i);
+    }
+    return values;
+}();
+
+// The canonical 8-4-4-4-12 form, either case; QUuid::fromString is far slower.
+std::optional<QUuid> parseUuid(std::string_view text)
+{
+    if (text.size() != 36 || text[8] != '-' || text[13] != '-' || text[18] != '-' || text[23] != '-')
+        return std::nullopt;
+    static constexpr std::uint8_t starts[16] = {0, 2, 4, 6, 9, 11, 14, 16, 19, 21, 24, 26, 28, 30, 32, 34};
+    std::uint8_t bytes[16];
+    int invalid = 0;
+    for (int i = 0; i < 16; ++i) {
+        const int high = hexValues[static_cast<unsigned char>(text[starts[i]])];
+        const int low = hexValues[static_cast<unsigned char>(text[starts[i] + 1])];
+        invalid |= high | low; // negative once any digit is not hex
+        bytes[i] = std::uint8_t(high << 4 | low);
+    }
+    if (invalid < 0)
+        return std::nullopt;
+    return QUuid(uint(bytes[0]) << 24 | uint(bytes[1]) << 16 | uint(bytes[2]) << 8 | bytes[3],
+                 ushort(bytes[4] << 8 | bytes[5]), ushort(bytes[6] << 8 | bytes[7]), bytes[8],
+                 bytes[9], bytes[10], bytes[11], bytes[12], bytes[13], bytes[14], bytes[15]);
+}
+
+inline std::uint64_t word8(const char *p)
+{
+    std::uint64_t w;
+    std::memcpy(&w, p, 8);
+    return w;
+}
+
+// Byte equality for the short keys and texts, eight bytes at a time.
+inline bool sameText(std::string_view a, std::string_view b)
+{
+    if (a.size() != b.size())
+        return false;
+    std::size_t i = 0;
+    for (; i + 8 <= a.size(); i += 8)
+        if (word8(a.data() + i) != word8(b.data() + i))
+            return false;
+    for (; i < a.size(); ++i)
+        if (a[i] != b[i])
+            return false;
+    return true;
+}
+
+template <typename E>
+std::string_view storedText(E value)
+{
+    for (const auto &[c, text] : EnumTexts<E>::table)
+        if (c == value)
+            return text;
+    return {};
+}
+
+// ---------------------------------------------------------------------------
+// Encoding
+
+// Output stream for the writer: grows a QByteArray directly, so the finished file
+// is not copied once more at the end.
+class Sink
+{
+public:
+    using Ch = char;
+
+    explicit Sink(qsizetype expected)
+    {
+        m_data.resize(std::max<qsizetype>(expected, 256));
+        m_next = m_data.data();
+        m_end = m_next + m_data.size();
+    }
+
+    void Put(char c)
+    {
+        if (m_next == m_end)
+            grow(1);
+        *m_next++ = c;
+    }
+    void Flush() {}
+
+    void reserve(std::size_t count)
+    {
+        if (std::size_t(m_end - m_next) < count)
+            grow(count);
+    }
+    void putUnsafe(char c) { *m_next++ = c; }
+    void append(const char *bytes, std::size_t count)
+    {
+        reserve(count);
+        std::memcpy(m_next, bytes, count);
+        m_next += count;
+    }
+
+    QByteArray take()
+    {
+        m_data.resize(m_next - m_data.data());
+        return std::move(m_data);
+    }
+
+private:
+    void grow(std::size_t count)
+    {
+        const qsizetype used = m_next - m_data.data();
+        m_data.resize(std::max<qsizetype>(m_data.size() * 2, used + qsizetype(count)));
+        m_next = m_data.data() + used;
+        m_end = m_data.data() + m_data.size();
+    }
+
+    QByteArray m_data;
+    char *m_next = nullptr;
+    char *m_end = nullptr;
+};
+
+// Found by argument-dependent lookup from inside the writer: unchecked writes after one reserve.
+inline void PutReserve(Sink &sink, std::size_t count)
+{
+    sink.reserve(count);
+}
+inline void PutUnsafe(Sink &sink, char c)
+{
+    sink.putUnsafe(c);
+}
+
+// The pretty writer, plus values whose JSON text is ready: placed (comma, line
+// break, indentation) like any other value, then copied in one go rather than
+// byte by byte as RawValue() does.
+class FileWriter : public rapidjson::PrettyWriter<Sink>
+{
+public:
+    explicit FileWriter(Sink &sink) : PrettyWriter(sink) { SetIndent(' ', 2); }
+
+    void ready(const char *json, std::size_t length, rapidjson::Type type)
+    {
+        PrettyPrefix(type);
+        os_->append(json, length);
+    }
+};
+
+class Encoder
+{
+public:
+    explicit Encoder(Sink &sink) : m_writer(sink) {}
+
+    void book(const Book &b)
+    {
+        m_writer.StartObject();
+        key("accounts");
+        list(b.accounts);
+        key("bills");
+        list(b.bills);
+        key("categories");
+        list(b.categories);
+        key("currency");
+        text(b.currency);
+        key("royalties");
+        list(b.royalties);
+        key("transactions");
+        list(b.transactions);
+        key("version");
+        m_writer.Int(b.version);
+        m_writer.EndObject();
+    }
+
+private:
+    template <typename R>
+    void list(const std::vector<R> &records)
+    {
+        m_writer.StartArray();
+        for (const R &r : records)
+            record(r);
+        m_writer.EndArray();
+    }
+
+    void record(const Account &a)
+    {
+        m_writer.StartObject();
+        key("archived");
+        m_writer.Bool(a.archived);
+        key("id");
+        id(a.id);
+        key("kind");
+        enumText(a.kind);
+        key("name");
+        text(a.name);
+        key("opening");
+        number(a.opening);
+        m_writer.EndObject();
+    }
+
+    void record(const Transaction &t)
+    {
+        m_writer.StartObject();
+        key("accountID");
+        id(t.accountID);
+        key("amount");
+        number(t.amount);
+        key("category");
+        text(t.category);
+        key("cleared");
+        m_writer.Bool(t.cleared);
+        key("date");
+        date(t.date);
+        key("id");
+        id(t.id);
+        if (t.importHash) {
+            key("importHash");
+            text(*t.importHash);
+        }
+        key("kind");
+        enumText(t.kind);
+        key("note");
+        text(t.note);
+        key("payee");
+        text(t.payee);
+        if (t.transferPairID) {
+            key("transferPairID");
+            id(*t.transferPairID);
+        }
+        m_writer.EndObject();
+    }
+
+    void record(const Category &c)
+    {
+        m_writer.StartObject();
+        if (c.budget) {
+            key("budget");
+            number(*c.budget);
+        }
+        key("income");
+        m_writer.Bool(c.income);
+        key("name");
+        text(c.name);
+        m_writer.EndObject();
+    }
+
+    void record(const Bill::Payment &p)
+    {
+        m_writer.StartObject();
+        key("amount");
+        number(p.amount);
+        key("date");
+        date(p.date);
+        key("dueDate");
+        date(p.dueDate);
+        m_writer.EndObject();
+    }
+
+    void record(const Bill &b)
+    {
+        m_writer.StartObject();
+        if (b.accountID) {
+            key("accountID");
+            id(*b.accountID);
+        }
+        key("active");
+        m_writer.Bool(b.active);
+        key("amount");
+        number(b.amount);
+        key("autopay");
+        m_writer.Bool(b.autopay);
+        key("category");
+        text(b.category);
+        key("due");
+        date(b.due);
+        key("history");
+        list(b.history);
+        key("id");
+        id(b.id);
+        key("name");
+        text(b.name);
+        key("note");
+        text(b.note);
+        key("remindDays");
+        m_writer.Int(b.remindDays);
+        key("repeats");
+        enumText(b.repeats);
+        key("website");
+        text(b.website);
+        m_writer.EndObject();
+    }
+
+    void record(const Royalty &r)
+    {
+        m_writer.StartObject();
+        if (r.accountID) {
+            key("accountID");
+            id(*r.accountID);
+        }
+        key("expectedAmount");
+        number(r.expectedAmount);
+        key("expectedDate");
+        date(r.expectedDate);
+        key("id");
+        id(r.id);
+        key("note");
+        text(r.note);
+        key("payer");
+        text(r.payer);
+        key("period");
+        text(r.period);
+        if (r.receivedAmount) {
+            key("receivedAmount");
+            number(*r.receivedAmount);
+        }
+        if (r.receivedDate) {
+            key("receivedDate");
+            date(*r.receivedDate);
+        }
+        key("repeats");
+        enumText(r.repeats);
+        key("source");
+        enumText(r.source);
+        key("status");
+        enumText(r.status);
+        key("work");
+        text(r.work);
+        m_writer.EndObject();
+    }
+
+    // Keys, ids, dates and stored enumeration texts never need escaping: they go
+    // out as ready-made quoted text, past the writer's byte-by-byte escaping.
+    void plain(std::string_view text)
+    {
+        char buffer[64];
+        if (text.size() + 2 > sizeof buffer) {
+            m_writer.String(text.data(), rapidjson::SizeType(text.size()));
+            return;
+        }
+        buffer[0] = '"';
+        std::memcpy(buffer + 1, text.data(), text.size());
+        buffer[text.size() + 1] = '"';
+        m_writer.ready(buffer, text.size() + 2, rapidjson::kStringType);
+    }
+
+    void key(std::string_view name) { plain(name); }
+
+    void id(const QUuid &value)
+    {
+        char buffer[36];
+        formatUuid(value, buffer);
+        plain(std::string_view(buffer, 36));
+    }
+
+    void number(const Decimal &value)
+    {
+        const std::string digits = value.toStdString();
+        m_writer.ready(digits.data(), digits.size(), rapidjson::kNumberType);
+    }
+
+    void date(const Instant &value) { plain(value.isoText()); }
+
+    template <typename E>
+    void enumText(E value)
+    {
+        plain(storedText(value));
+    }
+
+    // UTF-16 to UTF-8 into one reused buffer: no allocation per text. A lone
+    // surrogate (which no valid text holds) becomes U+FFFD, as QString::toUtf8 does.
+    // Only a text with a quote, a backslash or a control character goes through the
+    // writer's escaping.
+    void text(const QString &value)
+    {
+        const qsizetype n = value.size();
+        if (m_utf8.size() < std::size_t(n) * 3 + 2)
+            m_utf8.resize(std::size_t(n) * 3 + 2);
+        const char16_t *in = reinterpret_cast<const char16_t *>(value.constData());
+        const char16_t *const end = in + n;
+        char *const start = m_utf8.data() + 1;
+        char *out = start;
+        bool escape = false;
+        while (in != end) {
+            const char32_t c = *in++;
+            if (c < 0x80) {
+                escape |= c < 0x20 || c == '"' || c == '\\';
+                *out++ = char(c);
+            } else if (c < 0x800) {
+                *out++ = char(0xC0 | (c >> 6));
+                *out++ = char(0x80 | (c & 0x3F));
+            } else if (c >= 0xD800 && c <= 0xDBFF && in != end && *in >= 0xDC00 && *in <= 0xDFFF) {
+                const char32_t full = 0x10000 + ((c - 0xD800) << 10) + (char32_t(*in++) - 0xDC00);
+                *out++ = char(0xF0 | (full >> 18));
+                *out++ = char(0x80 | ((full >> 12) & 0x3F));
+                *out++ = char(0x80 | ((full >> 6) & 0x3F));
+                *out++ = char(0x80 | (full & 0x3F));
+            } else {
+                const char32_t bmp = (c >= 0xD800 && c <= 0xDFFF) ? 0xFFFD : c;
+                *out++ = char(0xE0 | (bmp >> 12));
+                *out++ = char(0x80 | ((bmp >> 6) & 0x3F));
+                *out++ = char(0x80 | (bmp & 0x3F));
+            }
+        }
+        if (escape) {
+            m_writer.String(start, rapidjson::SizeType(out - start));
+        } else {
+            start[-1] = '"';
+            *out++ = '"';
+            m_writer.ready(start - 1, std::size_t(out - start + 1), rapidjson::kStringType);
+        }
+    }
+
+    FileWriter m_writer;
+    std::vector<char> m_utf8;
+};
+
+// A close guess of the file size (a little over for plain ASCII texts), so the
+// output buffer is grown at most once.
+qsizetype expectedSize(const Book &book)
+{
+    qsizetype size = 4096 + qsizetype(book.accounts.size()) * 200 + qsizetype(book.categories.size()) * 90
+        + qsizetype(book.royalties.size()) * 600;
+    for (const Bill &b : book.bills)
+        size += 600 + qsizetype(b.history.size()) * 120;
+    for (const Transaction &t : book.transactions) {
+        size += 300 + t.payee.size() + t.category.size() + t.note.size();
+        if (t.importHash)
+            size += 24 + t.importHash->size();
+        if (t.transferPairID)
+            size += 64;
+    }
+    return size;
+}
+
+// ---------------------------------------------------------------------------
+// Decoding
+
+// The input as the reader sees it: bounded by the view's end, so the text needs
+// no terminating zero. Peek() gives '\0' at the end, which the reader takes as end.
+struct ViewStream
+{
+    using Ch = char;
+
+    Ch Peek() const { return m_next != m_end ? *m_next : '\0'; }
+    Ch Take() { return m_next != m_end ? *m_next++ : '\0'; }
+    std::size_t Tell() const { return std::size_t(m_next - m_begin); }
+
+    // Write side of the stream concept, only used by in-situ parsing.
+    Ch *PutBegin() { return nullptr; }
+    void Put(Ch) {}
+    void Flush() {}
+    std::size_t PutEnd(Ch *) { return 0; }
+
+    const char *m_begin;
+    const char *m_next;
+    const char *m_end;
+};
+
+inline bool isBlank(char c)
+{
+    return c == ' ' || c == '\n' || c == '\r' || c == '\t';
+}
+
+// The first byte from p on that is not JSON white space, or end. A pretty-printed
+// file is mostly indentation, so sixteen bytes are tested at a time.
+const char *blanksEnd(const char *p, const char *end)
+{
+#if defined(__SSE2__)
+    const __m128i space = _mm_set1_epi8(' ');
+    const __m128i newline = _mm_set1_epi8('\n');
+    const __m128i ret = _mm_set1_epi8('\r');
+    const __m128i tab = _mm_set1_epi8('\t');
+    for (; end - p >= 16; p += 16) {
+        const __m128i s = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
+        __m128i x = _mm_or_si128(_mm_cmpeq_epi8(s, space), _mm_cmpeq_epi8(s, newline));
+        x = _mm_or_si128(x, _mm_or_si128(_mm_cmpeq_epi8(s, ret), _mm_cmpeq_epi8(s, tab)));
+        const unsigned other = ~unsigned(_mm_movemask_epi8(x)) & 0xFFFFu;
+        if (other != 0)
+            return p + __builtin_ctz(other);
+    }
+#endif
+    while (p != end && isBlank(*p))
+        ++p;
+    return p;
+}
+
+// The first quote, backslash or control character from p on, or end: where the
+// plain run of a string stops.
+const char *plainEnd(const char *p, const char *end)
+{
+#if defined(__SSE2__)
+    const __m128i quote = _mm_set1_epi8('"');
+    const __m128i backslash = _mm_set1_epi8('\\');
+    const __m128i control = _mm_set1_epi8(0x1F);
+    for (; end - p >= 16; p += 16) {
+        const __m128i s = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
+        const __m128i low = _mm_cmpeq_epi8(_mm_min_epu8(s, control), s); // s <= 0x1F
+        const __m128i x = _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(s, quote), _mm_cmpeq_epi8(s, backslash)), low);
+        const unsigned special = unsigned(_mm_movemask_epi8(x));
+        if (special != 0)
+            return p + __builtin_ctz(special);
+    }
+#endif
+    while (p != end && *p != '"' && *p != '\\' && static_cast<unsigned char>(*p) >= 0x20)
+        ++p;
+    return p;
+}
+
+} // namespace
+
+namespace rapidjson {
+// Lets the reader keep the stream's pointers in registers.
+template <>
+struct StreamTraits<ViewStream>
+{
+    enum { copyOptimization = 1 };
+};
+
+template <>
+inline void SkipWhitespace(ViewStream &is)
+{
+    if (is.m_next != is.m_end && isBlank(*is.m_next))
+        is.m_next = blanksEnd(is.m_next + 1, is.m_end);
+}
+
+// Copies the plain run of a string in one go instead of byte by byte; the reader
+// handles what stops it.
+template <>
+template <>
+inline void GenericReader<UTF8<>, UTF8<>, CrtAllocator>::ScanCopyUnescapedString(
+    ViewStream &is, GenericReader<UTF8<>, UTF8<>, CrtAllocator>::StackStream<char> &os)
+{
+    const char *const start = is.m_next;
+    const char *const stop = plainEnd(start, is.m_end);
+    if (stop != start) {
+        std::memcpy(os.Push(SizeType(stop - start)), start, std::size_t(stop - start));
+        is.m_next = stop;
+    }
+}
+} // namespace rapidjson
+
+namespace {
+
+// What a key's value must be, and where it goes.
+enum class Slot : std::uint8_t {
+    Id,
+    OptionalId,
+    Text,
+    SharedText, // a text many records repeat (payee, category): decoded once, shared
+    OptionalText,
+    Amount,
+    OptionalAmount,
+    Date,
+    OptionalDate,
+    Flag,
+    Whole,
+    AccountKindText,
+    TxKindText,
+    RepeatText,
+    SourceText,
+    StatusText,
+    List, // a list of records under the Book
+    History, // a bill's payments
+};
+
+bool isOptional(Slot slot)
+{
+    return slot == Slot::OptionalId || slot == Slot::OptionalText || slot == Slot::OptionalAmount
+        || slot == Slot::OptionalDate;
+}
+
+const char *expectation(Slot slot)
+{
+    switch (slot) {
+    case Slot::Amount:
+    case Slot::OptionalAmount:
+        return "expected a number";
+    case Slot::Whole:
+        return "expected a whole number";
+    case Slot::Flag:
+        return "expected true or false";
+    case Slot::List:
+    case Slot::History:
+        return "expected an array";
+    default:
+        return "expected a string";
+    }
+}
+
+enum class Kind : std::uint8_t { Book, Account, Transaction, Bill, Royalty, Category, Payment };
+
+struct Field
+{
+    std::string_view key;
+    Slot slot;
+    Kind records = Kind::Book; // of a List: what its elements are
+};
+
+// Fields in the order the file writes them, which is also the order a missing key
+// is looked for.
+constexpr Field bookFields[] = {
+    {"accounts", Slot::List, Kind::Account}, {"bills", Slot::List, Kind::Bill},
+    {"categories", Slot::List, Kind::Category}, {"currency", Slot::Text},
+    {"royalties", Slot::List, Kind::Royalty}, {"transactions", Slot::List, Kind::Transaction},
+    {"version", Slot::Whole},
+};
+constexpr Field accountFields[] = {
+    {"archived", Slot::Flag}, {"id", Slot::Id}, {"kind", Slot::AccountKindText},
+    {"name", Slot::Text}, {"opening", Slot::Amount},
+};
+constexpr Field transactionFields[] = {
+    {"accountID", Slot::Id}, {"amount", Slot::Amount}, {"category", Slot::SharedText},
+    {"cleared", Slot::Flag}, {"date", Slot::Date}, {"id", Slot::Id},
+    {"importHash", Slot::OptionalText}, {"kind", Slot::TxKindText}, {"note", Slot::Text},
+    {"payee", Slot::SharedText}, {"transferPairID", Slot::OptionalId},
+};
+constexpr Field categoryFields[] = {
+    {"budget", Slot::OptionalAmount}, {"income", Slot::Flag}, {"name", Slot::Text},
+};
+constexpr Field billFields[] = {
+    {"accountID", Slot::OptionalId}, {"active", Slot::Flag}, {"amount", Slot::Amount},
+    {"autopay", Slot::Flag}, {"category", Slot::SharedText}, {"due", Slot::Date},
+    {"history", Slot::History}, {"id", Slot::Id}, {"name", Slot::Text}, {"note", Slot::Text},
+    {"remindDays", Slot::Whole}, {"repeats", Slot::RepeatText}, {"website", Slot::Text},
+};
+constexpr Field paymentFields[] = {
+    {"amount", Slot::Amount}, {"date", Slot::Date}, {"dueDate", Slot::Date},
+};
+constexpr Field royaltyFields[] = {
+    {"accountID", Slot::OptionalId}, {"expectedAmount", Slot::Amount}, {"expectedDate", Slot::Date},
+    {"id", Slot::Id}, {"note", Slot::Text}, {"payer", Slot::Text}, {"period", Slot::Text},
+    {"receivedAmount", Slot::OptionalAmount}, {"receivedDate", Slot::OptionalDate},
+    {"repeats", Slot::RepeatText}, {"source", Slot::SourceText}, {"status", Slot::StatusText},
+    {"work", Slot::Text},
+};
+
+std::span<const Field> fieldsOf(Kind kind)
+{
+    switch (kind) {
+    case Kind::Book:
+        return bookFields;
+    case Kind::Account:
+        return accountFields;
+    case Kind::Transaction:
+        return transactionFields;
+    case Kind::Bill:
+        return billFields;
+    case Kind::Royalty:
+        return royaltyFields;
+    case Kind::Category:
+        return categoryFields;
+    case Kind::Payment:
+        return paymentFields;
+    }
+    return {};
+}
+
+// The field named `key`, or -1. Keys usually come in table order, so the one after
+// the previous key (`next`) is tried first.
+int findField(std::span<const Field> fields, std::string_view key, int &next)
+{
+    int found = -1;
+    if (std::size_t(next) < fields.size() && sameText(fields[std::size_t(next)].key, key)) {
+        found = next;
+    } else {
+        for (std::size_t i = 0; i < fields.size() && found < 0; ++i)
+            if (sameText(fields[i].key, key))
+                found = int(i);
+    }
+    if (found >= 0)
+        next = found + 1;
+    return found;
+}
+
+// Where each field's value is stored in its record, in the order of its field table.
+void *target(Book &b, int field)
+{
+    void *const where[] = {nullptr, nullptr, nullptr, &b.currency, nullptr, nullptr, &b.version}; // lists: record by record
+    static_assert(sizeof(where) / sizeof(void *) == std::size(bookFields));
+    return where[field];
+}
+
+void *target(Account &a, int field)
+{
+    void *const where[] = {&a.archived, &a.id, &a.kind, &a.name, &a.opening};
+    static_assert(sizeof(where) / sizeof(void *) == std::size(accountFields));
+    return where[field];
+}
+
+void *target(Transaction &t, int field)
+{
+    void *const where[] = {&t.accountID, &t.amount, &t.category, &t.cleared, &t.date, &t.id,
+                           &t.importHash, &t.kind, &t.note, &t.payee, &t.transferPairID};
+    static_assert(sizeof(where) / sizeof(void *) == std::size(transactionFields));
+    return where[field];
+}
+
+void *target(Category &c, int field)
+{
+    void *const where[] = {&c.budget, &c.income, &c.name};
+    static_assert(sizeof(where) / sizeof(void *) == std::size(categoryFields));
+    return where[field];
+}
+
+void *target(Bill &b, int field)
+{
+    void *const where[] = {&b.accountID, &b.active, &b.amount, &b.autopay, &b.category, &b.due, &b.history,
+                           &b.id, &b.name, &b.note, &b.remindDays, &b.repeats, &b.website};
+    static_assert(sizeof(where) / sizeof(void *) == std::size(billFields));
+    return where[field];
+}
+
+void *target(Bill::Payment &p, int field)
+{
+    void *const where[] = {&p.amount, &p.date, &p.dueDate};
+    static_assert(sizeof(where) / sizeof(void *) == std::size(paymentFields));
+    return where[field];
+}
+
+void *target(Royalty &r, int field)
+{
+    void *const where[] = {&r.accountID, &r.expectedAmount, &r.expectedDate, &r.id, &r.note, &r.payer, &r.period,
+                           &r.receivedAmount, &r.receivedDate, &r.repeats, &r.source, &r.status, &r.work};
+    static_assert(sizeof(where) / sizeof(void *) == std::size(royaltyFields));
+    return where[field];
+}
+
+// Strict UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF. The
+// reader passes bytes through as they are, so a text is checked before it is kept.
+bool isUtf8(std::string_view text)
+{
+    const auto *p = reinterpret_cast<const unsigned char *>(text.data());
+    const auto *const end = p + text.size();
+    while (end - p >= 8) { // plain ASCII, eight bytes at a time
+        std::uint64_t word;
+        std::memcpy(&word, p, 8);
+        if (word & 0x8080808080808080ull)
+            break;
+        p += 8;
+    }
+    static constexpr char32_t least[] = {0, 0x80, 0x800, 0x10000};
+    while (p != end) {
+        if (*p < 0x80) {
+            ++p;
+            continue;
+        }
+        int extra;
+        char32_t c;
+        if ((*p & 0xE0) == 0xC0) {
+            extra = 1;
+            c = *p & 0x1F;
+        } else if ((*p & 0xF0) == 0xE0) {
+            extra = 2;
+            c = *p & 0x0F;
+        } else if ((*p & 0xF8) == 0xF0) {
+            extra = 3;
+            c = *p & 0x07;
+        } else {
+            return false;
+        }
+        if (end - p <= extra)
+            return false;
+        for (int i = 1; i <= extra; ++i) {
+            if ((p[i] & 0xC0) != 0x80)
+                return false;
+            c = (c << 6) | (p[i] & 0x3F);
+        }
+        if (c < least[extra] || c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF))
+            return false;
+        p += extra + 1;
+    }
+    return true;
+}
+
+// Equal texts decoded once and shared: a million transactions name a few hundred
+// payees and categories, so this saves both the decoding and the memory.
+class TextPool
+{
+public:
+    TextPool() : m_slots(1024) {}
+
+    // The shared text, or nothing when the bytes are not UTF-8.
+    std::optional<QString> get(std::string_view utf8)
+    {
+        if (utf8.empty())
+            return QString();
+        const std::uint64_t hash = hashOf(utf8);
+        std::size_t i = hash & (m_slots.size() - 1);
+        while (m_slots[i].used) {
+            if (m_slots[i].hash == hash && sameText(m_slots[i].key, utf8))
+                return m_slots[i].text;
+            i = (i + 1) & (m_slots.size() - 1);
+        }
+        if (!isUtf8(utf8))
+            return std::nullopt;
+        QString text = QString::fromUtf8(utf8.data(), qsizetype(utf8.size()));
+        if (m_count >= maxEntries)
+            return text; // a file of all-different texts should not grow the pool without end
+        m_slots[i] = {true, hash, std::string(utf8), text};
+        if (++m_count * 2 > m_slots.size())
+            rehash();
+        return text;
+    }
+
+private:
+    static constexpr std::size_t maxEntries = 16384;
+
+    struct Entry
+    {
+        bool used = false;
+        std::uint64_t hash = 0;
+        std::string key;
+        QString text;
+    };
+
+    // Eight bytes per step; only needs to spread a few hundred short texts.
+    static std::uint64_t hashOf(std::string_view bytes)
+    {
+        constexpr std::uint64_t k = 0x9E3779B97F4A7C15ull;
+        std::uint64_t h = bytes.size() * k;
+        std::size_t i = 0;
+        for (; i + 8 <= bytes.size(); i += 8)
+            h = (std::rotl(h, 29) ^ word8(bytes.data() + i)) * k;
+        std::uint64_t tail = 0;
+        std::memcpy(&tail, bytes.data() + i, bytes.size() - i);
+        h = (std::rotl(h, 29) ^ tail) * k;
+        return h ^ (h >> 32);
+    }
+
+    void rehash()
+    {
+        std::vector<Entry> old(m_slots.size() * 2);
+        old.swap(m_slots);
+        for (Entry &e : old) {
+            if (!e.used)
+                continue;
+            std::size_t i = e.hash & (m_slots.size() - 1);
+            while (m_slots[i].used)
+                i = (i + 1) & (m_slots.size() - 1);
+            m_slots[i] = std::move(e);
+        }
+    }
+
+    std::vector<Entry> m_slots;
+    std::size_t m_count = 0;
+};
+
+// The SAX handler: a small state machine that builds the Book as the reader walks
+// the text, so no document tree is ever held in memory. Returning false stops the
+// reader; m_error then says why.
+class Decoder
+{
+public:
+    using Ch = char;
+
+    explicit Decoder(Book &book) : m_book(book) {}
+
+    const QString &error() const { return m_error; }
+
+    bool Null()
+    {
+        if (m_skipDepth >= 0)
+            return skipScalar();
+        if (m_level == Level::Top || m_level == Level::List || m_level == Level::History)
+            return elementError();
+        if (!isOptional(m_slot))
+            return fail(expectation(m_slot));
+        switch (m_slot) {
+        case Slot::OptionalId:
+            *static_cast<std::optional<QUuid> *>(m_target) = std::nullopt;
+            break;
+        case Slot::OptionalText:
+            *static_cast<std::optional<QString> *>(m_target) = std::nullopt;
+            break;
+        case Slot::OptionalAmount:
+            *static_cast<std::optional<Decimal> *>(m_target) = std::nullopt;
+            break;
+        default:
+            *static_cast<std::optional<Instant> *>(m_target) = std::nullopt;
+            break;
+        }
+        return stored();
+    }
+
+    bool Bool(bool value)
+    {
+        if (m_skipDepth >= 0)
+            return skipScalar();
+        if (m_level == Level::Top || m_level == Level::List || m_level == Level::History)
+            return elementError();
+        if (m_slot != Slot::Flag)
+            return fail(expectation(m_slot));
+        *static_cast<bool *>(m_target) = value;
+        return stored();
+    }
+
+    // Numbers always arrive as text (kParseNumbersAsStringsFlag); these are never called.
+    bool Int(int) { return false; }
+    bool Uint(unsigned) { return false; }
+    bool Int64(std::int64_t) { return false; }
+    bool Uint64(std::uint64_t) { return false; }
+    bool Double(double) { return false; }
+
+    bool RawNumber(const char *str, rapidjson::SizeType length, bool)
+    {
+        if (m_skipDepth >= 0)
+            return skipScalar();
+        if (m_level == Level::Top || m_level == Level::List || m_level == Level::History)
+            return elementError();
+        const std::string_view text(str, length);
+        switch (m_slot) {
+        case Slot::Amount:
+        case Slot::OptionalAmount: {
+            std::optional<Decimal> value = Decimal::fromString(text);
+            if (!value)
+                return fail(QStringLiteral("not an amount ") + quoted(text));
+            if (m_slot == Slot::Amount)
+                *static_cast<Decimal *>(m_target) = *value;
+            else
+                *static_cast<std::optional<Decimal> *>(m_target) = *value;
+            return stored();
+        }
+        case Slot::Whole: {
+            std::optional<int> value = wholeNumber(text);
+            if (!value)
+                return fail(expectation(m_slot));
+            *static_cast<int *>(m_target) = *value;
+            return stored();
+        }
+        default:
+            return fail(expectation(m_slot));
+        }
+    }
+
+    bool String(const char *str, rapidjson::SizeType length, bool)
+    {
+        if (m_skipDepth >= 0)
+            return skipScalar();
+        if (m_level == Level::Top || m_level == Level::List || m_level == Level::History)
+            return elementError();
+        const std::string_view text(str, length);
+        switch (m_slot) {
+        case Slot::Id:
+        case Slot::OptionalId: {
+            const std::optional<QUuid> id = parseUuid(text);
+            if (!id)
+                return fail(QStringLiteral("not an id ") + quoted(text));
+            if (m_slot == Slot::Id)
+                *static_cast<QUuid *>(m_target) = *id;
+            else
+                *static_cast<std::optional<QUuid> *>(m_target) = *id;
+            return stored();
+        }
+        case Slot::Text:
+            if (!isUtf8(text))
+                return fail("not valid UTF-8");
+            *static_cast<QString *>(m_target) = QString::fromUtf8(str, qsizetype(length));
+            return stored();
+        case Slot::SharedText: {
+            std::optional<QString> shared = m_pool.get(text);
+            if (!shared)
+                return fail("not valid UTF-8");
+            *static_cast<QString *>(m_target) = std::move(*shared);
+            return stored();
+        }
+        case Slot::OptionalText:
+            if (!isUtf8(text))
+                return fail("not valid UTF-8");
+            *static_cast<std::optional<QString> *>(m_target) = QString::fromUtf8(str, qsizetype(length));
+            return stored();
+        case Slot::Date:
+        case Slot::OptionalDate: {
+            const std::optional<Instant> when = Instant::fromIso(text);
+            if (!when)
+                return fail(QStringLiteral("not a date ") + quoted(text));
+            if (m_slot == Slot::Date)
+                *static_cast<Instant *>(m_target) = *when;
+            else
+                *static_cast<std::optional<Instant> *>(m_target) = *when;
+            return stored();
+        }
+        case Slot::AccountKindText:
+            return storeEnum<AccountKind>(text);
+        case Slot::TxKindText:
+            return storeEnum<TxKind>(text);
+        case Slot::RepeatText:
+            return storeEnum<Repeat>(text);
+        case Slot::SourceText:
+            return storeEnum<RoyaltySource>(text);
+        case Slot::StatusText:
+            return storeEnum<RoyaltyStatus>(text);
+        default:
+            return fail(expectation(m_slot));
+        }
+    }
+
+    bool StartObject()
+    {
+        if (m_skipDepth >= 0) {
+            ++m_skipDepth;
+            return true;
+        }
+        switch (m_level) {
+        case Level::Top:
+            m_level = Level::Book;
+            return true;
+        case Level::List:
+            startRecord();
+            return true;
+        case Level::History:
+            m_payment = &m_bill->history.emplace_back();
+            m_paymentSeen = 0;
+            m_paymentNext = 0;
+            m_level = Level::Payment;
+            return true;
+        default:
+            return fail(expectation(m_slot));
+        }
+    }
+
+    bool Key(const char *str, rapidjson::SizeType length, bool)
+    {
+        if (m_skipDepth >= 0)
+            return true;
+        const std::string_view key(str, length);
+        switch (m_level) {
+        case Level::Book:
+            return bindField(Kind::Book, key, m_book, m_bookSeen, m_bookNext);
+        case Level::Record:
+            switch (m_kind) {
+            case Kind::Account:
+                return bindField(m_kind, key, *static_cast<Account *>(m_record), m_recordSeen, m_recordNext);
+            case Kind::Transaction:
+                return bindField(m_kind, key, *static_cast<Transaction *>(m_record), m_recordSeen, m_recordNext);
+            case Kind::Bill:
+                return bindField(m_kind, key, *static_cast<Bill *>(m_record), m_recordSeen, m_recordNext);
+            case Kind::Royalty:
+                return bindField(m_kind, key, *static_cast<Royalty *>(m_record), m_recordSeen, m_recordNext);
+            default:
+                return bindField(m_kind, key, *static_cast<Category *>(m_record), m_recordSeen, m_recordNext);
+            }
+        default:
+            return bindField(Kind::Payment, key, *m_payment, m_paymentSeen, m_paymentNext);
+        }
+    }
+
+    bool EndObject(rapidjson::SizeType)
+    {
+        if (m_skipDepth >= 0)
+            return skipEnd();
+        switch (m_level) {
+        case Level::Book:
+            if (!complete(Kind::Book, m_bookSeen))
+                return false;
+            m_level = Level::Done;
+            return true;
+        case Level::Record:
+            if (!complete(m_kind, m_recordSeen))
+                return false;
+            ++m_count;
+            m_level = Level::List;
+            return true;
+        default: // Level::Payment
+            if (!complete(Kind::Payment, m_paymentSeen))
+                return false;
+            ++m_paymentCount;
+            m_level = Level::History;
+            return true;
+        }
+    }
+
+    bool StartArray()
+    {
+        if (m_skipDepth >= 0) {
+            ++m_skipDepth;
+            return true;
+        }
+        if (m_level == Level::Top || m_level == Level::List || m_level == Level::History)
+            return elementError();
+        if (m_slot == Slot::List) {
+            startList();
+            return true;
+        }
+        if (m_slot == Slot::History) {
+            m_bill = static_cast<Bill *>(m_record);
+            m_bill->history.clear();
+            m_paymentCount = 0;
+            m_level = Level::History;
+            return true;
+        }
+        return fail(expectation(m_slot));
+    }
+
+    bool EndArray(rapidjson::SizeType)
+    {
+        if (m_skipDepth >= 0)
+            return skipEnd();
+        if (m_level == Level::History) {
+            m_level = Level::Record;
+            m_field = m_historyField;
+            m_seen = &m_recordSeen;
+            return stored();
+        }
+        // Level::List
+        if (m_kind == Kind::Transaction)
+            gatherTransactions();
+        m_level = Level::Book;
+        m_field = m_listField;
+        m_seen = &m_bookSeen;
+        return stored();
+    }
+
+private:
+    enum class Level : std::uint8_t { Top, Book, List, Record, History, Payment, Done };
+
+    template <typename R>
+    bool bindField(Kind kind, std::string_view key, R &record, std::uint32_t &seen, int &next)
+    {
+        const int field = findField(fieldsOf(kind), key, next);
+        if (field < 0) {
+            m_skipDepth = 0; // an unknown key: its whole value is passed over
+            return true;
+        }
+        m_field = field;
+        m_slot = fieldsOf(kind)[std::size_t(field)].slot;
+        m_target = target(record, field);
+        m_seen = &seen;
+        if (m_slot == Slot::List)
+            m_listField = field;
+        else if (m_slot == Slot::History)
+            m_historyField = field;
+        return true;
+    }
+
+    bool stored()
+    {
+        *m_seen |= 1u << m_field;
+        return true;
+    }
+
+    bool skipScalar()
+    {
+        if (m_skipDepth == 0)
+            m_skipDepth = -1;
+        return true;
+    }
+
+    bool skipEnd()
+    {
+        if (--m_skipDepth == 0)
+            m_skipDepth = -1;
+        return true;
+    }
+
+    template <typename E>
+    bool storeEnum(std::string_view text)
+    {
+        for (const auto &[value, stored] : EnumTexts<E>::table) {
+            if (sameText(text, stored)) {
+                *static_cast<E *>(m_target) = value;
+                return this->stored();
+            }
+        }
+        return fail(QStringLiteral("unknown value ") + quoted(text));
+    }
+
+    void startList()
+    {
+        m_count = 0;
+        m_level = Level::List;
+        m_kind = bookFields[std::size_t(m_field)].records;
+        switch (m_kind) {
+        case Kind::Account:
+            m_book.accounts.clear();
+            break;
+        case Kind::Transaction:
+            m_chunks.clear();
+            m_book.transactions.clear();
+            break;
+        case Kind::Bill:
+            m_book.bills.clear();
+            break;
+        case Kind::Royalty:
+            m_book.royalties.clear();
+            break;
+        default:
+            m_book.categories.clear();
+            break;
+        }
+    }
+
+    // Designated initialisers leave the id empty: a random id per record would cost
+    // more than the rest of the decoding and is overwritten at once.
+    void startRecord()
+    {
+        switch (m_kind) {
+        case Kind::Account:
+            m_record = &m_book.accounts.emplace_back(Account{.id = QUuid()});
+            break;
+        case Kind::Transaction:
+            if (m_chunks.empty() || m_chunks.back().size() == m_chunks.back().capacity()) {
+                m_chunks.emplace_back();
+                m_chunks.back().reserve(std::min<std::size_t>(std::size_t(256) << std::min<std::size_t>(m_chunks.size(), 8), 32768));
+            }
+            m_record = &m_chunks.back().emplace_back(Transaction{.id = QUuid()});
+            break;
+        case Kind::Bill:
+            m_record = &m_book.bills.emplace_back(Bill{.id = QUuid()});
+            break;
+        case Kind::Royalty:
+            m_record = &m_book.royalties.emplace_back(Royalty{.id = QUuid()});
+            break;
+        default:
+            m_record = &m_book.categories.emplace_back();
+            break;
+        }
+        m_recordSeen = 0;
+        m_recordNext = 0;
+        m_level = Level::Record;
+    }
+
+    // Transactions are decoded into chunks and moved into one vector of the exact
+    // size at the end, each chunk freed as soon as it is moved: no doubling growth,
+    // and at most one chunk more than the final list is ever held.
+    void gatherTransactions()
+    {
+        std::size_t total = 0;
+        for (const auto &chunk : m_chunks)
+            total += chunk.size();
+        m_book.transactions.reserve(total);
+        for (auto &chunk : m_chunks) {
+            std::move(chunk.begin(), chunk.end(), std::back_inserter(m_book.transactions));
+            std::vector<Transaction>().swap(chunk);
+        }
+        m_chunks.clear();
+    }
+
+    bool complete(Kind kind, std::uint32_t seen)
+    {
+        const std::span<const Field> fields = fieldsOf(kind);
+        for (std::size_t i = 0; i < fields.size(); ++i) {
+            if (!(seen & (1u << i)) && !isOptional(fields[i].slot)) {
+                const QString problem = QStringLiteral("missing key \"%1\"").arg(QLatin1String(fields[i].key.data(), qsizetype(fields[i].key.size())));
+                const QString where = recordPlace();
+                m_error = where.isEmpty() ? problem : where + QStringLiteral(": ") + problem;
+                return false;
+            }
+        }
+        return true;
+    }
+
+    static std::optional<int> wholeNumber(std::string_view text)
+    {
+        std::size_t i = text.starts_with('-') ? 1 : 0;
+        if (i == text.size())
+            return std::nullopt;
+        long long value = 0;
+        for (; i < text.size(); ++i) {
+            if (text[i] < '0' || text[i] > '9')
+                return std::nullopt; // a fraction or an exponent
+            value = value * 10 + (text[i] - '0');
+            if (value > std::numeric_limits<int>::max() + 1LL)
+                return std::nullopt;
+        }
+        if (text.starts_with('-'))
+            value = -value;
+        if (value > std::numeric_limits<int>::max() || value < std::numeric_limits<int>::min())
+            return std::nullopt;
+        return int(value);
+    }
+
+    // The value as the file has it, in quotes; a very long one is cut short.
+    static QString quoted(std::string_view text)
+    {
+        constexpr std::size_t longest = 80;
+        QString shown = QString::fromUtf8(text.data(), qsizetype(std::min(text.size(), longest)));
+        if (text.size() > longest)
+            shown += QChar(0x2026);
+        return QLatin1Char('"') + shown + QLatin1Char('"');
+    }
+
+    static QLatin1String listName(Kind kind)
+    {
+        switch (kind) {
+        case Kind::Account:
+            return QLatin1String("accounts");
+        case Kind::Transaction:
+            return QLatin1String("transactions");
+        case Kind::Bill:
+            return QLatin1String("bills");
+        case Kind::Royalty:
+            return QLatin1String("royalties");
+        default:
+            return QLatin1String("categories");
+        }
+    }
+
+    // "transactions[3]" or "bills[2].history[0]": the record being read; empty at Book level.
+    QString recordPlace() const
+    {
+        QString place;
+        if (m_level == Level::Book || m_level == Level::Top || m_level == Level::Done)
+            return place;
+        place = listName(m_kind) + QLatin1Char('[') + QString::number(m_count) + QLatin1Char(']');
+        if (m_level == Level::History || m_level == Level::Payment)
+            place += QStringLiteral(".history[") + QString::number(m_paymentCount) + QLatin1Char(']');
+        return place;
+    }
+
+    // A value of the wrong kind where a record (or the Book) was expected.
+    bool elementError()
+    {
+        const QString where = recordPlace();
+        m_error = where.isEmpty() ? QStringLiteral("expected an object") : where + QStringLiteral(": expected an object");
+        return false;
+    }
+
+    // A problem with the value of the key just read.
+    bool fail(const QString &problem)
+    {
+        Kind kind = m_kind;
+        if (m_level == Level::Book)
+            kind = Kind::Book;
+        else if (m_level == Level::Payment)
+            kind = Kind::Payment;
+        const std::string_view key = fieldsOf(kind)[std::size_t(m_field)].key;
+        const QString name = QString::fromLatin1(key.data(), qsizetype(key.size()));
+        const QString where = recordPlace();
+        m_error = (where.isEmpty() ? name : where + QLatin1Char('.') + name) + QStringLiteral(": ") + problem;
+        return false;
+    }
+    bool fail(const char *problem) { return fail(QString::fromLatin1(problem)); }
+
+    Book &m_book;
+    QString m_error;
+    TextPool m_pool;
+    std::vector<std::vector<Transaction>> m_chunks;
+
+    Level m_level = Level::Top;
+    Kind m_kind = Kind::Book; // the records of the current list
+    int m_skipDepth = -1;     // >= 0 while passing over an unknown key's value
+
+    // The key whose value comes next.
+    int m_field = 0;
+    Slot m_slot = Slot::Whole;
+    void *m_target = nullptr;
+    std::uint32_t *m_seen = nullptr;
+    int m_listField = 0;
+    int m_historyField = 0;
+
+    std::uint32_t m_bookSeen = 0;
+    int m_bookNext = 0; // the field expected next, as a hint for the key lookup
+    void *m_record = nullptr;
+    std::uint32_t m_recordSeen = 0;
+    int m_recordNext = 0;
+    std::size_t m_count = 0; // index of the record being read in its list
+    Bill *m_bill = nullptr;
+    Bill::Payment *m_payment = nullptr;
+    std::uint32_t m_paymentSeen = 0;
+    int m_paymentNext = 0;
+    std::size_t m_paymentCount = 0;
+};
+
+// "line 3, column 7" for a byte offset; columns count characters, not bytes.
+QString textPlace(std::string_view json, std::size_t offset)
+{
+    offset = std::min(offset, json.size());
+    std::size_t line = 1;
+    std::size_t lineStart = 0;
+    for (std::size_t i = 0; i < offset; ++i) {
+        const void *found = std::memchr(json.data() + i, '\n', offset - i);
+        if (!found)
+            break;
+        i = std::size_t(static_cast<const char *>(found) - json.data());
+        ++line;
+        lineStart = i + 1;
+    }
+    std::size_t column = 1;
+    for (std::size_t i = lineStart; i < offset; ++i)
+        if ((static_cast<unsigned char>(json[i]) & 0xC0) != 0x80)
+            ++column;
+    return QStringLiteral("line %1, column %2").arg(line).arg(column);
+}
+
+} // namespace
+
+namespace MoneyFile {
+
+QByteArray encode(const Book &book)
+{
+    Sink sink(expectedSize(book));
+    Encoder encoder(sink);
+    encoder.book(book);
+    sink.Put('\n');
+    return sink.take();
+}
+
+Decoded decode(std::string_view json)
+{
+    Book book{.categories = {}};
+    Decoder decoder(book);
+    ViewStream stream{json.data(), json.data(), json.data() + json.size()};
+    // Iterative: deep nesting under an unknown key costs heap, not stack. Numbers as
+    // text: amounts never pass through a double. UTF-8 is checked where a text is
+    // kept (Decoder::String), not by the reader, which would then copy byte by byte.
+    constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
+    rapidjson::Reader reader;
+    const rapidjson::ParseResult result = reader.Parse<flags>(stream, decoder);
+    if (result.IsError()) {
+        if (result.Code() == rapidjson::kParseErrorTermination && !decoder.error().isEmpty())
+            return {std::nullopt, decoder.error()};
+        return {std::nullopt, textPlace(json, result.Offset()) + QStringLiteral(": ")
+                    + QString::fromLatin1(rapidjson::GetParseError_En(result.Code()))};
+    }
+    if (stream.Tell() != json.size()) // a zero byte, which the reader takes for the end
+        return {std::nullopt, textPlace(json, stream.Tell()) + QStringLiteral(": ")
+                    + QString::fromLatin1(rapidjson::GetParseError_En(rapidjson::kParseErrorDocumentRootNotSingular))};
+    return {std::move(book), QString()};
+}
+
+} // namespace MoneyFile

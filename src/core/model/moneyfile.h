@@ -1,0 +1,32 @@
+#pragma once
+
+#include "model/records.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+#include <string_view>
+
+// The money file: the whole Book as UTF-8 JSON, pretty-printed with the keys of
+// every object in alphabetical order (so the same Book always gives the same
+// bytes), dates as ISO 8601 UTC text in whole seconds, amounts as exact JSON
+// numbers, ids as upper-case UUID text, optional fields left out when empty.
+namespace MoneyFile {
+
+// The whole file for a Book.
+QByteArray encode(const Book &book);
+
+// The outcome of reading a money file: a Book, or the first problem found with its
+// place, for example `transactions[41].kind: unknown value "gift"`.
+struct Decoded
+{
+    std::optional<Book> book;
+    QString error;
+};
+
+// Strict: every required key present and of the right type, every enumeration text
+// known. Unknown keys are ignored; any other problem fails the whole Book.
+Decoded decode(std::string_view json);
+
+} // namespace MoneyFile

@@ -1,0 +1,142 @@
+// Bills of the Store: the clock, the schedule questions and the payments.
+#include "store/store.h"
+
+#include "model/money.h"
+#include "model/repeat.h"
+
+#include <algorithm>
+
+namespace {
+
+// Steps dueDates walks at most: a weekly bill is followed for almost eight years.
+constexpr int dueDateSteps = 400;
+
+std::vector<Bill>::iterator findBill(std::vector<Bill> &bills, const QUuid &id)
+{
+    return std::find_if(bills.begin(), bills.end(), [&](const Bill &b) { return b.id == id; });
+}
+
+} // namespace
+
+void Store::setClock(std::function<Instant()> now)
+{
+    m_clock = std::move(now);
+}
+
+Instant Store::now() const
+{
+    return m_clock ? m_clock() : Instant::now();
+}
+
+Instant Store::startOfToday() const
+{
+    return Calendar::startOfDay(now());
+}
+
+std::vector<Bill> Store::activeBills() const
+{
+    std::vector<Bill> active;
+    std::copy_if(m_book.bills.begin(), m_book.bills.end(), std::back_inserter(active),
+                 [](const Bill &b) { return b.active; });
+    std::stable_sort(active.begin(), active.end(), [](const Bill &a, const Bill &b) { return a.due < b.due; });
+    return active;
+}
+
+std::vector<Bill> Store::upcomingBills(int days) const
+{
+    const Instant end = Calendar::startOfDay(now(), days);
+    std::vector<Bill> upcoming = activeBills();
+    // Sorted by due date, so the bills due too late are all at the end.
+    upcoming.erase(std::find_if(upcoming.begin(), upcoming.end(), [&](const Bill &b) { return b.due > end; }),
+                   upcoming.end());
+    return upcoming;
+}
+
+bool Store::isOverdue(const Bill &bill) const
+{
+    return bill.active && bill.due < startOfToday();
+}
+
+std::vector<Instant> Store::dueDates(const Bill &bill, const ClosedRange &range) const
+{
+    std::vector<Instant> dates;
+    std::optional<Instant> due = bill.due;
+    for (int step = 0; step < dueDateSteps && due && *due <= range.upper; ++step) {
+        if (*due >= range.lower)
+            dates.push_back(*due);
+        due = next(bill.repeats, *due);
+    }
+    return dates;
+}
+
+void Store::pay(const Bill &passed, std::optional<Decimal> amount, Instant on, std::optional<QUuid> accountID)
+{
+    // A copy: the caller may hand in the stored record itself, which changes below.
+    const Bill bill = passed;
+    if (findBill(m_book.bills, bill.id) == m_book.bills.end())
+        return;
+    const Decimal paid = amount.value_or(bill.amount);
+    if (!accountID)
+        accountID = bill.accountID;
+    if (!accountID) {
+        const std::vector<Account> active = activeAccounts();
+        if (!active.empty())
+            accountID = active.front().id;
+    }
+    {
+        OneWrite once(*this);
+        if (accountID) {
+            Transaction payment;
+            payment.date = on;
+            payment.accountID = *accountID;
+            payment.amount = paid.magnitude().negated();
+            payment.payee = bill.name;
+            payment.category = bill.category;
+            payment.note = QStringLiteral("Bill payment");
+            payment.cleared = true;
+            payment.kind = TxKind::bill;
+            add(payment);
+        }
+        // Found again: the ledger add may have changed the Book.
+        const auto stored = findBill(m_book.bills, bill.id);
+        if (stored != m_book.bills.end()) {
+            stored->history.push_back({on, paid, bill.due});
+            // From the due date, not the day paid, so paying early or late keeps the schedule.
+            if (const auto following = next(bill.repeats, bill.due))
+                stored->due = *following;
+            else
+                stored->active = false;
+            assigned();
+        }
+    }
+    report(tr("Paid %1: %2.").arg(bill.name, Money::s(paid)));
+}
+
+void Store::skip(const Bill &bill)
+{
+    const auto stored = findBill(m_book.bills, bill.id);
+    if (stored == m_book.bills.end())
+        return;
+    if (const auto following = next(bill.repeats, bill.due))
+        stored->due = *following;
+    else
+        stored->active = false;
+    assigned();
+}
+
+void Store::save(const Bill &bill)
+{
+    const auto stored = findBill(m_book.bills, bill.id);
+    if (stored != m_book.bills.end())
+        *stored = bill;
+    else
+        m_book.bills.push_back(bill);
+    assigned();
+}
+
+void Store::deleteBill(const Bill &bill)
+{
+    const QUuid id = bill.id; // `bill` may be one of the records moved while erasing
+    std::erase_if(m_book.bills, [&](const Bill &b) { return b.id == id; });
+    assigned();
+}

@@ -1,0 +1,128 @@
+// Period questions of the Store: month ranges, income, spending and their split by
+// category. They run over every line of the Book on each redraw, so they stay on
+// integers: dates are compared as instants (never turned into local time), and
+// categories are grouped by where their text is stored before the text itself.
+#include "store/store.h"
+
+#include <QHash>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+enum class Side { in, out };
+
+// Whether a line is income (or spending) inside the range; transfers are neither.
+inline bool counts(const Transaction &t, const ClosedRange &range, Side side)
+{
+    if (t.date < range.lower || range.upper < t.date || t.kind == TxKind::transfer)
+        return false;
+    return side == Side::in ? t.amount.signum() > 0 : t.amount.isNegative();
+}
+
+Decimal total(const std::vector<Transaction> &lines, const ClosedRange &range, Side side)
+{
+    Decimal sum;
+    for (const Transaction &t : lines)
+        if (counts(t, range, side))
+            sum += t.amount;
+    return side == Side::in ? sum : sum.negated();
+}
+
+// Sums per exact category text.
+//
+// The money file reads each distinct text once and shares it, so most lines' texts
+// sit at a handful of addresses: a line is looked up by the address (and length) of
+// its text, quick to hash, and only a new address costs a lookup by the text.
+class Groups
+{
+public:
+    Decimal &operator[](const QString &name)
+    {
+        const std::pair<const void *, qsizetype> place(name.constData(), name.size());
+        auto known = m_byPlace.constFind(place);
+        if (known == m_byPlace.cend()) {
+            auto named = m_byText.constFind(name);
+            if (named == m_byText.cend()) {
+                named = m_byText.insert(name, int(m_rows.size()));
+                m_rows.emplace_back(name, Decimal());
+            }
+            known = m_byPlace.insert(place, *named);
+        }
+        return m_rows[size_t(*known)].second;
+    }
+
+    // The groups, largest sum first.
+    CategoryTotals take(Side side)
+    {
+        if (side == Side::out)
+            for (auto &row : m_rows)
+                row.second = row.second.negated();
+        std::sort(m_rows.begin(), m_rows.end(), [](const auto &a, const auto &b) { return a.second > b.second; });
+        return std::move(m_rows);
+    }
+
+private:
+    QHash<std::pair<const void *, qsizetype>, int> m_byPlace;
+    QHash<QString, int> m_byText;
+    CategoryTotals m_rows;
+};
+
+CategoryTotals byCategory(const std::vector<Transaction> &lines, const ClosedRange &range, Side side)
+{
+    Groups groups;
+    for (const Transaction &t : lines)
+        if (counts(t, range, side))
+            groups[t.category] += t.amount;
+    return groups.take(side);
+}
+
+} // namespace
+
+ClosedRange Store::monthRange(Instant date) const
+{
+    return Calendar::monthRange(date);
+}
+
+ClosedRange Store::monthRange() const
+{
+    return Calendar::monthRange(now());
+}
+
+ClosedRange Store::periodRange(ReportPeriod period) const
+{
+    return ::periodRange(period, now());
+}
+
+Decimal Store::income(const ClosedRange &range) const
+{
+    return total(m_book.transactions, range, Side::in);
+}
+
+Decimal Store::spending(const ClosedRange &range) const
+{
+    return total(m_book.transactions, range, Side::out);
+}
+
+CategoryTotals Store::incomeByCategory(const ClosedRange &range) const
+{
+    return byCategory(m_book.transactions, range, Side::in);
+}
+
+CategoryTotals Store::spendingByCategory(const ClosedRange &range) const
+{
+    return byCategory(m_book.transactions, range, Side::out);
+}
+
+std::vector<MonthFlow> Store::monthly(int months) const
+{
+    Q_ASSERT(months >= 0);
+    std::vector<MonthFlow> flows;
+    const Instant current = now();
+    for (int back = months - 1; back >= 0; --back) {
+        const ClosedRange month = Calendar::monthRange(Calendar::addMonths(current, -back));
+        flows.push_back({month.lower, income(month), spending(month)});
+    }
+    return flows;
+}

@@ -1,0 +1,47 @@
+// Bill reminders: the Store's side. Which requests to make is ReminderPlan's job;
+// this file only debounces the rebuild and hands the plan to the notification centre.
+#include "store/reminderplan.h"
+#include "store/store.h"
+
+#include <QTimer>
+
+namespace {
+
+// A burst of changes (an import, a payment that changes three things) costs one rebuild.
+constexpr int reminderDelayMs = 1000;
+
+} // namespace
+
+void Store::scheduleReminders()
+{
+    if (!m_reminderWork) {
+        m_reminderWork = new QTimer(this);
+        m_reminderWork->setSingleShot(true);
+        m_reminderWork->setInterval(reminderDelayMs);
+        connect(m_reminderWork, &QTimer::timeout, this, &Store::rebuildReminders);
+    }
+    // The bills as they are now: the rebuild reflects this call, not later changes.
+    m_reminderSnapshot = activeBills();
+    m_reminderWork->start();
+}
+
+void Store::rebuildReminders()
+{
+    const std::vector<ReminderRequest> planned = ReminderPlan::requests(m_reminderSnapshot, now());
+    Notifier &centre = notifier();
+    centre.removeAllPending();
+    for (const ReminderRequest &request : planned)
+        centre.add(request);
+}
+
+void Store::requestNotifications()
+{
+    notifier().requestAuthorization();
+}
+
+Notifier &Store::notifier()
+{
+    if (!m_notifier)
+        m_notifier = makePlatformNotifier();
+    return *m_notifier;
+}

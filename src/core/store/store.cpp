@@ -1,0 +1,331 @@
+#include "store/store.h"
+
+#include "model/money.h"
+#include "model/moneyfile.h"
+#include "store/atomicfile.h"
+
+#include <QCoreApplication>
+#include <QDate>
+#include <QDateTime>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+namespace {
+
+const QString moneyFileName = QStringLiteral("coinhall.json");
+const QString lockFileName = QStringLiteral("coinhall.lock");
+constexpr auto ownerOnlyFile = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+constexpr auto ownerOnlyFolder = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
+
+QSettings preferences()
+{
+    return QSettings(QStringLiteral("QFS"), QStringLiteral("Coinhall"));
+}
+
+// Creates a folder (with parents) that only its owner can open.
+bool makePrivateFolder(const QString &path)
+{
+    if (!QDir().mkpath(path))
+        return false;
+    QFile::setPermissions(path, ownerOnlyFolder);
+    return true;
+}
+
+// Copies a folder with everything in it; stops quietly at the first failure.
+void copyFolder(const QString &from, const QString &to)
+{
+    if (!QDir().mkpath(to))
+        return;
+    QDirIterator it(from, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    while (it.hasNext()) {
+        const QFileInfo entry(it.next());
+        const QString target = to + QLatin1Char('/') + entry.fileName();
+        if (entry.isDir() && !entry.isSymLink())
+            copyFolder(entry.filePath(), target);
+        else if (!QFile::copy(entry.filePath(), target))
+            return;
+    }
+}
+
+void removeEntry(const QString &path)
+{
+    const QFileInfo info(path);
+    if (info.isDir() && !info.isSymLink())
+        QDir(path).removeRecursively();
+    else
+        QFile::remove(path);
+}
+
+} // namespace
+
+QPointer<Store> Store::s_shared;
+
+Store *Store::shared()
+{
+    return s_shared.data();
+}
+
+void Store::setShared(Store *store)
+{
+    s_shared = store;
+}
+
+QString Store::defaultDir()
+{
+    QString base = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    if (base.isEmpty())
+        base = QDir::homePath() + QStringLiteral("/.local/share");
+    const QString wanted = base + QStringLiteral("/QFS Coinhall");
+    const QString older = base + QStringLiteral("/Quillfern Coinhall");
+    if (!QFileInfo::exists(wanted) && QFileInfo(older).isDir())
+        copyFolder(older, wanted);
+    return wanted;
+}
+
+Store::Store(StoreOptions options, QObject *parent)
+    : QObject(parent)
+    , m_dir(options.dir.isEmpty() ? defaultDir() : QDir(options.dir).absolutePath())
+    , m_authenticator(std::move(options.authenticator))
+    , m_notifier(std::move(options.notifier))
+{
+    makePrivateFolder(m_dir);
+
+    // Two processes never write one money file: the first to open it holds this
+    // lock for its whole run; a lock left by a process that died is taken over.
+    auto lock = std::make_unique<QLockFile>(m_dir + QLatin1Char('/') + lockFileName);
+    if (lock->tryLock(0))
+        m_lock = std::move(lock);
+
+    load();
+    if (m_book.accounts.empty()) {
+        m_book.accounts.push_back({newId(), QStringLiteral("Main checking"), AccountKind::checking, {}, false});
+        m_book.accounts.push_back({newId(), QStringLiteral("Savings"), AccountKind::savings, {}, false});
+        assigned();
+    }
+    m_loading = false;
+    if (m_book.categories.empty()) {
+        m_book.categories = Category::defaults();
+        assigned();
+    }
+    Money::setCode(m_book.currency);
+    m_locked = requireUnlock();
+    if (m_lock)
+        dailyBackup();
+    else if (m_status.isEmpty())
+        setStatus(tr("Coinhall is already open with this money file, so changes made here are not saved."));
+}
+
+Store::~Store() = default;
+
+QString Store::moneyFilePath() const
+{
+    return m_dir + QLatin1Char('/') + moneyFileName;
+}
+
+QString Store::backupsFolder() const
+{
+    return m_dir + QStringLiteral("/Backups");
+}
+
+void Store::load()
+{
+    QFile file(moneyFilePath());
+    if (!file.exists())
+        return;
+    if (!file.open(QIODevice::ReadOnly)) {
+        m_loadError = file.errorString();
+    } else {
+        // Mapped rather than read: a large file is not held twice while it is decoded.
+        const qint64 size = file.size();
+        uchar *mapped = size > 0 ? file.map(0, size) : nullptr;
+        QByteArray readBytes;
+        std::string_view bytes;
+        if (mapped) {
+            bytes = std::string_view(reinterpret_cast<const char *>(mapped), size_t(size));
+        } else {
+            readBytes = file.readAll();
+            bytes = std::string_view(readBytes.constData(), size_t(readBytes.size()));
+        }
+        MoneyFile::Decoded decoded = MoneyFile::decode(bytes);
+        if (mapped)
+            file.unmap(mapped);
+        if (decoded.book) {
+            m_book = std::move(*decoded.book);
+            assigned();
+            return;
+        }
+        m_loadError = decoded.error;
+    }
+    file.close();
+
+    // The file cannot be used, but it is the user's: set it aside under a new name
+    // before anything is written, so the next save cannot replace it.
+    if (!m_lock) {
+        setStatus(tr("Your money file could not be read."));
+        return;
+    }
+    const QString keptName = moneyFileName + QStringLiteral(".unreadable-")
+                             + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    const QString keptPath = m_dir + QLatin1Char('/') + keptName;
+    if (QFile::rename(moneyFilePath(), keptPath) || QFile::copy(moneyFilePath(), keptPath)) {
+        setStatus(tr("Your money file could not be read. It was kept as %1.").arg(keptName));
+    } else {
+        // Nowhere to put it aside: then nothing may be written over it either.
+        m_lock.reset();
+        setStatus(tr("Your money file could not be read, and it could not be set aside, so nothing will be saved."));
+    }
+}
+
+void Store::setBook(Book book)
+{
+    m_book = std::move(book);
+    assigned();
+}
+
+void Store::assigned()
+{
+    if (m_oneWriteDepth > 0) {
+        m_pendingWrite = m_pendingWrite || !m_loading;
+        m_pendingNotify = true;
+        return;
+    }
+    if (!m_loading)
+        save();
+    Q_EMIT bookChanged();
+    scheduleReminders();
+}
+
+Store::OneWrite::OneWrite(Store &store) : m_store(store)
+{
+    ++m_store.m_oneWriteDepth;
+}
+
+Store::OneWrite::~OneWrite()
+{
+    if (--m_store.m_oneWriteDepth == 0)
+        m_store.flush();
+}
+
+void Store::flush()
+{
+    const bool write = std::exchange(m_pendingWrite, false);
+    const bool notify = std::exchange(m_pendingNotify, false);
+    if (write)
+        save();
+    if (notify) {
+        Q_EMIT bookChanged();
+        scheduleReminders();
+    }
+}
+
+bool Store::save()
+{
+    if (m_loading)
+        return true;
+    auto fail = [this](const QString &reason) {
+        m_saveFailed = true;
+        setStatus(tr("Could not save: %1").arg(reason));
+        return false;
+    };
+    if (!m_lock)
+        return fail(tr("another Coinhall has this money file open"));
+
+    const QByteArray bytes = MoneyFile::encode(m_book);
+    QString reason;
+    if (!writeFileAtomically(moneyFilePath(), bytes, &reason, ownerOnlyFile))
+        return fail(reason);
+    m_saveFailed = false;
+    return true;
+}
+
+void Store::report(const QString &text)
+{
+    if (!m_saveFailed)
+        setStatus(text);
+}
+
+void Store::setStatus(const QString &status)
+{
+    if (m_status == status)
+        return;
+    m_status = status;
+    Q_EMIT statusChanged();
+}
+
+bool Store::requireUnlock() const
+{
+    return preferences().value(QStringLiteral("requireUnlock"), false).toBool();
+}
+
+void Store::setRequireUnlock(bool on)
+{
+    Q_EMIT requireUnlockChanged();
+    auto settings = preferences();
+    settings.setValue(QStringLiteral("requireUnlock"), on);
+}
+
+void Store::setLocked(bool locked)
+{
+    if (m_locked == locked)
+        return;
+    m_locked = locked;
+    Q_EMIT lockedChanged();
+}
+
+void Store::unlock(const QString &password)
+{
+    if (!m_locked || m_unlocking)
+        return;
+    if (!m_authenticator)
+        m_authenticator = makePlatformAuthenticator();
+    // A computer that cannot check its owner never locks the owner out of the data.
+    if (!m_authenticator || !m_authenticator->canEvaluate()) {
+        setLocked(false);
+        return;
+    }
+    m_unlocking = true;
+    QPointer<Store> self(this);
+    m_authenticator->evaluate(tr("Open your Coinhall"), password, [self](bool ok) {
+        // The reply may come on another thread; the answer is applied on the main one.
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [self, ok] {
+                if (!self)
+                    return;
+                self->m_unlocking = false;
+                if (ok)
+                    self->setLocked(false);
+                else
+                    Q_EMIT self->unlockFailed();
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void Store::dailyBackup()
+{
+    const QString folder = backupsFolder();
+    if (!makePrivateFolder(folder))
+        return;
+    const QString name = QStringLiteral("coinhall-") + QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd"))
+                         + QStringLiteral(".json");
+    const QString target = folder + QLatin1Char('/') + name;
+    if (!QFileInfo::exists(target) && QFile::exists(moneyFilePath())) {
+        if (QFile::copy(moneyFilePath(), target))
+            QFile::setPermissions(target, ownerOnlyFile);
+    }
+
+    const QDir dir(folder);
+    if (!dir.exists())
+        return;
+    QStringList entries = dir.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    std::sort(entries.begin(), entries.end(), std::greater<>());
+    for (qsizetype i = backupsKept; i < entries.size(); ++i)
+        removeEntry(folder + QLatin1Char('/') + entries.at(i));
+}

@@ -1,0 +1,139 @@
+// Reading bank downloads: splitting, finding the header, guessing the columns and
+// reading the dates.
+#include "bankfilestesting.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+using Rows = QList<QStringList>;
+
+TEST(CsvSplit, QuotesMayHoldCommasQuotesAndLineBreaks)
+{
+    EXPECT_EQ(CSVImporter::parse(QStringLiteral("a,\"b,c\",d")), (Rows{{"a", "b,c", "d"}}));
+    EXPECT_EQ(CSVImporter::parse(QStringLiteral("\"say \"\"hi\"\"\"")), (Rows{{"say \"hi\""}}));
+    EXPECT_EQ(CSVImporter::parse(QStringLiteral("\"two\nlines\",x\ny")), (Rows{{"two\nlines", "x"}, {"y"}}));
+    // A quote opens and closes anywhere, not only at the start of a cell.
+    EXPECT_EQ(CSVImporter::parse(QStringLiteral("ab\"c,d\"e")), (Rows{{"abc,de"}}));
+    EXPECT_EQ(CSVImporter::parse(QStringLiteral("\"\",\"\"\"\"")), (Rows{{"", "\""}}));
+}
+
+TEST(CsvSplit, EveryLineEndCountsOnceAndTheLastEndsNothing)
+{
+    EXPECT_EQ(CSVImporter::parse(QStringLiteral("x\r\ny\rz")), (Rows{{"x"}, {"y"}, {"z"}}));
+    EXPECT_EQ(CSVImporter::parse(QStringLiteral("x\r\r\ny\n")), (Rows{{"x"}, {""}, {"y"}}));
+    EXPECT_EQ(CSVImporter::parse(QStringLiteral("\"in\r\nside\"")), (Rows{{"in\nside"}}));
+    EXPECT_EQ(CSVImporter::parse(QStringLiteral("a,b,\n\n")), (Rows{{"a", "b", ""}, {""}}));
+    EXPECT_EQ(CSVImporter::parse(QString()), Rows{});
+}
+
+TEST(CsvSplit, AnUnclosedQuoteTakesTheRestOfTheText)
+{
+    EXPECT_EQ(CSVImporter::parse(QStringLiteral("a,\"open\nrest,of\r\ntext")), (Rows{{"a", "open\nrest,of\ntext"}}));
+    EXPECT_EQ(CSVImporter::parse(QStringLiteral(" 1 , 2 ")), (Rows{{" 1 ", " 2 "}})); // cells stay untrimmed
+}
+
+TEST(CsvRead, HeaderIsFoundBelowInfoLinesAndBlankRowsAreDropped)
+{
+    const CSVImporter importer = csv("Account,1234\n"
+                                     "\n"
+                                     "Balance,99.00\n"
+                                     " , ,\t\n"
+                                     "Date, Description ,Amount\n"
+                                     "\n"
+                                     "3/5/2024, Corner cafe ,-4.50\n"
+                                     ",,\n"
+                                     "3/6/2024,Payroll\n");
+    EXPECT_EQ(importer.headers(), (QStringList{"Date", "Description", "Amount"}));
+    EXPECT_EQ(importer.rows(), (Rows{{"3/5/2024", " Corner cafe ", "-4.50"}, {"3/6/2024", "Payroll"}}));
+    EXPECT_EQ(describe(importer.mapping()), "date=0 description=1 amount=2 debit=- credit=- category=-");
+}
+
+TEST(CsvRead, HeaderTestIsDateAnywhereOrExactlyPosted)
+{
+    EXPECT_EQ(csv("Bank export,,\nPosted,Payee,Amount\n1,2,3\n").headers().first(), "Posted");
+    EXPECT_EQ(csv("Info\nPosted on,x\nUPDATED,y\n").headers(), (QStringList{"UPDATED", "y"}));
+    // " Posted" is not "posted": the test looks at the cell before trimming.
+    EXPECT_EQ(csv("Info\n Posted,Payee\n").headers(), (QStringList{"Info"}));
+    EXPECT_EQ(csv("Info\n Posted,Payee\n").rows(), (Rows{{" Posted", "Payee"}}));
+    EXPECT_EQ(csv("Payee,Amount\nA,1\n").rows(), (Rows{{"A", "1"}})); // no date title: first row
+}
+
+TEST(CsvRead, FilesAreUtf8WithoutTheByteOrderMark)
+{
+    const auto withBom = CSVImporter::fromUtf8(QByteArray("\xEF\xBB\xBF"
+                                                          "Date,Amount\r\n3/5/2024,1\r\n"));
+    ASSERT_TRUE(withBom);
+    EXPECT_EQ(withBom->headers(), (QStringList{"Date", "Amount"}));
+    // A mark that is not at the very start is an ordinary character of its cell.
+    const auto inner = CSVImporter::fromUtf8(QByteArray("Date,\xEF\xBB\xBF"
+                                                        "Amount\n"));
+    ASSERT_TRUE(inner);
+    EXPECT_EQ(inner->headers().at(1), QStringView(u"\uFEFFAmount"));
+
+    EXPECT_FALSE(CSVImporter::fromUtf8(QByteArray("Date,Caf\xE9\n"))); // Latin-1, not UTF-8
+    EXPECT_FALSE(CSVImporter::fromUtf8(QByteArray(" , \n\n,,\n")));
+    EXPECT_FALSE(CSVImporter::fromUtf8(QByteArray()));
+
+    QTemporaryDir dir;
+    EXPECT_FALSE(CSVImporter::fromFile(dir.filePath(QStringLiteral("missing.csv"))));
+    EXPECT_FALSE(CSVImporter::fromFile(dir.path()));
+    QFile file(dir.filePath(QStringLiteral("bank.csv")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("Bank export,,\nPosting Date,Description,Amount\n01/05/2026,\"COFFEE, DOWNTOWN\",-4.50\n");
+    file.close();
+    const auto fromFile = CSVImporter::fromFile(file.fileName());
+    ASSERT_TRUE(fromFile);
+    EXPECT_EQ(fromFile->rows(), (Rows{{"01/05/2026", "COFFEE, DOWNTOWN", "-4.50"}}));
+}
+
+TEST(CsvGuess, LeftmostMatchingTitleWinsButExactAmountIsPreferred)
+{
+    auto guess = [](QStringList headers) { return describe(CSVImporter::guess(headers)); };
+    EXPECT_EQ(guess({"Posted", "Transaction Date", "Amount (USD)", "Amount", "Memo", "Payee"}),
+              "date=0 description=4 amount=3 debit=- credit=- category=-");
+    EXPECT_EQ(guess({"Date", "Amount (USD)", "Original amount"}),
+              "date=0 description=- amount=1 debit=- credit=- category=-");
+    EXPECT_EQ(guess({"Date", "AMOUNT", "Amount"}), "date=0 description=- amount=1 debit=- credit=- category=-");
+    // One column may take two roles.
+    EXPECT_EQ(guess({"Deposit Date", "Merchant Name", "Debit/Credit", "Category"}),
+              "date=0 description=1 amount=- debit=2 credit=0 category=3");
+    EXPECT_EQ(guess({"Date", "Debit/Credit"}), "date=0 description=- amount=- debit=1 credit=1 category=-");
+    EXPECT_EQ(guess({"Date", "Withdrawal Amt.", "Deposit Amt.", "Money out", "Money in"}),
+              "date=0 description=- amount=- debit=1 credit=2 category=-");
+    EXPECT_EQ(guess({"When", "What", "How much"}), "date=- description=- amount=- debit=- credit=- category=-");
+}
+
+TEST(CsvDate, PatternsInOrderThenInternetDateTime)
+{
+    // The nine patterns, each where it is the first to match.
+    EXPECT_EQ(local(CSVImporter::date(QStringLiteral("03/05/2024"))), "2024-03-05 00:00");
+    EXPECT_EQ(local(CSVImporter::date(QStringLiteral(" 3/5/2024\t"))), "2024-03-05 00:00");
+    EXPECT_EQ(local(CSVImporter::date(QStringLiteral("2024-03-05"))), "2024-03-05 00:00");
+    EXPECT_EQ(local(CSVImporter::date(QStringLiteral("25/12/2024"))), "2024-12-25 00:00");
+    EXPECT_EQ(local(CSVImporter::date(QStringLiteral("Mar 5, 2024"))), "2024-03-05 00:00");
+    EXPECT_EQ(local(CSVImporter::date(QStringLiteral("sep 30, 2024"))), "2024-09-30 00:00");
+    EXPECT_EQ(local(CSVImporter::date(QStringLiteral("2024/03/05"))), "2024-03-05 00:00");
+    EXPECT_EQ(local(CSVImporter::date(QStringLiteral("03-05-2024"))), "2024-03-05 00:00");
+    EXPECT_EQ(local(CSVImporter::date(QStringLiteral("2024-03-05T10:00:00Z"))), "2024-03-05 05:00");
+    EXPECT_EQ(local(CSVImporter::date(QStringLiteral("2024-07-05T10:00:00+02:00"))), "2024-07-05 04:00");
+
+    // Month first wins for ambiguous dates; day first only above 12.
+    EXPECT_EQ(local(CSVImporter::date(QStringLiteral("03/04/2024"))), "2024-03-04 00:00");
+    EXPECT_EQ(local(CSVImporter::date(QStringLiteral("13/04/2024"))), "2024-04-13 00:00");
+    // A two-digit year is taken literally by the four-digit patterns before it.
+    EXPECT_EQ(CSVImporter::date(QStringLiteral("3/5/24"))->toUtc().date().year(), 24);
+}
+
+TEST(CsvDate, LocalMidnightOnBothSidesOfTheClockChange)
+{
+    EXPECT_EQ(CSVImporter::date(QStringLiteral("2024-03-10")), at("2024-03-10T05:00:00Z")); // EST
+    EXPECT_EQ(CSVImporter::date(QStringLiteral("07/04/2024")), at("2024-07-04T04:00:00Z")); // EDT
+}
+
+TEST(CsvDate, StrictReadingRejectsTheRest)
+{
+    for (const char *text :
+         {"5.3.2024", "02/30/2024", "13/13/2024", "not a date", "", " \t ", "2024-03-05 extra", "2024-3-5",
+          "Sept 5, 2024", "Mar 5,2024", "2024-03-05T10:00:00.5Z", "2024-03-05T10:00Z", "20240305", "-3/5/2024"})
+        EXPECT_EQ(local(CSVImporter::date(QString::fromUtf8(text))), "none") << text;
+}

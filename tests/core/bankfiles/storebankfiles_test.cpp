@@ -1,0 +1,128 @@
+// The Store's bank-file operations: importing lines and exporting the Book.
+#include "bankfiles/importer.h"
+#include "bankfilestesting.h"
+#include "model/moneyfile.h"
+#include "store/store.h"
+
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+namespace {
+
+QByteArray readAll(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("(unreadable)");
+}
+
+class BankFilesStore : public ::testing::Test
+{
+protected:
+    QTemporaryDir temp;
+    Store store{{temp.path()}};
+    Account checking = store.book().accounts[0];
+
+    Transaction line(const char *iso, const char *amount, const char *payee, TxKind kind = TxKind::expense)
+    {
+        Transaction t;
+        t.date = at(iso);
+        t.accountID = checking.id;
+        t.amount = d(amount);
+        t.payee = QString::fromUtf8(payee);
+        t.category = QStringLiteral("Groceries");
+        t.kind = kind;
+        return t;
+    }
+    Book onDisk() const
+    {
+        const QByteArray bytes = readAll(temp.filePath(QStringLiteral("coinhall.json")));
+        return MoneyFile::decode(std::string_view(bytes.constData(), size_t(bytes.size()))).book.value_or(Book{});
+    }
+    std::vector<QString> payees() const
+    {
+        std::vector<QString> out;
+        for (const Transaction &t : store.book().transactions)
+            out.push_back(t.payee);
+        return out;
+    }
+};
+
+} // namespace
+
+TEST_F(BankFilesStore, ImportAppendsSortsWritesOnceAndReports)
+{
+    store.add(line("2024-03-06T12:00:00Z", "-1", "Typed"));
+    const CSVImporter importer = csv("Date,Description,Amount\n3/5/2024,Older,-2\n3/7/2024,Newer,10\n");
+    const auto result = importer.transactions(checking.id, store.book().transactions, bySign);
+
+    QSignalSpy changed(&store, &Store::bookChanged);
+    store.importTransactions(result.newTransactions, temp.filePath(QStringLiteral("March.csv")));
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_EQ(payees(), (std::vector<QString>{"Newer", "Typed", "Older"}));
+    EXPECT_EQ(store.status(), "Imported 2 transactions from March.csv.");
+    EXPECT_EQ(onDisk(), store.book());
+
+    // The same file again finds everything already in.
+    const auto again = importer.transactions(checking.id, store.book().transactions, bySign);
+    EXPECT_TRUE(again.newTransactions.empty());
+    EXPECT_EQ(again.skipped, 2);
+    store.importTransactions(again.newTransactions, QStringLiteral("March.csv"));
+    EXPECT_EQ(store.status(), "Imported 0 transactions from March.csv.");
+    EXPECT_EQ(store.book().transactions.size(), 3u);
+}
+
+TEST_F(BankFilesStore, ExportWritesEveryLineOldestFirstWithQuotedTexts)
+{
+    Account closed{newId(), QStringLiteral("Old \"Card\""), AccountKind::credit, {}, true};
+    store.save(closed);
+    Transaction quoted = line("2025-03-02T04:30:00Z", "-1234.50", "Joe's \"Best\" Diner, LLC");
+    quoted.note = QStringLiteral("two\nlines, \"quoted\"");
+    quoted.cleared = true;
+    store.add(quoted);
+    Transaction orphan = line("2025-01-15T17:00:00Z", "50.00", "Client", TxKind::deposit);
+    orphan.accountID = newId(); // its account was deleted
+    orphan.category = QStringLiteral("Café & more");
+    store.add(orphan);
+    Transaction onCard = line("2025-02-01T00:00:00Z", "0.99", "Refund", TxKind::royalty);
+    onCard.accountID = closed.id;
+    store.add(onCard);
+
+    const QString path = temp.filePath(QStringLiteral("Coinhall transactions.csv"));
+    ASSERT_TRUE(store.exportCSV(path));
+    EXPECT_EQ(store.status(), "Saved Coinhall transactions.csv.");
+    EXPECT_EQ(readAll(path),
+              QByteArray("Date,Account,Payee,Category,Amount,Type,Cleared,Note\n"
+                         "2025-01-15,\"\",\"Client\",\"Caf\xC3\xA9 & more\",50,deposit,no,\"\"\n"
+                         "2025-02-01,\"Old \"\"Card\"\"\",\"Refund\",\"Groceries\",0.99,royalty,no,\"\"\n"
+                         "2025-03-02,\"Main checking\",\"Joe's \"\"Best\"\" Diner, LLC\",\"Groceries\","
+                         "-1234.5,expense,yes,\"two\nlines, \"\"quoted\"\"\"\n"));
+}
+
+TEST_F(BankFilesStore, ExportDateIsTheUtcCalendarDay)
+{
+    store.add(line("2025-03-01T23:30:00-05:00", "-1", "Late in New York"));
+    const QString path = temp.filePath(QStringLiteral("out.csv"));
+    ASSERT_TRUE(store.exportCSV(path));
+    EXPECT_EQ(readAll(path),
+              QByteArray("Date,Account,Payee,Category,Amount,Type,Cleared,Note\n"
+                         "2025-03-02,\"Main checking\",\"Late in New York\",\"Groceries\",-1,expense,no,\"\"\n"));
+}
+
+TEST_F(BankFilesStore, ExportReplacesWholeOrReportsWhyNot)
+{
+    const QString path = temp.filePath(QStringLiteral("out.csv"));
+    {
+        QFile old(path);
+        ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+        old.write(QByteArray(4096, 'x'));
+    }
+    ASSERT_TRUE(store.exportCSV(path));
+    EXPECT_EQ(readAll(path), QByteArray("Date,Account,Payee,Category,Amount,Type,Cleared,Note\n"));
+
+    const Book before = store.book();
+    EXPECT_FALSE(store.exportCSV(temp.filePath(QStringLiteral("no such folder/out.csv"))));
+    EXPECT_TRUE(store.status().startsWith(QStringLiteral("Could not save: "))) << store.status().toStdString();
+    EXPECT_GT(store.status().size(), 16);
+    EXPECT_EQ(store.book(), before);
+}

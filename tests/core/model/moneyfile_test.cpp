@@ -1,0 +1,408 @@
+#include "model/moneyfile.h"
+
+#include <gtest/gtest.h>
+
+#include <QRegularExpression>
+
+#include <map>
+
+namespace {
+
+Decimal d(const char *text)
+{
+    return *Decimal::fromString(std::string_view(text));
+}
+
+Instant at(const char *iso)
+{
+    return *Instant::fromIso(std::string_view(iso));
+}
+
+QUuid uid(const char *text)
+{
+    return QUuid::fromString(QLatin1String(text));
+}
+
+MoneyFile::Decoded decode(const QByteArray &json)
+{
+    return MoneyFile::decode(std::string_view(json.constData(), std::size_t(json.size())));
+}
+
+// The error text of a file that must not decode.
+std::string errorOf(const QByteArray &json)
+{
+    const MoneyFile::Decoded decoded = decode(json);
+    EXPECT_FALSE(decoded.book.has_value());
+    return decoded.error.toStdString();
+}
+
+const QUuid visaId = uid("6F1C2B9E-0A4D-4C1E-9B7A-3D2E1F0A9B8C");
+
+// One record of each kind, optional fields absent except a budget of 0.
+Book sampleBook()
+{
+    Book book;
+    book.accounts = {{visaId, QStringLiteral("Visa"), AccountKind::credit, d("-120.50"), false}};
+    Transaction t;
+    t.id = uid("C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C53");
+    t.date = at("2025-03-01T19:45:00Z");
+    t.accountID = visaId;
+    t.amount = d("-45.10");
+    t.payee = QStringLiteral("Café Olé");
+    t.category = QStringLiteral("Dining out");
+    t.cleared = true;
+    book.transactions = {t};
+    Bill bill;
+    bill.id = uid("0B6B4E64-8C83-4F0D-A0B5-9E1D6C2F7A31");
+    bill.name = QStringLiteral("Verizon");
+    bill.amount = d("89.99");
+    bill.due = at("2025-03-04T09:00:00Z");
+    bill.category = QStringLiteral("Phone & internet");
+    bill.website = QStringLiteral("https://verizon.com");
+    bill.history = {{at("2025-02-03T15:30:00Z"), d("89.99"), at("2025-02-04T09:00:00Z")}};
+    book.bills = {bill};
+    Royalty r;
+    r.id = uid("5D2C8A41-3E6F-4B19-9C07-81A4F2E6D3B0");
+    r.payer = QStringLiteral("ASCAP");
+    r.source = RoyaltySource::pro;
+    r.work = QStringLiteral("Night Drive");
+    r.period = QStringLiteral("Q4 2024");
+    r.expectedAmount = d("412.30");
+    r.expectedDate = at("2025-04-15T12:00:00Z");
+    r.repeats = Repeat::quarterly;
+    book.royalties = {r};
+    book.categories = {{QStringLiteral("Dining out"), false, d("0")}, {QStringLiteral("Royalties"), true, std::nullopt}};
+    return book;
+}
+
+// sampleBook() as the money file has it.
+const QByteArray sampleFile = R"~({
+  "accounts": [
+    {
+      "archived": false,
+      "id": "6F1C2B9E-0A4D-4C1E-9B7A-3D2E1F0A9B8C",
+      "kind": "Credit card",
+      "name": "Visa",
+      "opening": -120.5
+    }
+  ],
+  "bills": [
+    {
+      "active": true,
+      "amount": 89.99,
+      "autopay": false,
+      "category": "Phone & internet",
+      "due": "2025-03-04T09:00:00Z",
+      "history": [
+        {
+          "amount": 89.99,
+          "date": "2025-02-03T15:30:00Z",
+          "dueDate": "2025-02-04T09:00:00Z"
+        }
+      ],
+      "id": "0B6B4E64-8C83-4F0D-A0B5-9E1D6C2F7A31",
+      "name": "Verizon",
+      "note": "",
+      "remindDays": 3,
+      "repeats": "Monthly",
+      "website": "https://verizon.com"
+    }
+  ],
+  "categories": [
+    {
+      "budget": 0,
+      "income": false,
+      "name": "Dining out"
+    },
+    {
+      "income": true,
+      "name": "Royalties"
+    }
+  ],
+  "currency": "USD",
+  "royalties": [
+    {
+      "expectedAmount": 412.3,
+      "expectedDate": "2025-04-15T12:00:00Z",
+      "id": "5D2C8A41-3E6F-4B19-9C07-81A4F2E6D3B0",
+      "note": "",
+      "payer": "ASCAP",
+      "period": "Q4 2024",
+      "repeats": "Every 3 months",
+      "source": "Performance (PRO)",
+      "status": "Expected",
+      "work": "Night Drive"
+    }
+  ],
+  "transactions": [
+    {
+      "accountID": "6F1C2B9E-0A4D-4C1E-9B7A-3D2E1F0A9B8C",
+      "amount": -45.1,
+      "category": "Dining out",
+      "cleared": true,
+      "date": "2025-03-01T19:45:00Z",
+      "id": "C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C53",
+      "kind": "expense",
+      "note": "",
+      "payee": "Café Olé"
+    }
+  ],
+  "version": 1
+}
+)~";
+
+// sampleFile with one piece of text replaced; the piece must occur exactly once.
+QByteArray sampleWith(const char *before, const char *after)
+{
+    EXPECT_EQ(sampleFile.count(before), 1) << before;
+    return QByteArray(sampleFile).replace(before, after);
+}
+
+// sampleBook() plus every optional field filled, texts beyond ASCII and a date
+// with milliseconds.
+Book fullBook()
+{
+    Book book = sampleBook();
+    Transaction out = book.transactions[0];
+    out.id = uid("11111111-2222-4333-8444-555555555555");
+    out.date = Instant::fromMSecs(at("2025-03-02T08:00:00Z").msecs() + 789);
+    out.kind = TxKind::transfer;
+    out.payee = QStringLiteral("Savings \"rainy day\" \\ 𝄞 日本");
+    out.note = QStringLiteral("line one\nline two\ttab");
+    out.importHash = QStringLiteral("9f86d081884c7d659a2feaa0c55ad015a3bf4f1b2b0b822cd15d6c15b0f00a08");
+    Transaction in = out;
+    in.id = uid("AAAAAAAA-BBBB-4CCC-8DDD-EEEEEEEEEEEE");
+    in.amount = d("45.1");
+    in.transferPairID = out.id;
+    out.transferPairID = in.id;
+    book.transactions.insert(book.transactions.begin(), {in, out});
+    book.accounts.push_back({uid("00000000-0000-0000-0000-000000000000"), QStringLiteral("Tin"), AccountKind::cash, d("0"), true});
+    book.categories.push_back({QStringLiteral("Groceries"), false, d("412.5")});
+    book.bills[0].accountID = visaId;
+    book.bills.push_back(Bill{.id = uid("0C6B4E64-8C83-4F0D-A0B5-9E1D6C2F7A31"), .name = QStringLiteral("Gym"), .amount = d("30"),
+                              .due = at("2024-12-31T23:59:59Z"), .repeats = Repeat::once, .autopay = true,
+                              .remindDays = -2, .active = false});
+    Royalty paid = book.royalties[0];
+    paid.id = uid("6D2C8A41-3E6F-4B19-9C07-81A4F2E6D3B0");
+    paid.status = RoyaltyStatus::received;
+    paid.receivedAmount = d("399.99");
+    paid.receivedDate = at("2025-04-20T10:00:00Z");
+    paid.accountID = visaId;
+    book.royalties.push_back(paid);
+    book.version = 7;
+    book.currency = QStringLiteral("EUR");
+    return book;
+}
+
+// Keys of every object in the pretty-printed text are in byte order: a key line's
+// predecessor is the last key seen at the same indentation in the same object.
+bool keysSorted(const QByteArray &json)
+{
+    static const QRegularExpression keyLine(QStringLiteral(R"~(^( *)"([^"]+)": )~"));
+    std::map<qsizetype, QString> lastKey;
+    for (const QByteArray &line : json.split('\n')) {
+        const QString text = QString::fromUtf8(line);
+        const qsizetype indent = text.size() - text.trimmed().size();
+        const QRegularExpressionMatch m = keyLine.match(text);
+        if (m.hasMatch()) {
+            const QString key = m.captured(2);
+            if (lastKey.count(indent) && QString::compare(lastKey[indent], key) >= 0)
+                return false;
+            lastKey[indent] = key;
+        }
+        if (text.endsWith(QLatin1Char('{')))
+            lastKey.erase(indent + 2); // a new object: its keys start afresh
+    }
+    return true;
+}
+
+} // namespace
+
+TEST(MoneyFileTest, EncodesTheExactFileFormat)
+{
+    const QByteArray file = MoneyFile::encode(sampleBook());
+    EXPECT_EQ(file.toStdString(), sampleFile.toStdString());
+    EXPECT_EQ(MoneyFile::encode(Book{}).count("\"income\": true"), 8);
+
+    const QByteArray full = MoneyFile::encode(fullBook());
+    EXPECT_TRUE(keysSorted(full));
+    EXPECT_TRUE(keysSorted(sampleFile));
+    EXPECT_FALSE(keysSorted("{\n  \"b\": 1,\n  \"a\": 2\n}\n")); // the check itself can fail
+    EXPECT_TRUE(full.contains(R"("payee": "Savings \"rainy day\" \\ 𝄞 日本")"));
+    EXPECT_TRUE(full.contains(R"("note": "line one\nline two\ttab")"));
+    EXPECT_TRUE(full.contains(R"("budget": 412.5)"));
+    EXPECT_TRUE(full.contains(R"("date": "2025-03-02T08:00:00Z")"));
+    EXPECT_TRUE(full.contains(R"("transferPairID": "AAAAAAAA-BBBB-4CCC-8DDD-EEEEEEEEEEEE")"));
+    EXPECT_TRUE(full.contains(R"("id": "00000000-0000-0000-0000-000000000000")"));
+}
+
+TEST(MoneyFileTest, RoundTripKeepsEveryFieldAndTheBytes)
+{
+    const Book book = fullBook();
+    const QByteArray file = MoneyFile::encode(book);
+    const MoneyFile::Decoded decoded = decode(file);
+    ASSERT_TRUE(decoded.book) << decoded.error.toStdString();
+    ASSERT_TRUE(decoded.error.isEmpty());
+
+    Book expected = book;
+    expected.transactions[0].date = expected.transactions[0].date.wholeSeconds(); // sub-seconds are lost
+    expected.transactions[1].date = expected.transactions[1].date.wholeSeconds();
+    EXPECT_NE(expected.transactions[0].date, book.transactions[0].date);
+    EXPECT_EQ(decoded.book->accounts, expected.accounts);
+    EXPECT_EQ(decoded.book->transactions, expected.transactions);
+    EXPECT_EQ(decoded.book->bills, expected.bills);
+    EXPECT_EQ(decoded.book->royalties, expected.royalties);
+    EXPECT_EQ(decoded.book->categories, expected.categories);
+    EXPECT_EQ(*decoded.book, expected);
+    EXPECT_EQ(MoneyFile::encode(*decoded.book), file);
+
+    const MoneyFile::Decoded sample = decode(sampleFile);
+    ASSERT_TRUE(sample.book) << sample.error.toStdString();
+    EXPECT_EQ(*sample.book, sampleBook());
+    EXPECT_FALSE(sample.book->transactions[0].transferPairID);
+    EXPECT_FALSE(sample.book->transactions[0].importHash);
+    EXPECT_FALSE(sample.book->categories[1].budget);
+    EXPECT_EQ(sample.book->categories[0].budget, d("0"));
+
+    const MoneyFile::Decoded fresh = decode(MoneyFile::encode(Book{}));
+    ASSERT_TRUE(fresh.book);
+    EXPECT_EQ(fresh.book->categories, Category::defaults());
+}
+
+TEST(MoneyFileTest, OptionalKeysAreLeftOutAndReadBackAsNone)
+{
+    const QByteArray file = MoneyFile::encode(sampleBook());
+    for (const char *key : {"transferPairID", "importHash", "receivedAmount", "receivedDate"})
+        EXPECT_FALSE(file.contains(key)) << key;
+    EXPECT_EQ(file.count("\"accountID\""), 1); // the transaction's; the bill and the royalty have none
+    EXPECT_EQ(file.count("\"budget\""), 1);
+    EXPECT_FALSE(file.contains("null"));
+
+    // null reads as no value, and a later duplicate key wins over an earlier one
+    QByteArray nulls = sampleWith(R"("note": "",
+      "payee")", R"("importHash": "abc", "importHash": null, "transferPairID": null, "note": "",
+      "payee")");
+    nulls.replace(R"("budget": 0,)", R"("budget": null,)");
+    nulls.replace(R"("active": true,)", R"("accountID": null, "active": true,)");
+    nulls.replace(R"("expectedAmount")", R"("receivedAmount": null, "receivedDate": null, "accountID": null, "expectedAmount")");
+    nulls.replace(R"("name": "Visa")", R"("name": "Old", "name": "Visa")");
+    const MoneyFile::Decoded decoded = decode(nulls);
+    ASSERT_TRUE(decoded.book) << decoded.error.toStdString();
+    Book expected = sampleBook();
+    expected.categories[0].budget = std::nullopt;
+    EXPECT_EQ(*decoded.book, expected);
+}
+
+TEST(MoneyFileTest, AcceptsAnyJsonNumberAndIgnoresUnknownKeys)
+{
+    QByteArray file = sampleWith(R"("opening": -120.5)", R"("opening": -1.205E2, "colour": {"a": [1, {"b": null}], "c": "x"})");
+    file.replace(R"("version": 1)", R"("version": 1, "extra": [[], {}, true, -0.0])");
+    file.replace(R"("amount": -45.1)", R"("amount": -45.10000)");
+    const MoneyFile::Decoded decoded = decode(file);
+    ASSERT_TRUE(decoded.book) << decoded.error.toStdString();
+    EXPECT_EQ(*decoded.book, sampleBook());
+}
+
+TEST(MoneyFileTest, MissingKeysFailTheWholeBook)
+{
+    EXPECT_EQ(errorOf(sampleWith("      \"archived\": false,\n", "")), R"(accounts[0]: missing key "archived")");
+    EXPECT_EQ(errorOf(sampleWith("  \"currency\": \"USD\",\n", "")), R"(missing key "currency")");
+    EXPECT_EQ(errorOf(sampleWith(",\n          \"dueDate\": \"2025-02-04T09:00:00Z\"", "")),
+              R"(bills[0].history[0]: missing key "dueDate")");
+    EXPECT_EQ(errorOf(sampleWith("      \"work\": \"Night Drive\"\n", "      \"x\": 1\n")),
+              R"(royalties[0]: missing key "work")");
+    EXPECT_EQ(errorOf(sampleWith(R"("income": true,)", "")), R"(categories[1]: missing key "income")");
+    EXPECT_EQ(errorOf(sampleWith(R"("payee": "Café Olé")", R"("payees": "Café Olé")")),
+              R"(transactions[0]: missing key "payee")");
+}
+
+TEST(MoneyFileTest, WrongValuesNameTheirPlace)
+{
+    Book many = sampleBook();
+    many.transactions.assign(42, many.transactions[0]);
+    many.transactions[41].kind = TxKind::deposit;
+    const QByteArray gift = MoneyFile::encode(many).replace(R"("kind": "deposit")", R"("kind": "gift")");
+    EXPECT_EQ(errorOf(gift), R"(transactions[41].kind: unknown value "gift")");
+
+    struct Case
+    {
+        const char *before;
+        const char *after;
+        const char *error;
+    };
+    const Case wrong[] = {
+        {R"("repeats": "Monthly")", R"("repeats": "Fortnightly")", R"(bills[0].repeats: unknown value "Fortnightly")"},
+        {R"~("source": "Performance (PRO)")~", R"("source": "Radio")", R"(royalties[0].source: unknown value "Radio")"},
+        {R"("status": "Expected")", R"("status": "Paid")", R"(royalties[0].status: unknown value "Paid")"},
+        {R"("kind": "Credit card")", R"("kind": "credit")", R"(accounts[0].kind: unknown value "credit")"},
+        {R"("repeats": "Every 3 months")", R"("repeats": "")", R"(royalties[0].repeats: unknown value "")"},
+        {R"("amount": 89.99,
+          "date")", R"("amount": "89.99",
+          "date")", R"(bills[0].history[0].amount: expected a number)"},
+        {R"("opening": -120.5)", R"("opening": null)", R"(accounts[0].opening: expected a number)"},
+        {R"("cleared": true)", R"("cleared": "yes")", R"(transactions[0].cleared: expected true or false)"},
+        {R"("name": "Visa")", R"("name": 7)", R"(accounts[0].name: expected a string)"},
+        {R"("payee": "Café Olé")", R"("payee": ["Café Olé"])", R"(transactions[0].payee: expected a string)"},
+        {R"("payee": "Café Olé")", "\"payee\": \"Caf\xE9\"", R"(transactions[0].payee: not valid UTF-8)"},
+        {R"("accounts": [)", R"("accounts": {"list": [)", "accounts: expected an array"},
+        {R"("history": [)", R"("history": 0, "x": [)", "bills[0].history: expected an array"},
+        {R"("royalties": [)", R"("royalties": [ "none",)", "royalties[0]: expected an object"},
+        {R"("version": 1)", R"("version": 1.5)", "version: expected a whole number"},
+        {R"("version": 1)", R"("version": "1")", "version: expected a whole number"},
+        {R"("remindDays": 3)", R"("remindDays": 3e0)", "bills[0].remindDays: expected a whole number"},
+        {R"("version": 1)", R"("version": 2147483648)", "version: expected a whole number"},
+        {R"("id": "C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C53")", R"("id": "xyz")", R"(transactions[0].id: not an id "xyz")"},
+        {R"("id": "C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C53")", R"("id": "C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C5G")",
+         R"(transactions[0].id: not an id "C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C5G")"},
+        {R"("id": "C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C53")", R"("id": "{C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C5}")",
+         R"(transactions[0].id: not an id "{C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C5}")"},
+        {R"("date": "2025-03-01T19:45:00Z")", R"("date": "2025-13-01")", R"(transactions[0].date: not a date "2025-13-01")"},
+        {R"("dueDate": "2025-02-04T09:00:00Z")", R"("dueDate": "2025-02-30T09:00:00Z")",
+         R"(bills[0].history[0].dueDate: not a date "2025-02-30T09:00:00Z")"},
+    };
+    for (const Case &c : wrong)
+        EXPECT_EQ(errorOf(sampleWith(c.before, c.after)), c.error) << c.after;
+
+    // a lower-case id is still an id, read the same
+    const MoneyFile::Decoded lower = decode(sampleWith("6F1C2B9E-0A4D-4C1E-9B7A-3D2E1F0A9B8C\",\n      \"kind\"",
+                                                       "6f1c2b9e-0a4d-4c1e-9b7a-3d2e1f0a9b8c\",\n      \"kind\""));
+    ASSERT_TRUE(lower.book) << lower.error.toStdString();
+    EXPECT_EQ(lower.book->accounts[0].id, visaId);
+}
+
+TEST(MoneyFileTest, BrokenJsonIsReportedWithLineAndColumn)
+{
+    EXPECT_EQ(errorOf("[]"), "expected an object");
+    EXPECT_EQ(errorOf("\"text\""), "expected an object");
+    EXPECT_EQ(errorOf(""), "line 1, column 1: The document is empty.");
+    EXPECT_EQ(errorOf("{\n  \"version\": 1,\n  \"accounts\" []\n}"),
+              "line 3, column 14: Missing a colon after a name of object member.");
+    EXPECT_EQ(errorOf("{\n  \"payee\": \"Café\", \"x\": tru\n}"), "line 2, column 28: Invalid value."); // characters, not bytes
+    EXPECT_EQ(errorOf(sampleFile + "{}"), "line 74, column 1: The document root must not be followed by other values.");
+    EXPECT_EQ(errorOf(sampleWith("\"currency\": \"USD\"", "\"currency\": \"USD\" // dollars")),
+              "line 44, column 21: Missing a comma or '}' after an object member.");
+
+    // The text is read only up to the view's end: no terminating zero is needed,
+    // and what lies beyond is never looked at.
+    const std::vector<char> exact(sampleFile.begin(), sampleFile.end());
+    const MoneyFile::Decoded whole = MoneyFile::decode(std::string_view(exact.data(), exact.size()));
+    EXPECT_TRUE(whole.book) << whole.error.toStdString();
+    const MoneyFile::Decoded cut = MoneyFile::decode(std::string_view(exact.data(), exact.size() - 3));
+    EXPECT_EQ(cut.error.toStdString(), "line 72, column 15: Missing a comma or '}' after an object member.");
+    EXPECT_EQ(errorOf(QByteArray(sampleFile).append('\0').append("{}")),
+              "line 74, column 1: The document root must not be followed by other values.");
+}
+
+TEST(MoneyFileTest, DeepNestingUnderAnUnknownKeyDoesNotCrash)
+{
+    const int depth = 100000;
+    const QByteArray deep = QByteArray(depth, '[') + QByteArray(depth, ']');
+    const MoneyFile::Decoded skipped = decode(sampleWith(R"("version": 1)", "\"version\": 1, \"deep\": " + deep));
+    ASSERT_TRUE(skipped.book) << skipped.error.toStdString();
+    EXPECT_EQ(*skipped.book, sampleBook());
+
+    const QByteArray objects = QByteArray("{\"a\": ").repeated(depth);
+    EXPECT_EQ(errorOf(sampleWith(R"("version": 1)", "\"version\": 1, \"deep\": " + objects)),
+              "line 73, column 1: Invalid value.");
+    EXPECT_EQ(errorOf(QByteArray(depth, '[')), "expected an object");
+}

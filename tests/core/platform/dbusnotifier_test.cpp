@@ -1,0 +1,173 @@
+// The freedesktop notification backend against a real, private message bus with a
+// notification service of the test's own, so nothing reaches the desktop.
+#include "platform/dbusnotifier.h"
+
+#include <QCoreApplication>
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusVirtualObject>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace {
+
+// Runs the event loop until `done` holds or `ms` milliseconds pass.
+bool waitFor(const std::function<bool()> &done, int ms)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!done() && clock.elapsed() < ms) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        QThread::msleep(2);
+    }
+    return done();
+}
+
+ReminderRequest request(const char *title, qint64 inMs)
+{
+    return {QStringLiteral("ID-0"), QString::fromUtf8(title),
+            QStringLiteral("$1,200.00 · open Coinhall to mark it paid"),
+            Instant::fromMSecs(Instant::now().msecs() + inMs)};
+}
+
+// Answers Notify and GetServerInformation as a desktop would, keeping what it was sent.
+struct NotificationService : QDBusVirtualObject
+{
+    QString introspect(const QString &) const override { return {}; }
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
+    {
+        if (message.member() == QLatin1String("Notify")) {
+            shown.push_back({message.arguments(), Instant::now()});
+            return connection.send(message.createReply(QVariantList{uint(shown.size())}));
+        }
+        return message.member() == QLatin1String("GetServerInformation") &&
+               connection.send(message.createReply(QVariantList{"Test", "Coinhall", "1", "1.2"}));
+    }
+    std::vector<std::pair<QVariantList, Instant>> shown; // (arguments, arrival)
+};
+
+// A bus of our own whose configuration activates nothing, so no notification
+// service installed on the machine can answer in place of the test's.
+class DBusNotifierTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        const QString daemon = QStandardPaths::findExecutable(QStringLiteral("dbus-daemon"));
+        if (daemon.isEmpty())
+            GTEST_SKIP() << "dbus-daemon is not installed";
+        QFile config(temp.filePath(QStringLiteral("bus.conf")));
+        ASSERT_TRUE(config.open(QIODevice::WriteOnly));
+        config.write(QStringLiteral("<busconfig><type>session</type><listen>unix:dir=%1</listen>"
+                                    "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+                                    "<allow eavesdrop=\"true\"/><allow own=\"*\"/>"
+                                    "</policy></busconfig>")
+                         .arg(temp.path())
+                         .toUtf8());
+        config.close();
+        bus.start(daemon, {QStringLiteral("--config-file=") + config.fileName(), QStringLiteral("--nofork"),
+                           QStringLiteral("--print-address")});
+        ASSERT_TRUE(waitFor([&] { return bus.canReadLine(); }, 5000)) << bus.readAllStandardError().toStdString();
+        address = QString::fromUtf8(bus.readLine().trimmed());
+        client = QDBusConnection::connectToBus(address, QStringLiteral("coinhall-client"));
+        ASSERT_TRUE(client.isConnected());
+    }
+
+    void startService()
+    {
+        server = QDBusConnection::connectToBus(address, QStringLiteral("coinhall-service"));
+        ASSERT_TRUE(server.registerVirtualObject(QStringLiteral("/org/freedesktop/Notifications"), &service));
+        ASSERT_TRUE(server.registerService(QStringLiteral("org.freedesktop.Notifications")));
+    }
+
+    void TearDown() override
+    {
+        QDBusConnection::disconnectFromBus(QStringLiteral("coinhall-client"));
+        QDBusConnection::disconnectFromBus(QStringLiteral("coinhall-service"));
+        bus.kill();
+        bus.waitForFinished(5000);
+    }
+
+    QTemporaryDir temp;
+    QProcess bus;
+    QString address;
+    QDBusConnection client{QString()};
+    QDBusConnection server{QString()};
+    NotificationService service;
+};
+
+} // namespace
+
+TEST_F(DBusNotifierTest, ShowsTheRequestWhenItsTimeComes)
+{
+    DBusNotifier notifier(client);
+    std::vector<bool> reachable;
+    QObject::connect(&notifier, &DBusNotifier::serviceChecked, [&](bool r) { reachable.push_back(r); });
+    notifier.requestAuthorization(); // nobody owns the name yet
+    ASSERT_TRUE(waitFor([&] { return reachable.size() == 1; }, 5000));
+    startService();
+    notifier.requestAuthorization();
+    ASSERT_TRUE(waitFor([&] { return reachable.size() == 2; }, 5000));
+    EXPECT_EQ(reachable, (std::vector<bool>{false, true}));
+
+    const ReminderRequest rent = request("Rent is due today", 300);
+    notifier.add(rent);
+    EXPECT_EQ(notifier.pendingCount(), 1);
+    ASSERT_TRUE(waitFor([&] { return !service.shown.empty(); }, 5000));
+    const auto &[arguments, arrived] = service.shown[0];
+    EXPECT_GE(arrived, rent.fireAt);
+    ASSERT_EQ(arguments.size(), 8);
+    EXPECT_EQ(arguments[0].toString(), "QFS Coinhall");
+    EXPECT_EQ(arguments[1].toUInt(), 0u);
+    EXPECT_EQ(arguments[3].toString(), "Rent is due today");
+    EXPECT_EQ(arguments[4].toString(), "$1,200.00 · open Coinhall to mark it paid");
+    const auto hints = qdbus_cast<QVariantMap>(arguments[6].value<QDBusArgument>());
+    EXPECT_EQ(hints.value(QStringLiteral("sound-name")).toString(), "message-new-instant");
+    EXPECT_EQ(arguments[7].toInt(), -1);
+    EXPECT_EQ(notifier.pendingCount(), 0);
+}
+
+TEST_F(DBusNotifierTest, RemovedAndPastRequestsAreNeverShown)
+{
+    startService();
+    DBusNotifier notifier(client);
+    notifier.add(request("Rent is due today", 200));
+    notifier.add(request("Gym is due today", 300));
+    notifier.removeAllPending();
+    notifier.add(request("Past is due today", -1000));
+    EXPECT_EQ(notifier.pendingCount(), 0);
+    notifier.add(request("Phone is due in 1 day", 500));
+
+    ASSERT_TRUE(waitFor([&] { return !service.shown.empty(); }, 5000));
+    waitFor([] { return false; }, 500); // anything cancelled would have come by now
+    ASSERT_EQ(service.shown.size(), 1u);
+    EXPECT_EQ(service.shown[0].first[3].toString(), "Phone is due in 1 day");
+}
+
+TEST(DBusNotifier, WithoutABusNothingHappensAndNothingIsSaid)
+{
+    static QStringList messages;
+    const QtMessageHandler previous =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) { messages << text; });
+    {
+        DBusNotifier notifier(QDBusConnection::connectToBus(QStringLiteral("unix:path=/nonexistent/bus"), "nowhere"));
+        bool reachable = true;
+        QObject::connect(&notifier, &DBusNotifier::serviceChecked, [&](bool r) { reachable = r; });
+        notifier.add(request("Rent is due today", 50));
+        notifier.requestAuthorization();
+        EXPECT_TRUE(waitFor([&] { return notifier.pendingCount() == 0; }, 3000));
+        EXPECT_FALSE(reachable);
+        QDBusConnection::disconnectFromBus(QStringLiteral("nowhere"));
+    }
+    qInstallMessageHandler(previous);
+    EXPECT_TRUE(messages.isEmpty()) << messages.join(QLatin1Char('\n')).toStdString();
+}

@@ -1,0 +1,233 @@
+// Repeat schedules and bills as the Bills screen, the dashboard and the calendar use
+// them. Suites whose name ends in "Calendar" depend on the time zone: they run in
+// New York time and again in Berlin time (see tests/CMakeLists.txt).
+#include "storetesting.h"
+
+#include "model/repeat.h"
+
+#include <QDateTime>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// An instant by the local clock.
+Instant local(int year, int month, int day, int hour = 0, int minute = 0, int second = 0)
+{
+    return Instant::fromDateTime(QDateTime(QDate(year, month, day), QTime(hour, minute, second)));
+}
+
+Bill bill(const char *name, const char *amount, Instant due, Repeat repeats = Repeat::monthly, bool active = true)
+{
+    return {.name = QString::fromUtf8(name), .amount = d(amount), .due = due, .repeats = repeats, .active = active};
+}
+
+class Bills : public ::testing::Test
+{
+protected:
+    Bills()
+    {
+        store.setClock([this] { return today; });
+        QObject::connect(&store, &Store::bookChanged, [this] { ++changes; });
+    }
+    Bill added(const Bill &b)
+    {
+        store.save(b);
+        return b;
+    }
+    static std::vector<QString> names(const std::vector<Bill> &bills)
+    {
+        std::vector<QString> out;
+        for (const Bill &b : bills)
+            out.push_back(b.name);
+        return out;
+    }
+    const Bill &first() const { return store.book().bills.at(0); }
+    Book onDisk() const { return decodeFile(temp.path() + QStringLiteral("/coinhall.json")); }
+
+    QTemporaryDir temp;
+    Store store{{temp.path()}};
+    Account checking = store.book().accounts[0];
+    Account savings = store.book().accounts[1];
+    int changes = 0; // bookChanged signals so far
+    Instant today = local(2025, 3, 15, 10, 30);
+};
+
+using BillsCalendar = Bills;
+
+} // namespace
+
+TEST(RepeatCalendar, MonthEndClampsAndThenDrifts)
+{
+    EXPECT_EQ(next(Repeat::monthly, local(2025, 1, 31, 9)), local(2025, 2, 28, 9));
+    EXPECT_EQ(next(Repeat::monthly, local(2025, 2, 28, 9)), local(2025, 3, 28, 9));
+    EXPECT_EQ(next(Repeat::monthly, local(2024, 1, 31, 9)), local(2024, 2, 29, 9));
+    EXPECT_EQ(next(Repeat::quarterly, local(2024, 11, 30, 9)), local(2025, 2, 28, 9));
+    EXPECT_EQ(next(Repeat::yearly, local(2024, 2, 29, 9)), local(2025, 2, 28, 9));
+    EXPECT_EQ(next(Repeat::weekly, local(2025, 1, 28, 9, 5, 7)), local(2025, 2, 4, 9, 5, 7));
+    EXPECT_EQ(next(Repeat::once, local(2025, 1, 31, 9)), std::nullopt);
+}
+
+TEST(RepeatCalendar, EveryTwoWeeksKeepsNineOClockAcrossDaylightSaving)
+{
+    // Spring: New York (9 March) and Berlin (30 March) both lose an hour on the way;
+    // autumn: Berlin (26 October) and New York (2 November) gain it back.
+    const struct
+    {
+        Instant from, to;
+        int hours;
+    } walks[] = {{local(2025, 3, 1, 9), local(2025, 4, 12, 9), 42 * 24 - 1},
+                 {local(2025, 10, 18, 9), local(2025, 11, 15, 9), 28 * 24 + 1}};
+    for (const auto &walk : walks) {
+        Instant due = walk.from;
+        while (due < walk.to) {
+            due = next(Repeat::biweekly, due).value();
+            EXPECT_EQ(due.toLocal().time(), QTime(9, 0)) << due.isoText();
+        }
+        EXPECT_EQ(due, walk.to);
+        EXPECT_EQ(due.secs() - walk.from.secs(), walk.hours * 3600);
+    }
+}
+
+TEST_F(BillsCalendar, OverdueMeansBeforeMidnightToday)
+{
+    EXPECT_FALSE(store.isOverdue(bill("Due at midnight", "1", local(2025, 3, 15, 0, 0))));
+    EXPECT_FALSE(store.isOverdue(bill("Due this morning", "1", local(2025, 3, 15, 8, 0))));
+    EXPECT_TRUE(store.isOverdue(bill("Due last night", "1", local(2025, 3, 14, 23, 59))));
+    EXPECT_FALSE(store.isOverdue(bill("Finished", "1", local(2024, 1, 1), Repeat::once, false)));
+}
+
+TEST_F(BillsCalendar, FourteenDayWindowEndsAtTheStartOfItsLastDay)
+{
+    // From 1 March the window crosses New York's clock change, from 20 March Berlin's.
+    for (const Instant now : {local(2025, 3, 1, 10, 30), local(2025, 3, 20, 10, 30)}) {
+        today = now;
+        const Instant lastMidnight = Instant::fromDateTime(now.toLocal().date().addDays(14).startOfDay());
+        Book book = store.book();
+        book.bills = {bill("Nine that day", "1", lastMidnight.addSecs(9 * 3600)),
+                      bill("Midnight that day", "1", lastMidnight), bill("Finished", "1", now, Repeat::once, false),
+                      bill("Tie", "1", lastMidnight), bill("A month behind", "1", Calendar::addMonths(now, -1))};
+        store.setBook(book);
+        EXPECT_EQ(names(store.upcomingBills(14)), (std::vector<QString>{"A month behind", "Midnight that day", "Tie"}))
+            << now.isoText();
+    }
+}
+
+TEST_F(BillsCalendar, DueDatesFollowTheScheduleFromTheCurrentDueDate)
+{
+    const Bill rent = bill("Rent", "1", local(2025, 1, 31, 9));
+    EXPECT_EQ(store.dueDates(rent, {local(2024, 1, 1), local(2025, 3, 28, 9)}),
+              (std::vector<Instant>{local(2025, 1, 31, 9), local(2025, 2, 28, 9), local(2025, 3, 28, 9)}));
+    EXPECT_EQ(store.dueDates(rent, store.monthRange(local(2025, 4, 1))), std::vector<Instant>{local(2025, 4, 28, 9)});
+
+    const Bill once = bill("Deposit", "1", local(2025, 3, 3, 18), Repeat::once);
+    EXPECT_EQ(store.dueDates(once, {once.due, once.due}), std::vector<Instant>{once.due});
+    EXPECT_EQ(store.dueDates(once, store.monthRange(local(2025, 4, 3))), std::vector<Instant>{});
+
+    // A weekly bill ten years behind: the walk stops after 400 steps, years short of today.
+    const Bill stale = bill("Forgotten", "1", local(2015, 3, 2, 9), Repeat::weekly);
+    EXPECT_EQ(store.dueDates(stale, store.monthRange()), std::vector<Instant>{});
+    EXPECT_EQ(store.dueDates(stale, store.monthRange(local(2020, 3, 1))).size(), 5u);
+}
+
+TEST_F(Bills, PayingAOneTimeBillFinishesIt)
+{
+    Bill hosting = bill("Web hosting", "45.1", local(2025, 3, 20, 9), Repeat::once);
+    hosting.accountID = savings.id;
+    hosting.category = QStringLiteral("Software & hosting");
+    added(hosting);
+    changes = 0;
+
+    store.pay(hosting, std::nullopt, today, std::nullopt);
+
+    EXPECT_FALSE(first().active);
+    EXPECT_EQ(first().due, local(2025, 3, 20, 9));
+    EXPECT_EQ(first().history, (std::vector<Bill::Payment>{{today, d("45.1"), local(2025, 3, 20, 9)}}));
+    ASSERT_EQ(store.book().transactions.size(), 1u);
+    const Transaction paid = store.book().transactions[0];
+    EXPECT_EQ(paid, (Transaction{.id = paid.id,
+                                 .date = today,
+                                 .accountID = savings.id,
+                                 .amount = d("-45.1"),
+                                 .payee = "Web hosting",
+                                 .category = "Software & hosting",
+                                 .note = "Bill payment",
+                                 .cleared = true,
+                                 .kind = TxKind::bill}));
+    EXPECT_EQ(store.status(), "Paid Web hosting: $45.10.");
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(onDisk(), store.book());
+}
+
+TEST_F(Bills, PayingAnotherAmountLateKeepsTheSchedule)
+{
+    const Bill rent = added(bill("Rent", "10", local(2025, 3, 1, 9)));
+    store.pay(rent, d("12.5"), today, std::nullopt);
+
+    EXPECT_EQ(store.status(), "Paid Rent: $12.50.");
+    EXPECT_EQ(store.book().transactions.at(0).amount, d("-12.5"));
+    EXPECT_EQ(store.book().transactions.at(0).accountID, checking.id); // the first active account
+    EXPECT_EQ(first().history.at(0).amount, d("12.5"));
+    EXPECT_EQ(first().due, local(2025, 4, 1, 9));
+
+    // The stored record itself, paid from the account given, as a magnitude.
+    store.pay(first(), d("-10"), today.addSecs(60), savings.id);
+    EXPECT_EQ(store.book().transactions.at(0).amount, d("-10"));
+    EXPECT_EQ(store.book().transactions.at(0).accountID, savings.id);
+    EXPECT_EQ(first().history.at(1).dueDate, local(2025, 4, 1, 9));
+    EXPECT_EQ(first().due, local(2025, 5, 1, 9));
+    EXPECT_EQ(onDisk(), store.book());
+}
+
+TEST_F(Bills, PayingWithNoAccountStillRecordsThePayment)
+{
+    Book book; // no accounts at all
+    book.bills.push_back(bill("Phone", "30", local(2025, 3, 20, 9)));
+    store.setBook(book);
+
+    store.pay(first(), std::nullopt, today, std::nullopt);
+
+    EXPECT_TRUE(store.book().transactions.empty());
+    EXPECT_EQ(first().history.size(), 1u);
+    EXPECT_EQ(first().due, local(2025, 4, 20, 9));
+    EXPECT_EQ(store.status(), "Paid Phone: $30.00.");
+    EXPECT_EQ(onDisk(), store.book());
+}
+
+TEST_F(Bills, SkipMovesOnWithoutPayingAndLeavesGoneBillsAlone)
+{
+    added(bill("Rent", "900", local(2025, 1, 31, 9)));
+    added(bill("Ticket", "60", local(2025, 3, 20, 9), Repeat::once));
+    store.skip(store.book().bills[0]);
+    store.skip(store.book().bills[1]);
+    EXPECT_EQ(names(store.activeBills()), std::vector<QString>{"Rent"});
+    EXPECT_EQ(first().due, local(2025, 2, 28, 9));
+    EXPECT_EQ(store.book().bills[1].due, local(2025, 3, 20, 9));
+    EXPECT_TRUE(first().history.empty());
+    EXPECT_TRUE(store.book().transactions.empty());
+
+    const Book before = store.book();
+    changes = 0;
+    const Bill gone = bill("Gone", "10", local(2025, 3, 20, 9));
+    store.pay(gone, d("10"), today, checking.id);
+    store.skip(gone);
+    EXPECT_EQ(store.book(), before);
+    EXPECT_EQ(store.status(), "");
+    EXPECT_EQ(changes, 0);
+}
+
+TEST_F(Bills, SaveReplacesInPlaceAndDeleteKeepsPastPayments)
+{
+    added(bill("Rent", "900", local(2025, 4, 1, 9)));
+    Bill phone = added(bill("Phone", "30", local(2025, 3, 20, 9)));
+    added(bill("Gym", "25", local(2025, 3, 25, 9)));
+    phone.amount = d("35");
+    store.save(phone);
+    EXPECT_EQ(store.book().bills.at(1), phone);
+
+    store.pay(phone, std::nullopt, today, std::nullopt);
+    store.deleteBill(store.book().bills[1]); // the stored record itself
+    EXPECT_EQ(names(store.book().bills), (std::vector<QString>{"Rent", "Gym"}));
+    EXPECT_EQ(store.book().transactions.at(0).payee, "Phone");
+    EXPECT_EQ(onDisk(), store.book());
+}

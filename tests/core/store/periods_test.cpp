@@ -1,0 +1,159 @@
+// Period totals as the Reports screen and the dashboard use them: month ranges, the
+// five report periods, income, spending and both by category, the six-month chart.
+// Suites whose name ends in "Calendar" also run in Berlin time.
+#include "storetesting.h"
+
+#include <QDateTime>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// An instant by the local clock.
+Instant local(int year, int month, int day, int hour = 0, int minute = 0, int second = 0)
+{
+    return Instant::fromDateTime(QDateTime(QDate(year, month, day), QTime(hour, minute, second)));
+}
+
+// The last instant of a whole-day range ending on that local day.
+Instant endOfDay(int year, int month, int day)
+{
+    return Instant::fromMSecs(local(year, month, day, 23, 59, 59).msecs() + 999);
+}
+
+class Periods : public ::testing::Test
+{
+protected:
+    Periods()
+    {
+        store.setClock([this] { return today; });
+    }
+
+    // Books a line of `kind` into checking.
+    void enter(Instant date, const char *amount, const char *category, TxKind kind = TxKind::expense)
+    {
+        store.add({.date = date,
+                   .accountID = checking.id,
+                   .amount = d(amount),
+                   .category = QString::fromUtf8(category),
+                   .kind = kind});
+    }
+    ClosedRange range(ReportPeriod period) const { return store.periodRange(period); }
+
+    QTemporaryDir temp;
+    Store store{{temp.path()}};
+    Account checking = store.book().accounts[0];
+    Account savings = store.book().accounts[1];
+    Instant today = local(2025, 3, 15, 12);
+};
+
+using PeriodsCalendar = Periods;
+
+} // namespace
+
+TEST_F(PeriodsCalendar, MonthRangeRunsFromMidnightOnTheFirstToTheLastSecond)
+{
+    EXPECT_EQ(store.monthRange(local(2025, 3, 31, 23, 59, 59)),
+              (ClosedRange{local(2025, 3, 1), endOfDay(2025, 3, 31)}));
+    EXPECT_EQ(store.monthRange(local(2024, 2, 1)), (ClosedRange{local(2024, 2, 1), endOfDay(2024, 2, 29)}));
+    EXPECT_EQ(store.monthRange(), store.monthRange(today));
+
+    enter(local(2025, 2, 28, 23, 59, 59), "1", "Paycheck", TxKind::deposit);
+    enter(local(2025, 3, 1, 0, 0, 0), "10", "Paycheck", TxKind::deposit);
+    enter(local(2025, 3, 31, 23, 59, 59), "100", "Paycheck", TxKind::deposit);
+    enter(local(2025, 4, 1, 0, 0, 0), "1000", "Paycheck", TxKind::deposit);
+    EXPECT_EQ(store.income(store.monthRange()), d("110"));
+}
+
+TEST_F(PeriodsCalendar, PeriodsOnMarchFifteenth)
+{
+    EXPECT_EQ(range(ReportPeriod::thisMonth), (ClosedRange{local(2025, 3, 1), endOfDay(2025, 3, 31)}));
+    EXPECT_EQ(range(ReportPeriod::lastMonth), (ClosedRange{local(2025, 2, 1), endOfDay(2025, 2, 28)}));
+    EXPECT_EQ(range(ReportPeriod::last12Months), (ClosedRange{local(2024, 4, 1), endOfDay(2025, 3, 31)}));
+    EXPECT_EQ(range(ReportPeriod::thisYear), (ClosedRange{local(2025, 1, 1), Instant::distantFuture()}));
+    EXPECT_EQ(range(ReportPeriod::lastYear), (ClosedRange{local(2024, 1, 1), endOfDay(2024, 12, 31)}));
+}
+
+TEST_F(PeriodsCalendar, PeriodsOnJanuaryTenthReachIntoLastYear)
+{
+    today = local(2025, 1, 10, 8);
+    EXPECT_EQ(range(ReportPeriod::lastMonth), (ClosedRange{local(2024, 12, 1), endOfDay(2024, 12, 31)}));
+    EXPECT_EQ(range(ReportPeriod::lastYear), (ClosedRange{local(2024, 1, 1), endOfDay(2024, 12, 31)}));
+    EXPECT_EQ(range(ReportPeriod::last12Months), (ClosedRange{local(2024, 2, 1), endOfDay(2025, 1, 31)}));
+
+    // "This year" has no end: a bill paid next February counts.
+    enter(local(2026, 2, 3, 9), "-80", "Insurance", TxKind::bill);
+    enter(local(2024, 12, 31, 23, 59, 59), "-5", "Insurance", TxKind::bill);
+    EXPECT_EQ(store.spending(range(ReportPeriod::thisYear)), d("80"));
+    EXPECT_EQ(store.spending(range(ReportPeriod::lastYear)), d("5"));
+    EXPECT_EQ(store.spending(range(ReportPeriod::lastMonth)), d("5"));
+}
+
+TEST(ReportPeriods, LabelsInPickerOrderAndStrayNumbersMeanThisMonth)
+{
+    QStringList labels;
+    for (ReportPeriod p : allCases<ReportPeriod>())
+        labels.append(rawValue(p));
+    EXPECT_EQ(labels.join(u'|'), "This month|Last month|This year|Last 12 months|Last year");
+    EXPECT_EQ(reportPeriod(3), ReportPeriod::last12Months);
+    EXPECT_EQ(reportPeriod(5), ReportPeriod::thisMonth);
+    EXPECT_EQ(reportPeriod(-1), ReportPeriod::thisMonth);
+    EXPECT_EQ(budgetMonths(ReportPeriod::lastMonth), 1);
+    EXPECT_EQ(budgetMonths(ReportPeriod::thisYear), 12);
+}
+
+TEST_F(PeriodsCalendar, MonthlyGivesTheLastMonthsOldestFirst)
+{
+    today = local(2025, 5, 31, 20); // counting back from the 31st lands on shorter months' ends
+    enter(local(2025, 2, 14), "-20", "Dining out");
+    enter(local(2025, 2, 28, 22), "1500", "Paycheck", TxKind::deposit);
+    enter(local(2025, 4, 30, 23, 59, 59), "-3.5", "Groceries");
+    enter(local(2025, 5, 1), "40", "Music sales", TxKind::deposit);
+    enter(local(2025, 1, 31), "999", "Paycheck", TxKind::deposit); // before the window
+
+    EXPECT_EQ(store.monthly(4), (std::vector<MonthFlow>{{local(2025, 2, 1), d("1500"), d("20")},
+                                                        {local(2025, 3, 1), d("0"), d("0")},
+                                                        {local(2025, 4, 1), d("0"), d("3.5")},
+                                                        {local(2025, 5, 1), d("40"), d("0")}}));
+    EXPECT_TRUE(store.monthly(0).empty());
+}
+
+TEST_F(Periods, TransfersAreNeitherIncomeNorSpending)
+{
+    const ClosedRange month = store.monthRange();
+    store.transfer(checking.id, savings.id, d("500"), local(2025, 3, 3), {});
+    enter(local(2025, 3, 4), "75", "Gigs & bookings", TxKind::deposit);
+    enter(local(2025, 3, 5), "-12.34", "Groceries");
+    enter(local(2025, 3, 6), "-40", "Gifts", TxKind::transfer); // filed oddly, still a transfer
+
+    EXPECT_EQ(store.income(month), d("75"));
+    EXPECT_EQ(store.spending(month), d("12.34"));
+    EXPECT_EQ(store.incomeByCategory(month), (CategoryTotals{{"Gigs & bookings", d("75")}}));
+    EXPECT_EQ(store.spendingByCategory(month), (CategoryTotals{{"Groceries", d("12.34")}}));
+}
+
+TEST_F(Periods, CategoriesGroupByExactTextLargestFirst)
+{
+    const ClosedRange month = store.monthRange();
+    enter(local(2025, 3, 2), "-0.1", "Groceries");
+    enter(local(2025, 3, 3), "-0.2", "Groceries"); // a text of its own, equal to the one before
+    enter(local(2025, 3, 4), "-5", "groceries");
+    enter(local(2025, 3, 5), "-1", "");
+    enter(local(2025, 3, 6), "-2.5", "");
+    enter(local(2025, 3, 7), "0", "Dining out"); // neither in nor out
+    enter(local(2025, 3, 8), "1200", "Paycheck", TxKind::deposit);
+    enter(local(2025, 3, 9), "0.05", "Refunds", TxKind::deposit);
+    enter(local(2025, 3, 10), "300", "Paycheck", TxKind::deposit);
+    enter(local(2025, 4, 1), "-999", "Groceries"); // next month
+
+    const CategoryTotals spending{{"groceries", d("5")}, {"", d("3.5")}, {"Groceries", d("0.3")}};
+    EXPECT_EQ(store.spendingByCategory(month), spending);
+    EXPECT_EQ(store.spending(month), d("8.8"));
+    EXPECT_EQ(store.incomeByCategory(month), (CategoryTotals{{"Paycheck", d("1500")}, {"Refunds", d("0.05")}}));
+    EXPECT_EQ(store.income(month), d("1500.05"));
+
+    // Read back from the file, where equal texts share their storage, the groups are the same.
+    Store reopened({temp.path() + QStringLiteral("/again")});
+    reopened.setBook(decodeFile(temp.path() + QStringLiteral("/coinhall.json")));
+    EXPECT_EQ(reopened.spendingByCategory(month), spending);
+}

@@ -1,0 +1,186 @@
+// Royalties as the Royalties screen and the dashboard use them: what is on the way,
+// what came in this year, receiving one, and the share of royalties in income.
+// Suites whose name ends in "Calendar" also run in Berlin time.
+#include "storetesting.h"
+
+#include <QDateTime>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// An instant by the local clock.
+Instant local(int year, int month, int day, int hour = 0, int minute = 0, int second = 0)
+{
+    return Instant::fromDateTime(QDateTime(QDate(year, month, day), QTime(hour, minute, second)));
+}
+
+Royalty royalty(const char *payer, const char *expected, Instant expectedDate,
+                RoyaltyStatus status = RoyaltyStatus::expected)
+{
+    return {.payer = QString::fromUtf8(payer),
+            .expectedAmount = d(expected),
+            .expectedDate = expectedDate,
+            .status = status};
+}
+
+Royalty received(const char *payer, std::optional<Decimal> amount, std::optional<Instant> on)
+{
+    Royalty r = royalty(payer, "1", local(2025, 1, 1), RoyaltyStatus::received);
+    r.receivedAmount = amount;
+    r.receivedDate = on;
+    return r;
+}
+
+class Royalties : public ::testing::Test
+{
+protected:
+    Royalties()
+    {
+        store.setClock([this] { return today; });
+        QObject::connect(&store, &Store::bookChanged, [this] { ++changes; });
+    }
+    Book onDisk() const { return decodeFile(temp.path() + QStringLiteral("/coinhall.json")); }
+
+    QTemporaryDir temp;
+    Store store{{temp.path()}};
+    Account savings = store.book().accounts[1];
+    int changes = 0; // bookChanged signals so far
+    Instant today = local(2025, 6, 10, 12);
+};
+
+using RoyaltiesCalendar = Royalties;
+
+} // namespace
+
+TEST_F(RoyaltiesCalendar, ReceivingAMonthlyRoyaltyLinesUpTheNextOne)
+{
+    Royalty distro = royalty("DistroKid", "120", local(2025, 1, 31, 9));
+    distro.work = QStringLiteral("Night Drive");
+    distro.period = QStringLiteral("January");
+    distro.repeats = Repeat::monthly;
+    distro.accountID = savings.id;
+    distro.note = QStringLiteral("net of fees");
+    store.save(distro);
+    changes = 0;
+
+    store.receive(distro, d("118.4"), local(2025, 2, 20, 8), std::nullopt);
+
+    ASSERT_EQ(store.book().royalties.size(), 2u);
+    Royalty got = distro;
+    got.status = RoyaltyStatus::received;
+    got.receivedAmount = d("118.4");
+    got.receivedDate = local(2025, 2, 20, 8);
+    EXPECT_EQ(store.book().royalties[0], got);
+
+    Royalty following = distro;
+    following.id = store.book().royalties[1].id;
+    following.expectedDate = local(2025, 2, 28, 9);
+    following.period = QString();
+    EXPECT_NE(following.id, distro.id);
+    EXPECT_EQ(store.book().royalties[1], following);
+
+    ASSERT_EQ(store.book().transactions.size(), 1u);
+    const Transaction deposit = store.book().transactions[0];
+    EXPECT_EQ(deposit, (Transaction{.id = deposit.id,
+                                    .date = local(2025, 2, 20, 8),
+                                    .accountID = savings.id,
+                                    .amount = d("118.4"),
+                                    .payee = "DistroKid",
+                                    .category = "Royalties",
+                                    .note = "Night Drive · January",
+                                    .cleared = true,
+                                    .kind = TxKind::royalty}));
+    EXPECT_EQ(store.status(), "Logged $118.40 from DistroKid.");
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(onDisk(), store.book());
+}
+
+TEST_F(RoyaltiesCalendar, ReceivedThisYearStartsAtNewYearsMidnight)
+{
+    Book book = store.book();
+    book.royalties = {received("New Year", d("100"), local(2025, 1, 1)),
+                      received("Last year's last second", d("50"), local(2024, 12, 31, 23, 59, 59)),
+                      received("No date", d("70"), std::nullopt),
+                      received("No amount", std::nullopt, local(2025, 3, 1)),
+                      received("Year's end", d("0.25"), local(2025, 12, 31, 23, 59, 59)),
+                      received("Still chasing", d("900"), local(2025, 2, 1))};
+    book.royalties.back().status = RoyaltyStatus::disputed;
+    store.setBook(book);
+
+    EXPECT_EQ(store.royaltiesReceivedThisYear(), d("100.25"));
+    today = local(2026, 1, 1);
+    EXPECT_EQ(store.royaltiesReceivedThisYear(), d("0"));
+}
+
+TEST_F(Royalties, ReceivingWithNoAccountRecordsItOnTheRoyaltyOnly)
+{
+    Book book; // no accounts at all
+    book.royalties.push_back(royalty("ASCAP", "300", local(2025, 3, 31, 9)));
+    book.royalties[0].repeats = Repeat::quarterly;
+    store.setBook(book);
+
+    store.receive(store.book().royalties[0], d("280"), today, std::nullopt); // the stored record itself
+
+    EXPECT_TRUE(store.book().transactions.empty());
+    ASSERT_EQ(store.book().royalties.size(), 2u);
+    EXPECT_EQ(store.book().royalties[0].status, RoyaltyStatus::received);
+    EXPECT_EQ(store.book().royalties[0].accountID, std::nullopt);
+    EXPECT_EQ(store.book().royalties[1].status, RoyaltyStatus::expected);
+    EXPECT_EQ(store.book().royalties[1].expectedDate, local(2025, 6, 30, 9));
+    EXPECT_EQ(store.status(), "Logged $280.00 from ASCAP.");
+    EXPECT_EQ(onDisk(), store.book());
+}
+
+TEST_F(Royalties, DepositNoteJoinsWorkAndPeriod)
+{
+    const std::pair<const char *, const char *> cases[] = {
+        {"Night Drive", "Q1"}, {"", "Q1"}, {"Night Drive", ""}, {"", ""}};
+    for (const auto &[work, period] : cases) {
+        Royalty r = royalty("Label", "10", today);
+        r.work = QString::fromUtf8(work);
+        r.period = QString::fromUtf8(period);
+        store.save(r);
+        store.receive(r, d("10"), today, std::nullopt);
+    }
+    std::vector<QString> notes;
+    for (const Transaction &t : store.book().transactions) // one date: in the order received
+        notes.push_back(t.note);
+    EXPECT_EQ(notes, (std::vector<QString>{"Night Drive · Q1", "Q1", "Night Drive", ""}));
+    EXPECT_EQ(store.book().royalties.size(), 4u); // one-time royalties line up nothing
+
+    const Book before = store.book();
+    changes = 0;
+    store.receive(royalty("Gone", "5", today), d("5"), today, savings.id);
+    EXPECT_EQ(store.book(), before);
+    EXPECT_EQ(changes, 0);
+}
+
+TEST_F(Royalties, PendingIncludesFollowingUpSoonestFirst)
+{
+    for (const Royalty &r : {royalty("Late", "30", local(2025, 7, 1)),
+                             royalty("Chasing", "200", local(2025, 5, 1), RoyaltyStatus::disputed),
+                             received("Done", d("40"), local(2025, 4, 1)), royalty("Tie first", "5", local(2025, 6, 1)),
+                             royalty("Tie second", "0.5", local(2025, 6, 1))})
+        store.save(r);
+    std::vector<QString> payers;
+    for (const Royalty &r : store.pendingRoyalties())
+        payers.push_back(r.payer);
+    EXPECT_EQ(payers, (std::vector<QString>{"Chasing", "Tie first", "Tie second", "Late"}));
+    EXPECT_EQ(store.royaltiesExpected(), d("235.5"));
+}
+
+TEST(RoyaltyShare, WholePercentRoundedHalfAwayFromZero)
+{
+    auto share = [](const char *royalties, const char *total) {
+        return royaltyShare({{"Paycheck", d("1000")}, {"Royalties", d(royalties)}, {"Royalties", d("7")}}, d(total));
+    };
+    EXPECT_EQ(share("1", "3"), "33%");
+    EXPECT_EQ(share("1", "8"), "13%"); // 12.5
+    EXPECT_EQ(share("1", "40"), "3%"); // 2.5: away from zero, not to even
+    EXPECT_EQ(share("5", "4"), "125%");
+    EXPECT_EQ(share("-1", "8"), "-13%");
+    EXPECT_EQ(share("1", "0"), "—");
+    EXPECT_EQ(share("1", "-5"), "—");
+    EXPECT_EQ(royaltyShare({{"royalties", d("5")}}, d("10")), "0%");
+}

@@ -1,0 +1,302 @@
+// The Store's life cycle: finding its folder, reading the money file, saving,
+// backups, the lock file and the unlock step.
+#include "storetesting.h"
+
+#include <QCoreApplication>
+#include <QDate>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <csignal>
+#include <thread>
+
+namespace {
+
+QString todaysBackupName()
+{
+    return QStringLiteral("coinhall-%1.json").arg(QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd")));
+}
+
+mode_t modeOf(const QString &path)
+{
+    struct stat st {};
+    ::stat(QFile::encodeName(path).constData(), &st);
+    return st.st_mode & 0777;
+}
+
+Book bookWithOneAccount()
+{
+    Book book;
+    book.accounts.push_back({newId(), QStringLiteral("Studio"), AccountKind::business, d("100"), false});
+    return book;
+}
+
+class StoreStart : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(temp.isValid());
+        dir = temp.path() + QStringLiteral("/QFS Coinhall");
+        QSettings(QStringLiteral("QFS"), QStringLiteral("Coinhall")).remove(QStringLiteral("requireUnlock"));
+    }
+    QString file() const { return dir + QStringLiteral("/coinhall.json"); }
+    QString backups() const { return dir + QStringLiteral("/Backups"); }
+
+    QTemporaryDir temp;
+    QString dir;
+};
+
+} // namespace
+
+TEST_F(StoreStart, EmptyFolderGivesTwoAccountsAndWritesNothing)
+{
+    Store store({dir});
+    ASSERT_EQ(store.book().accounts.size(), 2u);
+    EXPECT_EQ(store.book().accounts[0].name, "Main checking");
+    EXPECT_EQ(store.book().accounts[0].kind, AccountKind::checking);
+    EXPECT_EQ(store.book().accounts[1].name, "Savings");
+    EXPECT_EQ(store.book().accounts[1].kind, AccountKind::savings);
+    EXPECT_EQ(store.book().categories.size(), 26u);
+    EXPECT_TRUE(store.status().isEmpty());
+    EXPECT_TRUE(store.writable());
+    EXPECT_FALSE(store.locked());
+    EXPECT_EQ(modeOf(dir), 0700u);
+    // A first run writes the file only with the user's first change, so there is nothing to back up.
+    EXPECT_FALSE(QFile::exists(file()));
+    EXPECT_TRUE(QDir(backups()).isEmpty());
+
+    store.add(line(store.book().accounts[0], "2025-03-04T09:00:00Z", "-12.5"));
+    EXPECT_EQ(modeOf(file()), 0600u);
+    EXPECT_EQ(decodeFile(file()), store.book());
+}
+
+TEST_F(StoreStart, ExistingFileIsReadAndBackedUpOncePerDay)
+{
+    QDir().mkpath(dir);
+    const Book saved = bookWithOneAccount();
+    writeAll(file(), MoneyFile::encode(saved));
+    {
+        Store store({dir});
+        EXPECT_EQ(store.book(), saved);
+        EXPECT_TRUE(store.loadError().isEmpty());
+        store.add(line(store.book().accounts[0], "2025-03-04T09:00:00Z", "-12.5"));
+    }
+    const QString backup = backups() + QLatin1Char('/') + todaysBackupName();
+    EXPECT_EQ(readAll(backup), MoneyFile::encode(saved));
+    EXPECT_EQ(modeOf(backup), 0600u);
+
+    // The day's second start keeps the backup of the file as it was before the day's changes.
+    Store again({dir});
+    EXPECT_EQ(again.book().transactions.size(), 1u);
+    EXPECT_EQ(readAll(backup), MoneyFile::encode(saved));
+    EXPECT_EQ(QDir(backups()).entryList(QDir::Files).size(), 1);
+}
+
+TEST_F(StoreStart, UnreadableFileIsKeptAsideAndNothingIsLost)
+{
+    QDir().mkpath(dir);
+    Book bad = bookWithOneAccount();
+    Transaction gift = line(bad.accounts[0], "2025-03-04T09:00:00Z", "5");
+    bad.transactions.push_back(gift);
+    QByteArray bytes = MoneyFile::encode(bad).replace("\"expense\"", "\"gift\"");
+    writeAll(file(), bytes);
+
+    Store store({dir});
+    EXPECT_EQ(store.loadError(), "transactions[0].kind: unknown value \"gift\"");
+    EXPECT_EQ(store.book().accounts.size(), 2u);
+    EXPECT_EQ(store.book().accounts[0].name, "Main checking");
+    EXPECT_FALSE(QFile::exists(file()));
+
+    const QStringList kept = QDir(dir).entryList({QStringLiteral("coinhall.json.unreadable-*")});
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("^coinhall\\.json\\.unreadable-\\d{8}-\\d{6}$")).match(kept[0]).hasMatch());
+    EXPECT_EQ(store.status(), QStringLiteral("Your money file could not be read. It was kept as %1.").arg(kept[0]));
+    EXPECT_EQ(readAll(dir + QLatin1Char('/') + kept[0]), bytes);
+
+    store.save(Account{newId(), QStringLiteral("Cash box"), AccountKind::cash, {}, false});
+    EXPECT_EQ(decodeFile(file()).accounts.size(), 3u);
+    EXPECT_EQ(readAll(dir + QLatin1Char('/') + kept[0]), bytes);
+}
+
+TEST_F(StoreStart, EmptyAndGarbageFilesAreKeptAsideToo)
+{
+    for (const QByteArray &bytes : {QByteArray(), QByteArray("{\"version\": 1,"), QByteArray("\x89PNG\r\n")}) {
+        QTemporaryDir other;
+        writeAll(other.path() + QStringLiteral("/coinhall.json"), bytes);
+        Store store({other.path()});
+        EXPECT_FALSE(store.loadError().isEmpty());
+        EXPECT_TRUE(store.status().startsWith("Your money file could not be read. It was kept as coinhall.json.unreadable-"));
+        EXPECT_EQ(QDir(other.path()).entryList({QStringLiteral("coinhall.json.unreadable-*")}).size(), 1);
+    }
+}
+
+TEST_F(StoreStart, CrowdedBackupsKeepTheThirtyNewest)
+{
+    QDir().mkpath(backups());
+    QStringList names;
+    for (int i = 0; i < 35; ++i) {
+        names << QStringLiteral("coinhall-%1.json").arg(QDate(2024, 1, 1).addDays(i).toString(Qt::ISODate));
+        writeAll(backups() + QLatin1Char('/') + names.last(), "{}");
+    }
+    Store store({dir});
+    QStringList left = QDir(backups()).entryList(QDir::Files, QDir::Name);
+    EXPECT_EQ(left, names.mid(5));
+}
+
+TEST_F(StoreStart, TodaysBackupCountsTowardThirty)
+{
+    QDir().mkpath(backups());
+    QStringList names;
+    for (int i = 0; i < 30; ++i) {
+        names << QStringLiteral("coinhall-%1.json").arg(QDate(2020, 1, 1).addDays(i).toString(Qt::ISODate));
+        writeAll(backups() + QLatin1Char('/') + names.last(), "{}");
+    }
+    writeAll(file(), MoneyFile::encode(bookWithOneAccount()));
+    Store store({dir});
+    const QStringList left = QDir(backups()).entryList(QDir::Files, QDir::Name);
+    EXPECT_EQ(left.size(), 30);
+    EXPECT_EQ(left.last(), todaysBackupName());
+    EXPECT_EQ(left.first(), names[1]);
+}
+
+TEST_F(StoreStart, OlderFolderNameIsCopied)
+{
+    const QByteArray oldData = qgetenv("XDG_DATA_HOME");
+    qputenv("XDG_DATA_HOME", temp.path().toUtf8());
+    const QString older = temp.path() + QStringLiteral("/Quillfern Coinhall");
+    QDir().mkpath(older + QStringLiteral("/Backups"));
+    const Book saved = bookWithOneAccount();
+    writeAll(older + QStringLiteral("/coinhall.json"), MoneyFile::encode(saved));
+    writeAll(older + QStringLiteral("/Backups/coinhall-2024-01-01.json"), "{}");
+
+    EXPECT_EQ(Store::defaultDir(), dir);
+    Store store;
+    qputenv("XDG_DATA_HOME", oldData);
+    EXPECT_EQ(store.dir(), dir);
+    EXPECT_EQ(store.book(), saved);
+    EXPECT_TRUE(QFile::exists(backups() + QStringLiteral("/coinhall-2024-01-01.json")));
+    EXPECT_TRUE(QFile::exists(older + QStringLiteral("/coinhall.json"))); // the older folder is left as it was
+}
+
+TEST_F(StoreStart, FailedSaveKeepsTheOldFileAndTriesAgain)
+{
+    Store store({dir});
+    const Account main = store.book().accounts[0];
+    store.add(line(main, "2025-03-01T09:00:00Z", "-1"));
+    const QByteArray before = readAll(file());
+
+    // A file-size limit makes every write fail the way a full disk does, even for root.
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit original{};
+    getrlimit(RLIMIT_FSIZE, &original);
+    rlimit tiny = original;
+    tiny.rlim_cur = 64;
+    setrlimit(RLIMIT_FSIZE, &tiny);
+    store.add(line(main, "2025-03-02T09:00:00Z", "-2", "Corner shop"));
+    setrlimit(RLIMIT_FSIZE, &original);
+
+    EXPECT_TRUE(store.status().startsWith("Could not save: ")) << store.status().toStdString() << " size " << readAll(file()).size();
+    EXPECT_EQ(store.book().transactions.size(), 2u);
+    EXPECT_EQ(readAll(file()), before);
+    EXPECT_TRUE(QDir(dir).entryList({QStringLiteral("*.tmp*"), QStringLiteral("coinhall.json.*")}).isEmpty());
+
+    store.add(line(main, "2025-03-03T09:00:00Z", "-3"));
+    EXPECT_EQ(decodeFile(file()).transactions.size(), 3u);
+}
+
+TEST_F(StoreStart, SecondStoreOnOneFolderWritesNothing)
+{
+    auto first = std::make_unique<Store>(StoreOptions{dir});
+    first->add(line(first->book().accounts[0], "2025-03-01T09:00:00Z", "-1"));
+    const QByteArray before = readAll(file());
+    {
+        Store second({dir});
+        EXPECT_FALSE(second.writable());
+        EXPECT_EQ(second.book(), first->book());
+        EXPECT_EQ(second.status(), "Coinhall is already open with this money file, so changes made here are not saved.");
+        second.add(line(second.book().accounts[0], "2025-03-02T09:00:00Z", "-2"));
+        EXPECT_EQ(second.status(), "Could not save: another Coinhall has this money file open");
+        EXPECT_EQ(readAll(file()), before);
+    }
+    first.reset();
+    Store third({dir});
+    EXPECT_TRUE(third.writable());
+}
+
+namespace {
+
+// Answers as told, from a thread of its own, as a real check would.
+class FakeAuthenticator : public Authenticator
+{
+public:
+    bool available = true;
+    bool answer = true;
+    QString lastSecret;
+    bool canEvaluate() const override { return available; }
+    void evaluate(const QString &, const QString &secret, std::function<void(bool)> done) override
+    {
+        lastSecret = secret;
+        std::thread([done, ok = answer] { done(ok); }).detach();
+    }
+};
+
+void waitFor(const std::function<bool()> &condition)
+{
+    for (int i = 0; i < 200 && !condition(); ++i) {
+        QCoreApplication::processEvents();
+        QThread::msleep(5);
+    }
+}
+
+} // namespace
+
+TEST_F(StoreStart, UnlockFollowsTheAuthenticator)
+{
+    auto auth = std::make_shared<FakeAuthenticator>();
+    Store open({dir, auth});
+    EXPECT_FALSE(open.locked()); // the preference is off
+
+    open.setRequireUnlock(true);
+    EXPECT_TRUE(QSettings(QStringLiteral("QFS"), QStringLiteral("Coinhall")).value("requireUnlock").toBool());
+    EXPECT_FALSE(open.locked()); // takes effect at the next start
+}
+
+TEST_F(StoreStart, UnlockOutcomes)
+{
+    QSettings(QStringLiteral("QFS"), QStringLiteral("Coinhall")).setValue(QStringLiteral("requireUnlock"), true);
+    auto auth = std::make_shared<FakeAuthenticator>();
+
+    auth->answer = false;
+    Store refused({dir, auth});
+    ASSERT_TRUE(refused.locked());
+    QSignalSpy failed(&refused, &Store::unlockFailed);
+    refused.unlock(QStringLiteral("wrong"));
+    waitFor([&] { return failed.count() > 0; });
+    EXPECT_EQ(failed.count(), 1);
+    EXPECT_TRUE(refused.locked());
+    EXPECT_EQ(auth->lastSecret, "wrong");
+
+    auth->answer = true;
+    refused.unlock(QStringLiteral("right"));
+    waitFor([&] { return !refused.locked(); });
+    EXPECT_FALSE(refused.locked());
+}
+
+TEST_F(StoreStart, ComputerThatCannotCheckOpensUnlocked)
+{
+    QSettings(QStringLiteral("QFS"), QStringLiteral("Coinhall")).setValue(QStringLiteral("requireUnlock"), true);
+    auto auth = std::make_shared<FakeAuthenticator>();
+    auth->available = false;
+    Store store({dir, auth});
+    EXPECT_TRUE(store.locked());
+    store.unlock();
+    EXPECT_FALSE(store.locked());
+}
