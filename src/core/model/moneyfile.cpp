@@ -73,8 +73,8 @@ std::optional<QUuid> parseUuid(std::string_view text)
     if (invalid < 0)
         return std::nullopt;
     return QUuid(uint(bytes[0]) << 24 | uint(bytes[1]) << 16 | uint(bytes[2]) << 8 | bytes[3],
-                 ushort(bytes[4] << 8 | bytes[5]), ushort(bytes[6] << 8 | bytes[7]), bytes[8],
-                 bytes[9], bytes[10], bytes[11], bytes[12], bytes[13], bytes[14], bytes[15]);
+                 ushort(bytes[4] << 8 | bytes[5]), ushort(bytes[6] << 8 | bytes[7]), bytes[8], bytes[9], bytes[10],
+                 bytes[11], bytes[12], bytes[13], bytes[14], bytes[15]);
 }
 
 inline std::uint64_t word8(const char *p)
@@ -99,8 +99,7 @@ inline bool sameText(std::string_view a, std::string_view b)
     return true;
 }
 
-template <typename E>
-std::string_view storedText(E value)
+template <typename E> std::string_view storedText(E value)
 {
     for (const auto &[c, text] : EnumTexts<E>::table)
         if (c == value)
@@ -182,7 +181,11 @@ inline void PutUnsafe(Sink &sink, char c)
 class FileWriter : public rapidjson::PrettyWriter<Sink>
 {
 public:
-    explicit FileWriter(Sink &sink) : PrettyWriter(sink) { SetIndent(' ', 2); }
+    explicit FileWriter(Sink &sink)
+        : PrettyWriter(sink)
+    {
+        SetIndent(' ', 2);
+    }
 
     void ready(const char *json, std::size_t length, rapidjson::Type type)
     {
@@ -194,7 +197,9 @@ public:
 class Encoder
 {
 public:
-    explicit Encoder(Sink &sink) : m_writer(sink) {}
+    explicit Encoder(Sink &sink)
+        : m_writer(sink)
+    {}
 
     void book(const Book &b)
     {
@@ -217,8 +222,7 @@ public:
     }
 
 private:
-    template <typename R>
-    void list(const std::vector<R> &records)
+    template <typename R> void list(const std::vector<R> &records)
     {
         m_writer.StartArray();
         for (const R &r : records)
@@ -404,11 +408,7 @@ private:
 
     void date(const Instant &value) { plain(value.isoText()); }
 
-    template <typename E>
-    void enumText(E value)
-    {
-        plain(storedText(value));
-    }
+    template <typename E> void enumText(E value) { plain(storedText(value)); }
 
     // UTF-16 to UTF-8 into one reused buffer: no allocation per text. A lone
     // surrogate (which no valid text holds) becomes U+FFFD, as QString::toUtf8 does.
@@ -462,8 +462,8 @@ private:
 // output buffer is grown at most once.
 qsizetype expectedSize(const Book &book)
 {
-    qsizetype size = 4096 + qsizetype(book.accounts.size()) * 200 + qsizetype(book.categories.size()) * 90
-        + qsizetype(book.royalties.size()) * 600;
+    qsizetype size = 4096 + qsizetype(book.accounts.size()) * 200 + qsizetype(book.categories.size()) * 90 +
+                     qsizetype(book.royalties.size()) * 600;
     for (const Bill &b : book.bills)
         size += 600 + qsizetype(b.history.size()) * 120;
     for (const Transaction &t : book.transactions) {
@@ -554,14 +554,12 @@ const char *plainEnd(const char *p, const char *end)
 
 namespace rapidjson {
 // Lets the reader keep the stream's pointers in registers.
-template <>
-struct StreamTraits<ViewStream>
+template <> struct StreamTraits<ViewStream>
 {
     enum { copyOptimization = 1 };
 };
 
-template <>
-inline void SkipWhitespace(ViewStream &is)
+template <> inline void SkipWhitespace(ViewStream &is)
 {
     if (is.m_next != is.m_end && isBlank(*is.m_next))
         is.m_next = blanksEnd(is.m_next + 1, is.m_end);
@@ -603,14 +601,14 @@ enum class Slot : std::uint8_t {
     RepeatText,
     SourceText,
     StatusText,
-    List, // a list of records under the Book
+    List,    // a list of records under the Book
     History, // a bill's payments
 };
 
 bool isOptional(Slot slot)
 {
-    return slot == Slot::OptionalId || slot == Slot::OptionalText || slot == Slot::OptionalAmount
-        || slot == Slot::OptionalDate;
+    return slot == Slot::OptionalId || slot == Slot::OptionalText || slot == Slot::OptionalAmount ||
+           slot == Slot::OptionalDate;
 }
 
 const char *expectation(Slot slot)
@@ -643,38 +641,69 @@ struct Field
 // Fields in the order the file writes them, which is also the order a missing key
 // is looked for.
 constexpr Field bookFields[] = {
-    {"accounts", Slot::List, Kind::Account}, {"bills", Slot::List, Kind::Bill},
-    {"categories", Slot::List, Kind::Category}, {"currency", Slot::Text},
-    {"royalties", Slot::List, Kind::Royalty}, {"transactions", Slot::List, Kind::Transaction},
+    {"accounts", Slot::List, Kind::Account},
+    {"bills", Slot::List, Kind::Bill},
+    {"categories", Slot::List, Kind::Category},
+    {"currency", Slot::Text},
+    {"royalties", Slot::List, Kind::Royalty},
+    {"transactions", Slot::List, Kind::Transaction},
     {"version", Slot::Whole},
 };
 constexpr Field accountFields[] = {
-    {"archived", Slot::Flag}, {"id", Slot::Id}, {"kind", Slot::AccountKindText},
-    {"name", Slot::Text}, {"opening", Slot::Amount},
+    {"archived", Slot::Flag}, {"id", Slot::Id},          {"kind", Slot::AccountKindText},
+    {"name", Slot::Text},     {"opening", Slot::Amount},
 };
 constexpr Field transactionFields[] = {
-    {"accountID", Slot::Id}, {"amount", Slot::Amount}, {"category", Slot::SharedText},
-    {"cleared", Slot::Flag}, {"date", Slot::Date}, {"id", Slot::Id},
-    {"importHash", Slot::OptionalText}, {"kind", Slot::TxKindText}, {"note", Slot::Text},
-    {"payee", Slot::SharedText}, {"transferPairID", Slot::OptionalId},
+    {"accountID", Slot::Id},
+    {"amount", Slot::Amount},
+    {"category", Slot::SharedText},
+    {"cleared", Slot::Flag},
+    {"date", Slot::Date},
+    {"id", Slot::Id},
+    {"importHash", Slot::OptionalText},
+    {"kind", Slot::TxKindText},
+    {"note", Slot::Text},
+    {"payee", Slot::SharedText},
+    {"transferPairID", Slot::OptionalId},
 };
 constexpr Field categoryFields[] = {
-    {"budget", Slot::OptionalAmount}, {"income", Slot::Flag}, {"name", Slot::Text},
+    {"budget", Slot::OptionalAmount},
+    {"income", Slot::Flag},
+    {"name", Slot::Text},
 };
 constexpr Field billFields[] = {
-    {"accountID", Slot::OptionalId}, {"active", Slot::Flag}, {"amount", Slot::Amount},
-    {"autopay", Slot::Flag}, {"category", Slot::SharedText}, {"due", Slot::Date},
-    {"history", Slot::History}, {"id", Slot::Id}, {"name", Slot::Text}, {"note", Slot::Text},
-    {"remindDays", Slot::Whole}, {"repeats", Slot::RepeatText}, {"website", Slot::Text},
+    {"accountID", Slot::OptionalId},
+    {"active", Slot::Flag},
+    {"amount", Slot::Amount},
+    {"autopay", Slot::Flag},
+    {"category", Slot::SharedText},
+    {"due", Slot::Date},
+    {"history", Slot::History},
+    {"id", Slot::Id},
+    {"name", Slot::Text},
+    {"note", Slot::Text},
+    {"remindDays", Slot::Whole},
+    {"repeats", Slot::RepeatText},
+    {"website", Slot::Text},
 };
 constexpr Field paymentFields[] = {
-    {"amount", Slot::Amount}, {"date", Slot::Date}, {"dueDate", Slot::Date},
+    {"amount", Slot::Amount},
+    {"date", Slot::Date},
+    {"dueDate", Slot::Date},
 };
 constexpr Field royaltyFields[] = {
-    {"accountID", Slot::OptionalId}, {"expectedAmount", Slot::Amount}, {"expectedDate", Slot::Date},
-    {"id", Slot::Id}, {"note", Slot::Text}, {"payer", Slot::Text}, {"period", Slot::Text},
-    {"receivedAmount", Slot::OptionalAmount}, {"receivedDate", Slot::OptionalDate},
-    {"repeats", Slot::RepeatText}, {"source", Slot::SourceText}, {"status", Slot::StatusText},
+    {"accountID", Slot::OptionalId},
+    {"expectedAmount", Slot::Amount},
+    {"expectedDate", Slot::Date},
+    {"id", Slot::Id},
+    {"note", Slot::Text},
+    {"payer", Slot::Text},
+    {"period", Slot::Text},
+    {"receivedAmount", Slot::OptionalAmount},
+    {"receivedDate", Slot::OptionalDate},
+    {"repeats", Slot::RepeatText},
+    {"source", Slot::SourceText},
+    {"status", Slot::StatusText},
     {"work", Slot::Text},
 };
 
@@ -719,7 +748,8 @@ int findField(std::span<const Field> fields, std::string_view key, int &next)
 // Where each field's value is stored in its record, in the order of its field table.
 void *target(Book &b, int field)
 {
-    void *const where[] = {nullptr, nullptr, nullptr, &b.currency, nullptr, nullptr, &b.version}; // lists: record by record
+    void *const where[] = {nullptr, nullptr, nullptr,   &b.currency,
+                           nullptr, nullptr, &b.version}; // lists: record by record
     static_assert(sizeof(where) / sizeof(void *) == std::size(bookFields));
     return where[field];
 }
@@ -733,8 +763,8 @@ void *target(Account &a, int field)
 
 void *target(Transaction &t, int field)
 {
-    void *const where[] = {&t.accountID, &t.amount, &t.category, &t.cleared, &t.date, &t.id,
-                           &t.importHash, &t.kind, &t.note, &t.payee, &t.transferPairID};
+    void *const where[] = {&t.accountID,  &t.amount, &t.category, &t.cleared, &t.date,          &t.id,
+                           &t.importHash, &t.kind,   &t.note,     &t.payee,   &t.transferPairID};
     static_assert(sizeof(where) / sizeof(void *) == std::size(transactionFields));
     return where[field];
 }
@@ -748,8 +778,8 @@ void *target(Category &c, int field)
 
 void *target(Bill &b, int field)
 {
-    void *const where[] = {&b.accountID, &b.active, &b.amount, &b.autopay, &b.category, &b.due, &b.history,
-                           &b.id, &b.name, &b.note, &b.remindDays, &b.repeats, &b.website};
+    void *const where[] = {&b.accountID, &b.active, &b.amount, &b.autopay,    &b.category, &b.due,    &b.history,
+                           &b.id,        &b.name,   &b.note,   &b.remindDays, &b.repeats,  &b.website};
     static_assert(sizeof(where) / sizeof(void *) == std::size(billFields));
     return where[field];
 }
@@ -763,8 +793,9 @@ void *target(Bill::Payment &p, int field)
 
 void *target(Royalty &r, int field)
 {
-    void *const where[] = {&r.accountID, &r.expectedAmount, &r.expectedDate, &r.id, &r.note, &r.payer, &r.period,
-                           &r.receivedAmount, &r.receivedDate, &r.repeats, &r.source, &r.status, &r.work};
+    void *const where[] = {&r.accountID, &r.expectedAmount, &r.expectedDate, &r.id,      &r.note,   &r.payer,
+                           &r.period,    &r.receivedAmount, &r.receivedDate, &r.repeats, &r.source, &r.status,
+                           &r.work};
     static_assert(sizeof(where) / sizeof(void *) == std::size(royaltyFields));
     return where[field];
 }
@@ -821,7 +852,9 @@ bool isUtf8(std::string_view text)
 class TextPool
 {
 public:
-    TextPool() : m_slots(1024) {}
+    TextPool()
+        : m_slots(1024)
+    {}
 
     // The shared text, or nothing when the bytes are not UTF-8.
     std::optional<QString> get(std::string_view utf8)
@@ -897,7 +930,9 @@ class Decoder
 public:
     using Ch = char;
 
-    explicit Decoder(Book &book) : m_book(book) {}
+    explicit Decoder(Book &book)
+        : m_book(book)
+    {}
 
     const QString &error() const { return m_error; }
 
@@ -1157,8 +1192,7 @@ public:
 private:
     enum class Level : std::uint8_t { Top, Book, List, Record, History, Payment, Done };
 
-    template <typename R>
-    bool bindField(Kind kind, std::string_view key, R &record, std::uint32_t &seen, int &next)
+    template <typename R> bool bindField(Kind kind, std::string_view key, R &record, std::uint32_t &seen, int &next)
     {
         const int field = findField(fieldsOf(kind), key, next);
         if (field < 0) {
@@ -1196,8 +1230,7 @@ private:
         return true;
     }
 
-    template <typename E>
-    bool storeEnum(std::string_view text)
+    template <typename E> bool storeEnum(std::string_view text)
     {
         for (const auto &[value, stored] : EnumTexts<E>::table) {
             if (sameText(text, stored)) {
@@ -1244,7 +1277,8 @@ private:
         case Kind::Transaction:
             if (m_chunks.empty() || m_chunks.back().size() == m_chunks.back().capacity()) {
                 m_chunks.emplace_back();
-                m_chunks.back().reserve(std::min<std::size_t>(std::size_t(256) << std::min<std::size_t>(m_chunks.size(), 8), 32768));
+                m_chunks.back().reserve(
+                    std::min<std::size_t>(std::size_t(256) << std::min<std::size_t>(m_chunks.size(), 8), 32768));
             }
             m_record = &m_chunks.back().emplace_back(Transaction{.id = QUuid()});
             break;
@@ -1284,7 +1318,8 @@ private:
         const std::span<const Field> fields = fieldsOf(kind);
         for (std::size_t i = 0; i < fields.size(); ++i) {
             if (!(seen & (1u << i)) && !isOptional(fields[i].slot)) {
-                const QString problem = QStringLiteral("missing key \"%1\"").arg(QLatin1String(fields[i].key.data(), qsizetype(fields[i].key.size())));
+                const QString problem = QStringLiteral("missing key \"%1\"")
+                                            .arg(QLatin1String(fields[i].key.data(), qsizetype(fields[i].key.size())));
                 const QString where = recordPlace();
                 m_error = where.isEmpty() ? problem : where + QStringLiteral(": ") + problem;
                 return false;
@@ -1355,7 +1390,8 @@ private:
     bool elementError()
     {
         const QString where = recordPlace();
-        m_error = where.isEmpty() ? QStringLiteral("expected an object") : where + QStringLiteral(": expected an object");
+        m_error =
+            where.isEmpty() ? QStringLiteral("expected an object") : where + QStringLiteral(": expected an object");
         return false;
     }
 
@@ -1453,12 +1489,13 @@ Decoded decode(std::string_view json)
     if (result.IsError()) {
         if (result.Code() == rapidjson::kParseErrorTermination && !decoder.error().isEmpty())
             return {std::nullopt, decoder.error()};
-        return {std::nullopt, textPlace(json, result.Offset()) + QStringLiteral(": ")
-                    + QString::fromLatin1(rapidjson::GetParseError_En(result.Code()))};
+        return {std::nullopt, textPlace(json, result.Offset()) + QStringLiteral(": ") +
+                                  QString::fromLatin1(rapidjson::GetParseError_En(result.Code()))};
     }
     if (stream.Tell() != json.size()) // a zero byte, which the reader takes for the end
-        return {std::nullopt, textPlace(json, stream.Tell()) + QStringLiteral(": ")
-                    + QString::fromLatin1(rapidjson::GetParseError_En(rapidjson::kParseErrorDocumentRootNotSingular))};
+        return {std::nullopt,
+                textPlace(json, stream.Tell()) + QStringLiteral(": ") +
+                    QString::fromLatin1(rapidjson::GetParseError_En(rapidjson::kParseErrorDocumentRootNotSingular))};
     return {std::move(book), QString()};
 }
 

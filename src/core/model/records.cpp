@@ -29,15 +29,13 @@ QString iconName(AccountKind kind)
 std::vector<Category> Category::defaults()
 {
     static const char *const income[] = {
-        "Royalties", "Software sales", "Music sales", "Gigs & bookings",
-        "Web design clients", "Paycheck", "Refunds", "Other income",
+        "Royalties",          "Software sales", "Music sales", "Gigs & bookings",
+        "Web design clients", "Paycheck",       "Refunds",     "Other income",
     };
     static const char *const spending[] = {
-        "Rent / mortgage", "Bills & Utilities", "Phone & internet", "Insurance",
-        "Car & gas", "Groceries", "Dining out", "Subscriptions",
-        "Software & hosting", "Studio gear", "Marketing & ads", "Health",
-        "Taxes", "Debt payments", "Shopping", "Fees & charges",
-        "Other spending", "Transfer",
+        "Rent / mortgage", "Bills & Utilities", "Phone & internet",   "Insurance",      "Car & gas",       "Groceries",
+        "Dining out",      "Subscriptions",     "Software & hosting", "Studio gear",    "Marketing & ads", "Health",
+        "Taxes",           "Debt payments",     "Shopping",           "Fees & charges", "Other spending",  "Transfer",
     };
     std::vector<Category> categories;
     categories.reserve(std::size(income) + std::size(spending));

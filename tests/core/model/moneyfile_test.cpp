@@ -71,7 +71,8 @@ Book sampleBook()
     r.expectedDate = at("2025-04-15T12:00:00Z");
     r.repeats = Repeat::quarterly;
     book.royalties = {r};
-    book.categories = {{QStringLiteral("Dining out"), false, d("0")}, {QStringLiteral("Royalties"), true, std::nullopt}};
+    book.categories = {{QStringLiteral("Dining out"), false, d("0")},
+                       {QStringLiteral("Royalties"), true, std::nullopt}};
     return book;
 }
 
@@ -176,12 +177,18 @@ Book fullBook()
     in.transferPairID = out.id;
     out.transferPairID = in.id;
     book.transactions.insert(book.transactions.begin(), {in, out});
-    book.accounts.push_back({uid("00000000-0000-0000-0000-000000000000"), QStringLiteral("Tin"), AccountKind::cash, d("0"), true});
+    book.accounts.push_back(
+        {uid("00000000-0000-0000-0000-000000000000"), QStringLiteral("Tin"), AccountKind::cash, d("0"), true});
     book.categories.push_back({QStringLiteral("Groceries"), false, d("412.5")});
     book.bills[0].accountID = visaId;
-    book.bills.push_back(Bill{.id = uid("0C6B4E64-8C83-4F0D-A0B5-9E1D6C2F7A31"), .name = QStringLiteral("Gym"), .amount = d("30"),
-                              .due = at("2024-12-31T23:59:59Z"), .repeats = Repeat::once, .autopay = true,
-                              .remindDays = -2, .active = false});
+    book.bills.push_back(Bill{.id = uid("0C6B4E64-8C83-4F0D-A0B5-9E1D6C2F7A31"),
+                              .name = QStringLiteral("Gym"),
+                              .amount = d("30"),
+                              .due = at("2024-12-31T23:59:59Z"),
+                              .repeats = Repeat::once,
+                              .autopay = true,
+                              .remindDays = -2,
+                              .active = false});
     Royalty paid = book.royalties[0];
     paid.id = uid("6D2C8A41-3E6F-4B19-9C07-81A4F2E6D3B0");
     paid.status = RoyaltyStatus::received;
@@ -280,11 +287,13 @@ TEST(MoneyFileTest, OptionalKeysAreLeftOutAndReadBackAsNone)
 
     // null reads as no value, and a later duplicate key wins over an earlier one
     QByteArray nulls = sampleWith(R"("note": "",
-      "payee")", R"("importHash": "abc", "importHash": null, "transferPairID": null, "note": "",
+      "payee")",
+                                  R"("importHash": "abc", "importHash": null, "transferPairID": null, "note": "",
       "payee")");
     nulls.replace(R"("budget": 0,)", R"("budget": null,)");
     nulls.replace(R"("active": true,)", R"("accountID": null, "active": true,)");
-    nulls.replace(R"("expectedAmount")", R"("receivedAmount": null, "receivedDate": null, "accountID": null, "expectedAmount")");
+    nulls.replace(R"("expectedAmount")",
+                  R"("receivedAmount": null, "receivedDate": null, "accountID": null, "expectedAmount")");
     nulls.replace(R"("name": "Visa")", R"("name": "Old", "name": "Visa")");
     const MoneyFile::Decoded decoded = decode(nulls);
     ASSERT_TRUE(decoded.book) << decoded.error.toStdString();
@@ -295,7 +304,8 @@ TEST(MoneyFileTest, OptionalKeysAreLeftOutAndReadBackAsNone)
 
 TEST(MoneyFileTest, AcceptsAnyJsonNumberAndIgnoresUnknownKeys)
 {
-    QByteArray file = sampleWith(R"("opening": -120.5)", R"("opening": -1.205E2, "colour": {"a": [1, {"b": null}], "c": "x"})");
+    QByteArray file =
+        sampleWith(R"("opening": -120.5)", R"("opening": -1.205E2, "colour": {"a": [1, {"b": null}], "c": "x"})");
     file.replace(R"("version": 1)", R"("version": 1, "extra": [[], {}, true, -0.0])");
     file.replace(R"("amount": -45.1)", R"("amount": -45.10000)");
     const MoneyFile::Decoded decoded = decode(file);
@@ -337,8 +347,10 @@ TEST(MoneyFileTest, WrongValuesNameTheirPlace)
         {R"("kind": "Credit card")", R"("kind": "credit")", R"(accounts[0].kind: unknown value "credit")"},
         {R"("repeats": "Every 3 months")", R"("repeats": "")", R"(royalties[0].repeats: unknown value "")"},
         {R"("amount": 89.99,
-          "date")", R"("amount": "89.99",
-          "date")", R"(bills[0].history[0].amount: expected a number)"},
+          "date")",
+         R"("amount": "89.99",
+          "date")",
+         R"(bills[0].history[0].amount: expected a number)"},
         {R"("opening": -120.5)", R"("opening": null)", R"(accounts[0].opening: expected a number)"},
         {R"("cleared": true)", R"("cleared": "yes")", R"(transactions[0].cleared: expected true or false)"},
         {R"("name": "Visa")", R"("name": 7)", R"(accounts[0].name: expected a string)"},
@@ -356,7 +368,8 @@ TEST(MoneyFileTest, WrongValuesNameTheirPlace)
          R"(transactions[0].id: not an id "C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C5G")"},
         {R"("id": "C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C53")", R"("id": "{C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C5}")",
          R"(transactions[0].id: not an id "{C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C5}")"},
-        {R"("date": "2025-03-01T19:45:00Z")", R"("date": "2025-13-01")", R"(transactions[0].date: not a date "2025-13-01")"},
+        {R"("date": "2025-03-01T19:45:00Z")", R"("date": "2025-13-01")",
+         R"(transactions[0].date: not a date "2025-13-01")"},
         {R"("dueDate": "2025-02-04T09:00:00Z")", R"("dueDate": "2025-02-30T09:00:00Z")",
          R"(bills[0].history[0].dueDate: not a date "2025-02-30T09:00:00Z")"},
     };
@@ -377,7 +390,8 @@ TEST(MoneyFileTest, BrokenJsonIsReportedWithLineAndColumn)
     EXPECT_EQ(errorOf(""), "line 1, column 1: The document is empty.");
     EXPECT_EQ(errorOf("{\n  \"version\": 1,\n  \"accounts\" []\n}"),
               "line 3, column 14: Missing a colon after a name of object member.");
-    EXPECT_EQ(errorOf("{\n  \"payee\": \"Café\", \"x\": tru\n}"), "line 2, column 28: Invalid value."); // characters, not bytes
+    EXPECT_EQ(errorOf("{\n  \"payee\": \"Café\", \"x\": tru\n}"),
+              "line 2, column 28: Invalid value."); // characters, not bytes
     EXPECT_EQ(errorOf(sampleFile + "{}"), "line 74, column 1: The document root must not be followed by other values.");
     EXPECT_EQ(errorOf(sampleWith("\"currency\": \"USD\"", "\"currency\": \"USD\" // dollars")),
               "line 44, column 21: Missing a comma or '}' after an object member.");
