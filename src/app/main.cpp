@@ -1,20 +1,33 @@
 // Coinhall: a private bookkeeping program for freelancers, musicians and one-person businesses.
 #include "commandline.h"
 
-#include <QCoreApplication>
+#include "help/helptexts.h"
+#include "help/selftest.h"
+#include "render.h"
+#include "window.h"
 
-#include <cstdio>
+#include <QCoreApplication>
 
 int main(int argc, char **argv)
 {
-    QCoreApplication app(argc, argv);
-    QCoreApplication::setOrganizationName(QStringLiteral("QFS"));
-    QCoreApplication::setApplicationName(QStringLiteral("Coinhall"));
-    const QStringList arguments = app.arguments().mid(1);
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
 
-    if (wantsCommandLine(arguments))
+    // Before anything else: no application object, no Store, no window, no user folder.
+    if (wantsSelfTest(arguments))
+        return CoinhallSelfTest::run(stdout);
+
+    if (wantsCommandLine(arguments)) {
+        QCoreApplication app(argc, argv);
+        QCoreApplication::setOrganizationName(AppInfo::organizationName());
+        QCoreApplication::setApplicationName(AppInfo::applicationName());
         return runCommandLine(arguments);
+    }
 
-    std::fputs("The Coinhall window is not part of this build yet; see coinhall --help.\n", stderr);
-    return 0;
+    const qsizetype render = arguments.indexOf(QStringLiteral("--render-screens"));
+    if (render >= 0 && render + 1 < arguments.size())
+        return renderScreens(argc, argv, arguments.at(render + 1));
+
+    return runWindow(argc, argv, dataDirArgument(arguments));
 }

@@ -1,14 +1,21 @@
 #include "window.h"
 
+#include "help/helptexts.h"
+#include "singlecopy.h"
 #include "store/store.h"
 
+#include <QDateTime>
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
 #include <QQmlEngine>
 #include <QQuickStyle>
+#include <QQuickWindow>
+#include <QTimer>
 #include <QUrl>
 #include <QtQml/qqmlextensionplugin.h>
+
+#include <cstdio>
 
 Q_IMPORT_QML_PLUGIN(CoinhallPlugin)
 
@@ -23,25 +30,75 @@ void registerFonts()
         QFontDatabase::addApplicationFont(QString::fromLatin1(face));
 }
 
+void bringForward(QQuickWindow *window)
+{
+    window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
+    window->show();
+    window->raise();
+    window->requestActivate();
+}
+
+// With COINHALL_FIRST_FRAME set, prints the wall-clock time of the first frame shown
+// (milliseconds since 1970) so a launcher can measure the start-up; with the value
+// "quit" the program then ends.
+void reportFirstFrame(QQuickWindow *window)
+{
+    if (!qEnvironmentVariableIsSet("COINHALL_FIRST_FRAME"))
+        return;
+    const bool quit = qEnvironmentVariable("COINHALL_FIRST_FRAME") == QLatin1String("quit");
+    auto connection = std::make_shared<QMetaObject::Connection>();
+    *connection = QObject::connect(window, &QQuickWindow::frameSwapped, window, [connection, quit] {
+        std::fprintf(stderr, "first frame at %lld\n", static_cast<long long>(QDateTime::currentMSecsSinceEpoch()));
+        QObject::disconnect(*connection);
+        if (quit)
+            QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    });
+}
+
 } // namespace
+
+void prepareWindowApplication()
+{
+    QGuiApplication::setOrganizationName(AppInfo::organizationName());
+    QGuiApplication::setApplicationName(AppInfo::applicationName());
+    QGuiApplication::setApplicationDisplayName(AppInfo::displayName());
+    QQuickStyle::setStyle(QStringLiteral("Basic"));
+    registerFonts();
+}
+
+void connectEngine(QQmlEngine &engine, Store &store)
+{
+    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    qmlRegisterSingletonInstance("Coinhall", 1, 0, "Store", &store);
+}
 
 int runWindow(int &argc, char **argv, const QString &dataDir)
 {
     QGuiApplication app(argc, argv);
-    QGuiApplication::setOrganizationName(QStringLiteral("QFS"));
-    QGuiApplication::setApplicationName(QStringLiteral("Coinhall"));
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("QFS Coinhall"));
-    QQuickStyle::setStyle(QStringLiteral("Basic"));
-    registerFonts();
+    prepareWindowApplication();
+
+    SingleCopy singleCopy;
+    if (!singleCopy.claim())
+        return 0;
 
     Store store({dataDir});
     Store::setShared(&store);
 
     QQmlApplicationEngine engine;
-    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
-    qmlRegisterSingletonInstance("Coinhall", 1, 0, "Store", &store);
+    connectEngine(engine, store);
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Coinhall/Main.qml")));
-    if (engine.rootObjects().isEmpty())
+    auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().value(0));
+    if (!window)
         return 1;
+    reportFirstFrame(window);
+    QObject::connect(&singleCopy, &SingleCopy::raiseRequested, window, [window] { bringForward(window); });
+
+    // Once the window is up: permission for bill reminders, then the first schedule.
+    QTimer::singleShot(0, &store, [] {
+        if (Store *shared = Store::shared())
+            shared->requestNotifications();
+        if (Store *shared = Store::shared())
+            shared->scheduleReminders();
+    });
     return QGuiApplication::exec();
 }

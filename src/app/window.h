@@ -2,6 +2,17 @@
 
 #include <QString>
 
+class QQmlEngine;
+class Store;
+
 // Opens the one main window on the books in `dataDir` (empty: the default folder)
-// and runs until it is closed. Makes the QGuiApplication itself.
+// and runs until it is closed. Makes the QGuiApplication itself, so call it before
+// any other application object exists. A second copy raises the first and returns 0.
 int runWindow(int &argc, char **argv, const QString &dataDir);
+
+// What every process that shows Coinhall's QML needs once its QGuiApplication
+// exists: the application's names, the controls' style and the embedded type faces.
+void prepareWindowApplication();
+
+// Makes the QML module and `store` (as the singleton "Store") available to `engine`.
+void connectEngine(QQmlEngine &engine, Store &store);

@@ -1,13 +1,47 @@
 // Runs the tst_*.qml files against the real QML module, with a Store of their own
-// on a temporary folder, offscreen.
+// on a temporary folder, offscreen, with settings of their own.
+//
+// With COINHALL_TEST_LOCKED set, the Store starts locked and checks its owner through
+// PAM with a private configuration that denies everyone until a test switches it
+// (TestHooks.usePamModule), so the machine's own /etc/pam.d is never read.
+#include "help/helptexts.h"
+#include "platform/pamauthenticator.h"
 #include "store/store.h"
 
+#include <QDir>
+#include <QFile>
 #include <QQmlEngine>
+#include <QQuickStyle>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QtQml/qqmlextensionplugin.h>
 #include <QtQuickTest/quicktest.h>
 
 Q_IMPORT_QML_PLUGIN(CoinhallPlugin)
+
+// What the tests may change about their surroundings; QML: `import CoinhallTest`.
+class TestHooks : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit TestHooks(QString pamDir) : m_pamDir(std::move(pamDir)) {}
+
+    // Makes the private PAM configuration run `module` ("pam_permit.so", "pam_deny.so")
+    // for both authentication and the account check.
+    Q_INVOKABLE bool usePamModule(const QString &module)
+    {
+        QFile file(m_pamDir + QStringLiteral("/coinhall"));
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+            return false;
+        const QByteArray name = module.toUtf8();
+        file.write("auth required " + name + "\naccount required " + name + "\n");
+        return true;
+    }
+
+private:
+    QString m_pamDir;
+};
 
 class Setup : public QObject
 {
@@ -18,16 +52,32 @@ public Q_SLOTS:
     {
         qputenv("XDG_DATA_HOME", (m_home.path() + QStringLiteral("/data")).toUtf8());
         qputenv("XDG_CONFIG_HOME", (m_home.path() + QStringLiteral("/config")).toUtf8());
-        m_store = std::make_unique<Store>(StoreOptions{m_home.path() + QStringLiteral("/books")});
+        QCoreApplication::setOrganizationName(AppInfo::organizationName());
+        QCoreApplication::setApplicationName(AppInfo::applicationName());
+        QQuickStyle::setStyle(QStringLiteral("Basic"));
+
+        const QString pamDir = m_home.path() + QStringLiteral("/pam");
+        QDir().mkpath(pamDir);
+        m_hooks = std::make_unique<TestHooks>(pamDir);
+        StoreOptions options{m_home.path() + QStringLiteral("/books")};
+        if (qEnvironmentVariableIsSet("COINHALL_TEST_LOCKED")) {
+            QSettings(AppInfo::organizationName(), AppInfo::applicationName())
+                .setValue(QStringLiteral("requireUnlock"), true);
+            m_hooks->usePamModule(QStringLiteral("pam_deny.so"));
+            options.authenticator = std::make_shared<PamAuthenticator>(QStringLiteral("coinhall"), pamDir);
+        }
+        m_store = std::make_unique<Store>(options);
     }
     void qmlEngineAvailable(QQmlEngine *engine)
     {
         engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
         qmlRegisterSingletonInstance("Coinhall", 1, 0, "Store", m_store.get());
+        qmlRegisterSingletonInstance("CoinhallTest", 1, 0, "TestHooks", m_hooks.get());
     }
 
 private:
     QTemporaryDir m_home;
+    std::unique_ptr<TestHooks> m_hooks;
     std::unique_ptr<Store> m_store;
 };
 

@@ -69,8 +69,12 @@ public:
                 continue;
             icu::ParsePosition position(0);
             const UDate when = m_formats[i]->parse(icuText, position);
-            if (position.getErrorIndex() < 0 && position.getIndex() == icuText.length() && position.getIndex() > 0)
-                return Instant::fromMSecs(static_cast<std::int64_t>(std::llround(when)));
+            if (position.getErrorIndex() < 0 && position.getIndex() == icuText.length() && position.getIndex() > 0) {
+                // A year past 9999 ("01/01/20000") could never be saved and read back.
+                const Instant read = Instant::fromMSecs(static_cast<std::int64_t>(std::llround(when)));
+                if (read.inIsoRange())
+                    return read;
+            }
         }
         return std::nullopt;
     }

@@ -158,5 +158,8 @@ std::optional<Instant> Instant::fromIso(std::string_view text)
 
     const std::int64_t secs = daysFromCivil(year, month, day) * 86400 + hour * 3600 + minute * 60
                               + second - offsetMinutes * 60;
-    return Instant(secs * 1000 + millis);
+    const Instant when(secs * 1000 + millis);
+    if (!when.inIsoRange())
+        return std::nullopt; // it would be written back in a form no reader takes
+    return when;
 }

@@ -29,7 +29,8 @@ public:
     // "2025-03-04T09:00:00Z": UTC, whole seconds, as the money file writes it.
     std::string isoText() const;
     QString isoString() const { return QString::fromLatin1(isoText()); }
-    // Reads "yyyy-MM-ddTHH:mm:ss[.fff](Z|+hh:mm|-hh:mm|+hhmm)"; nothing else.
+    // Reads "yyyy-MM-ddTHH:mm:ss[.fff](Z|+hh:mm|-hh:mm|+hhmm)"; nothing else, and
+    // nothing that an offset moves out of inIsoRange().
     static std::optional<Instant> fromIso(std::string_view text);
 
     QDateTime toLocal() const { return QDateTime::fromMSecsSinceEpoch(m_msecs, Qt::LocalTime); }
@@ -42,6 +43,9 @@ public:
     // The same instant without its sub-second part, as it comes back from the file.
     constexpr Instant wholeSeconds() const { return fromSecs(secs()); }
     constexpr Instant addSecs(std::int64_t s) const { return Instant(m_msecs + s * 1000); }
+    // Whether the instant falls in the years 0000 to 9999 in UTC: the range whose
+    // isoText() fromIso() reads back, and so the only dates a money file can hold.
+    constexpr bool inIsoRange() const { return m_msecs >= -62167219200000LL && m_msecs <= 253402300799999LL; }
 
     friend constexpr bool operator==(Instant, Instant) = default;
     friend constexpr auto operator<=>(Instant, Instant) = default;

@@ -8,8 +8,21 @@
 
 #include <memory>
 #include <mutex>
+#include <string_view>
 
 namespace {
+
+// The user's locale for money and dates. A process started with no locale at all
+// (LANG unset, or C/POSIX) gets US English rather than ICU's bare POSIX forms
+// ("$ 1234.50"), which nobody chooses on purpose.
+icu::Locale userLocale()
+{
+    const icu::Locale locale = icu::Locale::getDefault();
+    const std::string_view name = locale.getName();
+    if (name.empty() || name == "c" || name == "C" || name == "en_US_POSIX" || name == "root")
+        return icu::Locale("en_US");
+    return locale;
+}
 
 QString fromIcu(const icu::UnicodeString &text)
 {
@@ -38,7 +51,7 @@ struct CurrencyFormat
                 const icu::CurrencyUnit unit(reinterpret_cast<const char16_t *>(code.utf16()),
                                              status);
                 if (U_SUCCESS(status))
-                    formatter = icu::number::NumberFormatter::withLocale(icu::Locale::getDefault())
+                    formatter = icu::number::NumberFormatter::withLocale(userLocale())
                                     .unit(unit);
             }
         }
@@ -88,7 +101,7 @@ std::unique_ptr<icu::DateFormat> patternFormat(const char16_t *pattern)
 {
     UErrorCode status = U_ZERO_ERROR;
     auto format = std::make_unique<icu::SimpleDateFormat>(icu::UnicodeString(pattern),
-                                                          icu::Locale::getDefault(), status);
+                                                          userLocale(), status);
     if (U_FAILURE(status))
         return nullptr;
     return format;
@@ -183,7 +196,7 @@ QString chDate(const Instant &when)
     static DateText format(
         [] {
             return std::unique_ptr<icu::DateFormat>(icu::DateFormat::createDateInstance(
-                icu::DateFormat::kMedium, icu::Locale::getDefault()));
+                icu::DateFormat::kMedium, userLocale()));
         },
         "MMM d, yyyy");
     return format(when);

@@ -18,10 +18,16 @@ bool writeFileAtomically(const QString &path, const QByteArray &bytes, QString *
         return fail();
     if (permissions)
         file.setPermissions(*permissions);
-    if (file.write(bytes) != bytes.size()) {
-        fail();
-        file.cancelWriting();
-        return false;
+    // A write that falls short (the disk filled mid-way) sets no error; the next one
+    // fails and says why ("No space left on device").
+    for (qint64 done = 0; done < bytes.size();) {
+        const qint64 written = file.write(bytes.constData() + done, bytes.size() - done);
+        if (written <= 0) {
+            fail();
+            file.cancelWriting();
+            return false;
+        }
+        done += written;
     }
     if (!file.commit())
         return fail();

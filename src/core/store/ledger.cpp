@@ -13,9 +13,9 @@ bool newerFirst(const Transaction &a, const Transaction &b)
 // Restores newest-first order after `appended` lines were added at the end.
 //
 // The result is always that of a stable sort by date, descending. When the lines
-// before the new ones are already in order (the usual case), each new line is
-// moved to just after the last line with the same or a later date, which is where
-// a stable sort puts it, without sorting the whole Book again.
+// before the new ones are already in order (the usual case), the new lines are
+// sorted among themselves and merged in: a stable merge keeps an old line ahead of a
+// new one with the same date, which is where a stable sort of the whole list puts it.
 void restoreOrder(std::vector<Transaction> &lines, size_t appended)
 {
     appended = std::min(appended, lines.size());
@@ -24,10 +24,8 @@ void restoreOrder(std::vector<Transaction> &lines, size_t appended)
         std::stable_sort(lines.begin(), lines.end(), newerFirst);
         return;
     }
-    for (auto next = oldEnd; next != lines.end(); ++next) {
-        const auto place = std::upper_bound(lines.begin(), next, *next, newerFirst);
-        std::rotate(place, next, next + 1);
-    }
+    std::stable_sort(oldEnd, lines.end(), newerFirst);
+    std::inplace_merge(lines.begin(), oldEnd, lines.end(), newerFirst);
 }
 
 } // namespace

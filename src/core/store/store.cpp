@@ -310,15 +310,21 @@ void Store::unlock(const QString &password)
 
 void Store::dailyBackup()
 {
+    // The window never hears of this step; a failure is told on standard error only.
     const QString folder = backupsFolder();
-    if (!makePrivateFolder(folder))
+    if (!makePrivateFolder(folder)) {
+        qWarning("Coinhall: could not make today's backup: cannot make the folder %s", qPrintable(folder));
         return;
+    }
     const QString name = QStringLiteral("coinhall-") + QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd"))
                          + QStringLiteral(".json");
     const QString target = folder + QLatin1Char('/') + name;
     if (!QFileInfo::exists(target) && QFile::exists(moneyFilePath())) {
-        if (QFile::copy(moneyFilePath(), target))
+        QFile source(moneyFilePath());
+        if (source.copy(target))
             QFile::setPermissions(target, ownerOnlyFile);
+        else
+            qWarning("Coinhall: could not make today's backup: %s", qPrintable(source.errorString()));
     }
 
     const QDir dir(folder);

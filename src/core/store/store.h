@@ -191,6 +191,23 @@ public:
     // The export file's bytes for the current Book.
     QByteArray exportText() const;
 
+    // -- For the screens ---------------------------------------------------------
+
+    // The header's read-outs, as the screens show them; they change with the Book.
+    Q_PROPERTY(QString totalText READ totalText NOTIFY bookChanged FINAL)
+    Q_PROPERTY(QString royaltiesDueText READ royaltiesDueText NOTIFY bookChanged FINAL)
+    Q_PROPERTY(int dueSoonCount READ dueSoonCount NOTIFY bookChanged FINAL)
+    Q_PROPERTY(int overdueCount READ overdueCount NOTIFY bookChanged FINAL)
+
+    // totalBalance() as money text ("$1,234.50").
+    QString totalText() const;
+    // royaltiesExpected() as money text.
+    QString royaltiesDueText() const;
+    // How many bills upcomingBills(14) holds, overdue ones included.
+    int dueSoonCount() const;
+    // How many active bills were due before today.
+    int overdueCount() const;
+
 Q_SIGNALS:
     void bookChanged();
     void lockedChanged();

@@ -22,6 +22,11 @@ TEST(CrashSafety, KilledWhileSavingLeavesAWholeBook)
         helper.kill();
         helper.waitForFinished();
 
+        if (!QFile::exists(file)) {
+            // Killed before its first save (a busy machine): nothing was written, nothing lost.
+            ASSERT_EQ(seen, 0u) << "run " << run;
+            continue;
+        }
         const Book book = decodeFile(file);
         ASSERT_GE(book.transactions.size(), seen) << "run " << run;
         seen = book.transactions.size();

@@ -1,0 +1,109 @@
+import QtQuick
+import Coinhall
+
+// The window of `coinhall --render-screens`: the main window, driven through every
+// look, both zooms, every screen and every sheet, each state saved as a picture by
+// `shots` (a C++ object with save(window, name) and finish(count)).
+Main {
+    id: root
+
+    required property QtObject shots
+
+    // One entry per picture: look id, zoom in per cent, and the screen key or the sheet.
+    property var jobs: []
+    property int next: 0
+
+    // Sample records for the sheets that carry one, named like the demo Book's.
+    readonly property var samples: ({
+        tx: { id: "sample-tx", payee: "Corner cafe" },
+        bill: { id: "sample-bill", name: "Verizon" },
+        royalty: { id: "sample-royalty", payer: "BMI" },
+        account: { id: "sample-account", name: "Harbor checking" }
+    })
+
+    function sheetViews(): var {
+        return [
+            { name: "sheet-newTx-in", sheet: CHSheet.newTx(true) },
+            { name: "sheet-newTx-out", sheet: CHSheet.newTx(false) },
+            { name: "sheet-editTx", sheet: CHSheet.editTx(samples.tx) },
+            { name: "sheet-editBill", sheet: CHSheet.editBill(samples.bill) },
+            { name: "sheet-payBill", sheet: CHSheet.payBill(samples.bill) },
+            { name: "sheet-editRoyalty", sheet: CHSheet.editRoyalty(samples.royalty) },
+            { name: "sheet-receiveRoyalty", sheet: CHSheet.receiveRoyalty(samples.royalty) },
+            { name: "sheet-editAccount", sheet: CHSheet.editAccount(samples.account) },
+            { name: "sheet-transfer", sheet: CHSheet.transfer() },
+            { name: "sheet-newBill", sheet: CHSheet.newBill() },
+            { name: "sheet-newRoyalty", sheet: CHSheet.newRoyalty() },
+            { name: "sheet-newAccount", sheet: CHSheet.newAccount() },
+            { name: "sheet-importCSV", sheet: CHSheet.importCSV() },
+            { name: "sheet-help", sheet: CHSheet.help() },
+            { name: "sheet-settings", sheet: CHSheet.settings() }
+        ]
+    }
+
+    function plan() {
+        const list = []
+        for (const look of Looks.all) {
+            for (const zoom of [100, 200]) {
+                for (const screen of rootView.screens)
+                    list.push({ look: look.id, zoom: zoom, name: screen.key, screen: screen.key, sheet: null })
+                for (const view of sheetViews())
+                    list.push({ look: look.id, zoom: zoom, name: view.name, screen: "dashboard", sheet: view.sheet })
+                list.push({ look: look.id, zoom: zoom, name: "locked", screen: "dashboard", sheet: null, locked: true })
+                list.push({ look: look.id, zoom: zoom, name: "about", screen: "dashboard", sheet: null, about: true })
+            }
+        }
+        jobs = list
+    }
+
+    // Puts the window into the next job's state; the picture is taken once it is drawn.
+    function step() {
+        if (next >= jobs.length) {
+            Looks.choose("studio")
+            QFZoom.actualSize()
+            shots.finish(jobs.length)
+            return
+        }
+        const job = jobs[next]
+        Looks.choose(job.look)
+        QFZoom.setLevel(job.zoom)
+        // At 200% the window is twice as large, so the whole root view shows, twice as big.
+        width = 1380 * job.zoom / 100
+        height = 900 * job.zoom / 100
+        rootView.screen = job.screen
+        rootView.sheet = job.sheet
+        lockPreview.visible = job.locked === true
+        if (job.about === true)
+            aboutPanel.show()
+        else
+            aboutPanel.close()
+        settle.restart()
+    }
+
+    // The lock overlay as the locked books show it (the demo books themselves stay open).
+    LockOverlay {
+        id: lockPreview
+
+        parent: root.rootView
+        anchors.fill: parent
+        visible: false
+    }
+
+    // Lets layouts, loaders and bindings settle before the picture.
+    Timer {
+        id: settle
+
+        interval: 30
+        onTriggered: {
+            const job = root.jobs[root.next]
+            root.shots.save(job.about === true ? root.aboutPanel : root, job.look + "-" + job.zoom + "-" + job.name)
+            root.next += 1
+            root.step()
+        }
+    }
+
+    Component.onCompleted: {
+        plan()
+        Qt.callLater(step)
+    }
+}

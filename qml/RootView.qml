@@ -1,0 +1,409 @@
+import QtQuick
+import QtQuick.Layouts
+import Qt.labs.settings
+import Coinhall
+
+// The whole window's content: the header with the money keys, the read-outs and the
+// theme picker; the "Console" sidebar that picks one of the seven screens; the
+// current screen; the status line; the open sheet on top; and, while the books are
+// locked, the lock overlay over everything.
+//
+// Screens are given the look and two signals, `openSheet(sheet)` and
+// `showScreen(key)`; sheets are given their CHSheet value as `sheet` and close
+// themselves with their `done` signal. Neither opens the other directly.
+FocusScope {
+    id: root
+
+    // The look to draw with: the one the "look" preference names.
+    property var look: Looks.current
+    // The key of the current screen; the dashboard at start.
+    property string screen: "dashboard"
+    // The open sheet (a CHSheet value), or null.
+    property var sheet: null
+
+    // The seven screens in sidebar order: key, title (as shown) and symbol.
+    readonly property var screens: [
+        { key: "dashboard", title: "Dashboard", icon: "gauge.with.dots.needle.67percent" },
+        { key: "register", title: "Transactions", icon: "list.bullet.rectangle" },
+        { key: "bills", title: "Bills", icon: "doc.text" },
+        { key: "royalties", title: "Royalties", icon: "music.note.list" },
+        { key: "calendar", title: "Calendar", icon: "calendar" },
+        { key: "reports", title: "Reports", icon: "chart.bar.xaxis" },
+        { key: "accounts", title: "Accounts", icon: "building.columns" }
+    ]
+    readonly property alias sheetHost: host
+    readonly property alias screenView: screenLoader
+
+    function openSheet(next: var) {
+        sheet = next
+    }
+    function closeSheet() {
+        sheet = null
+    }
+    // The help request of the Help menu and the kit: opens the help sheet.
+    function openHelp() {
+        sheet = CHSheet.help()
+    }
+    function showScreen(key: string) {
+        if (screens.some(s => s.key === key))
+            screen = key
+    }
+
+    // On the very first run, and only then, the help opens by itself.
+    function welcomeOnce() {
+        const welcomed = prefs.value("welcomed", false)
+        if (welcomed === true || welcomed === "true")
+            return
+        prefs.setValue("welcomed", true)
+        openHelp()
+    }
+
+    Component.onCompleted: welcomeOnce()
+
+    Settings {
+        id: prefs
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: root.look.bg
+    }
+
+    // Everything the lock hides; it takes no input while a sheet is open.
+    Item {
+        id: desk
+
+        anchors.fill: parent
+        visible: !Store.locked
+        enabled: root.sheet === null
+
+        ColumnLayout {
+            anchors.fill: parent
+            anchors.margins: Tokens.spaceM
+            spacing: Tokens.spaceM
+
+            Panel {
+                id: header
+
+                Layout.fillWidth: true
+                look: root.look
+                screws: true
+                leftPadding: 24
+                rightPadding: 24
+                topPadding: 12
+                bottomPadding: 12
+
+                RowLayout {
+                    anchors.fill: parent
+                    spacing: Tokens.spaceL
+
+                    ColumnLayout {
+                        Layout.fillWidth: true
+                        Layout.minimumWidth: 150
+                        spacing: 2
+
+                        Text {
+                            Layout.fillWidth: true
+                            text: "QFS COINHALL"
+                            font.family: Tokens.displayFamily
+                            font.weight: Font.ExtraBold
+                            font.pointSize: Tokens.pt(20)
+                            color: root.look.text
+                            elide: Text.ElideRight
+                            textFormat: Text.PlainText
+                            Accessible.role: Accessible.Heading
+                        }
+                        Text {
+                            Layout.fillWidth: true
+                            text: "Bills · income · royalties · private on this computer"
+                            font.family: Tokens.textFamily
+                            font.weight: Font.DemiBold
+                            font.pointSize: Tokens.pt(11)
+                            color: root.look.soft
+                            elide: Text.ElideRight
+                            textFormat: Text.PlainText
+                        }
+                        Text {
+                            Layout.fillWidth: true
+                            text: HelpBook.fullName + " · " + HelpBook.websiteText
+                            font.family: Tokens.textFamily
+                            font.pointSize: Tokens.pt(9.5)
+                            color: root.look.muted
+                            elide: Text.ElideRight
+                            textFormat: Text.PlainText
+                        }
+                    }
+
+                    Key {
+                        objectName: "moneyInKey"
+                        title: "Money in"
+                        icon.name: "plus.circle"
+                        look: root.look
+                        onClicked: root.openSheet(CHSheet.newTx(true))
+                    }
+                    Key {
+                        objectName: "moneyOutKey"
+                        title: "Money out"
+                        icon.name: "minus.circle"
+                        look: root.look
+                        onClicked: root.openSheet(CHSheet.newTx(false))
+                    }
+                    Key {
+                        objectName: "transferKey"
+                        title: "Transfer"
+                        icon.name: "arrow.left.arrow.right"
+                        look: root.look
+                        onClicked: root.openSheet(CHSheet.transfer())
+                    }
+
+                    LCD {
+                        objectName: "headerLCD"
+                        look: root.look
+
+                        RowLayout {
+                            anchors.fill: parent
+                            spacing: 18
+
+                            Readout {
+                                objectName: "totalReadout"
+                                caption: "TOTAL"
+                                value: Store.totalText
+                            }
+                            Readout {
+                                objectName: "royaltiesReadout"
+                                caption: "ROYALTIES DUE"
+                                value: Store.royaltiesDueText
+                            }
+                            Readout {
+                                objectName: "dueSoonReadout"
+                                caption: "DUE 14 DAYS"
+                                value: String(Store.dueSoonCount)
+                            }
+                        }
+                    }
+
+                    Rectangle {
+                        objectName: "overdueBadge"
+                        visible: Store.overdueCount > 0
+                        implicitWidth: badgeText.implicitWidth + 2 * Tokens.spaceM
+                        implicitHeight: badgeText.implicitHeight + Tokens.spaceS
+                        radius: height / 2
+                        color: root.look.accent
+
+                        Text {
+                            id: badgeText
+
+                            anchors.centerIn: parent
+                            text: Store.overdueCount + " overdue"
+                            font.family: Tokens.textFamily
+                            font.weight: Font.ExtraBold
+                            font.pointSize: Tokens.pt(Tokens.captionSize)
+                            color: root.look.bg
+                            textFormat: Text.PlainText
+                        }
+                    }
+
+                    ThemePicker {
+                        look: root.look
+                    }
+                }
+            }
+
+            RowLayout {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                spacing: Tokens.spaceM
+
+                Panel {
+                    id: sidebar
+
+                    Layout.preferredWidth: 212
+                    Layout.fillHeight: true
+                    look: root.look
+                    screws: true
+                    topPadding: 22
+                    bottomPadding: 22
+
+                    ColumnLayout {
+                        anchors.fill: parent
+                        spacing: Tokens.spaceS
+
+                        Label2 {
+                            Layout.bottomMargin: Tokens.spaceXS
+                            text: "Console"
+                            look: root.look
+                        }
+
+                        Repeater {
+                            model: root.screens
+
+                            Key {
+                                required property var modelData
+
+                                objectName: "screenKey_" + modelData.key
+                                Layout.fillWidth: true
+                                title: modelData.title
+                                icon.name: modelData.icon
+                                look: root.look
+                                lit: root.screen === modelData.key
+                                onClicked: root.screen = modelData.key
+                            }
+                        }
+
+                        Item {
+                            Layout.fillHeight: true
+                        }
+
+                        Key {
+                            objectName: "importKey"
+                            Layout.fillWidth: true
+                            title: "Import bank CSV"
+                            icon.name: "square.and.arrow.down"
+                            look: root.look
+                            onClicked: root.openSheet(CHSheet.importCSV())
+                        }
+                        Key {
+                            objectName: "helpKey"
+                            Layout.fillWidth: true
+                            title: "Help"
+                            icon.name: "questionmark.circle"
+                            look: root.look
+                            onClicked: root.openHelp()
+                        }
+                    }
+                }
+
+                Loader {
+                    id: screenLoader
+
+                    Layout.fillWidth: true
+                    Layout.fillHeight: true
+                    focus: true
+                    sourceComponent: {
+                        switch (root.screen) {
+                        case "register":
+                            return transactions
+                        case "bills":
+                            return bills
+                        case "royalties":
+                            return royalties
+                        case "calendar":
+                            return calendar
+                        case "reports":
+                            return reports
+                        case "accounts":
+                            return accounts
+                        }
+                        return dashboard
+                    }
+                }
+            }
+
+            Text {
+                objectName: "statusLine"
+                Layout.fillWidth: true
+                Layout.leftMargin: Tokens.spaceXS
+                text: Store.status
+                font.family: Tokens.textFamily
+                font.pointSize: Tokens.pt(Tokens.captionSize)
+                color: root.look.muted
+                elide: Text.ElideRight
+                textFormat: Text.PlainText
+                // Keeps its line even when there is nothing to say.
+                Layout.preferredHeight: Math.ceil(fontMetrics.height)
+
+                FontMetrics {
+                    id: fontMetrics
+
+                    font.family: Tokens.textFamily
+                    font.pointSize: Tokens.pt(Tokens.captionSize)
+                }
+            }
+        }
+    }
+
+    SheetHost {
+        id: host
+
+        objectName: "sheetHost"
+        anchors.fill: parent
+        look: root.look
+        sheet: Store.locked ? null : root.sheet
+        onDone: root.closeSheet()
+    }
+
+    LockOverlay {
+        id: lock
+
+        objectName: "lockOverlay"
+        anchors.fill: parent
+        look: root.look
+        visible: Store.locked
+        focus: Store.locked
+    }
+
+    // The screens; each is made when it is shown and dropped when another is chosen.
+    Component {
+        id: dashboard
+
+        DashboardScreen {
+            look: root.look
+            onOpenSheet: next => root.openSheet(next)
+            onShowScreen: key => root.showScreen(key)
+        }
+    }
+    Component {
+        id: transactions
+
+        TransactionsScreen {
+            look: root.look
+            onOpenSheet: next => root.openSheet(next)
+            onShowScreen: key => root.showScreen(key)
+        }
+    }
+    Component {
+        id: bills
+
+        BillsScreen {
+            look: root.look
+            onOpenSheet: next => root.openSheet(next)
+            onShowScreen: key => root.showScreen(key)
+        }
+    }
+    Component {
+        id: royalties
+
+        RoyaltiesScreen {
+            look: root.look
+            onOpenSheet: next => root.openSheet(next)
+            onShowScreen: key => root.showScreen(key)
+        }
+    }
+    Component {
+        id: calendar
+
+        CalendarScreen {
+            look: root.look
+            onOpenSheet: next => root.openSheet(next)
+            onShowScreen: key => root.showScreen(key)
+        }
+    }
+    Component {
+        id: reports
+
+        ReportsScreen {
+            look: root.look
+            onOpenSheet: next => root.openSheet(next)
+            onShowScreen: key => root.showScreen(key)
+        }
+    }
+    Component {
+        id: accounts
+
+        AccountsScreen {
+            look: root.look
+            onOpenSheet: next => root.openSheet(next)
+            onShowScreen: key => root.showScreen(key)
+        }
+    }
+}

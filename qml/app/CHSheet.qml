@@ -1,0 +1,66 @@
+pragma Singleton
+import QtQuick
+
+// The modal sheets the root view can show, at most one at a time. A sheet is a frozen
+// plain object: `kind` (one of `kinds`), `identity` (tells two sheets apart) and,
+// for the cases that carry one, `income` or `record` (a copy of the record it edits).
+QtObject {
+    id: root
+
+    // Every case, in the order the root view's table lists them.
+    readonly property var kinds: ["newTx", "editTx", "editBill", "payBill", "editRoyalty", "receiveRoyalty",
+        "editAccount", "transfer", "newBill", "newRoyalty", "newAccount", "importCSV", "help", "settings"]
+
+    // A new transaction: money in when `income`, else money out.
+    function newTx(income: bool): var {
+        return make("newTx", { income: income }, income ? "in" : "out")
+    }
+    function editTx(tx: var): var {
+        return withRecord("editTx", tx)
+    }
+    function editBill(bill: var): var {
+        return withRecord("editBill", bill)
+    }
+    function payBill(bill: var): var {
+        return withRecord("payBill", bill)
+    }
+    function editRoyalty(royalty: var): var {
+        return withRecord("editRoyalty", royalty)
+    }
+    function receiveRoyalty(royalty: var): var {
+        return withRecord("receiveRoyalty", royalty)
+    }
+    function editAccount(account: var): var {
+        return withRecord("editAccount", account)
+    }
+    function transfer(): var {
+        return make("transfer", {}, "")
+    }
+    function newBill(): var {
+        return make("newBill", {}, "")
+    }
+    function newRoyalty(): var {
+        return make("newRoyalty", {}, "")
+    }
+    function newAccount(): var {
+        return make("newAccount", {}, "")
+    }
+    function importCSV(): var {
+        return make("importCSV", {}, "")
+    }
+    function help(): var {
+        return make("help", {}, "")
+    }
+    function settings(): var {
+        return make("settings", {}, "")
+    }
+
+    function withRecord(kind: string, record: var): var {
+        return make(kind, { record: record }, record && record.id !== undefined ? String(record.id) : "")
+    }
+
+    function make(kind: string, fields: var, detail: string): var {
+        const sheet = Object.assign({ kind: kind, identity: detail === "" ? kind : kind + ":" + detail }, fields)
+        return Object.freeze(sheet)
+    }
+}

@@ -1,0 +1,172 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Coinhall
+
+// Covers the whole window while the books are locked. It takes every click, wheel
+// turn, key and shortcut, so nothing reaches the screens beneath. It asks the Store
+// to unlock once by itself when it appears (a system that needs no password opens
+// at once); after that the password field and the "Unlock" key try again.
+FocusScope {
+    id: root
+
+    // The look to draw with.
+    property var look: Looks.current
+    // An unlock attempt is under way; a key press meanwhile is queued, not lost.
+    property bool checking: false
+    // The last attempt was the user's own and it was refused.
+    property bool refused: false
+
+    property bool userAttempt: false
+    property bool hasQueued: false
+    property string queued
+
+    // Asks the Store to unlock with `password`. While an earlier check is still running
+    // (the one made on appearing may take a moment), the newest request waits for it.
+    function attempt(password: string, byUser: bool) {
+        if (checking) {
+            queued = password
+            hasQueued = true
+            return
+        }
+        checking = true
+        userAttempt = byUser
+        if (byUser)
+            refused = false
+        Store.unlock(password)
+        // A Store that cannot check its owner opens (or stays open) at once.
+        if (!Store.locked)
+            checking = false
+    }
+
+    function unlockNow() {
+        attempt(password.text, true)
+    }
+
+    onVisibleChanged: {
+        if (visible)
+            appear()
+    }
+    Component.onCompleted: {
+        if (visible)
+            appear()
+    }
+
+    function appear() {
+        password.forceActiveFocus()
+        attempt("", false)
+    }
+
+    Connections {
+        target: Store
+
+        function onUnlockFailed() {
+            root.checking = false
+            if (root.hasQueued) {
+                root.hasQueued = false
+                root.attempt(root.queued, true)
+                return
+            }
+            if (root.userAttempt) {
+                root.refused = true
+                password.selectAll()
+                password.forceActiveFocus()
+            }
+        }
+        function onLockedChanged() {
+            root.checking = false
+            root.hasQueued = false
+            password.clear()
+        }
+    }
+
+    // Every key that the password field does not use, and every shortcut, ends here.
+    Keys.onShortcutOverride: event => event.accepted = true
+    Keys.onPressed: event => event.accepted = true
+
+    Rectangle {
+        anchors.fill: parent
+        color: root.look.bg
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.AllButtons
+        hoverEnabled: true
+        onPressed: password.forceActiveFocus()
+        onWheel: wheel => wheel.accepted = true
+    }
+
+    Panel {
+        anchors.centerIn: parent
+        width: 420
+        look: root.look
+        screws: true
+        padding: 28
+
+        ColumnLayout {
+            anchors.left: parent.left
+            anchors.right: parent.right
+            spacing: Tokens.spaceL
+
+            Icon {
+                Layout.alignment: Qt.AlignHCenter
+                symbol: "lock.shield.fill"
+                size: 54
+                color: root.look.accent
+            }
+            Text {
+                Layout.fillWidth: true
+                horizontalAlignment: Text.AlignHCenter
+                text: "COINHALL IS LOCKED"
+                font.family: Tokens.displayFamily
+                font.weight: Font.ExtraBold
+                font.pointSize: Tokens.pt(22)
+                color: root.look.text
+                textFormat: Text.PlainText
+                wrapMode: Text.WordWrap
+            }
+            Text {
+                Layout.fillWidth: true
+                horizontalAlignment: Text.AlignHCenter
+                text: root.refused ? "That password did not open Coinhall. Try again."
+                                   : "Type your account password to open your books."
+                font.family: Tokens.textFamily
+                font.pointSize: Tokens.pt(Tokens.bodySize)
+                color: root.refused ? Tokens.destructive : root.look.muted
+                textFormat: Text.PlainText
+                wrapMode: Text.WordWrap
+            }
+            TextField {
+                id: password
+
+                objectName: "lockPassword"
+                Layout.fillWidth: true
+                echoMode: TextInput.Password
+                placeholderText: "Account password"
+                placeholderTextColor: root.look.muted
+                color: root.look.text
+                font.family: Tokens.textFamily
+                font.pointSize: Tokens.pt(Tokens.bodySize)
+                focus: true
+                background: Rectangle {
+                    implicitHeight: Tokens.fieldHeight
+                    radius: Tokens.wellRadius
+                    color: root.look.well
+                    border.width: 1
+                    border.color: password.activeFocus ? root.look.accent : root.look.line
+                }
+                onAccepted: root.unlockNow()
+            }
+            Key {
+                objectName: "unlockKey"
+                Layout.alignment: Qt.AlignHCenter
+                title: "Unlock"
+                look: root.look
+                lit: true
+                wide: true
+                onClicked: root.unlockNow()
+            }
+        }
+    }
+}

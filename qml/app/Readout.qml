@@ -1,0 +1,41 @@
+import QtQuick
+import QtQuick.Layouts
+import Coinhall
+
+// One reading of the header's LCD: a small caption over the figure, both lit in the
+// look's LCD colour.
+ColumnLayout {
+    id: root
+
+    property string caption
+    property string value
+    // The look to draw with.
+    property var look: Looks.current
+
+    spacing: 1
+
+    Accessible.role: Accessible.StaticText
+    Accessible.name: caption + " " + value
+
+    Text {
+        text: root.caption
+        font.family: Tokens.textFamily
+        font.weight: Font.ExtraBold
+        font.pointSize: Tokens.pt(8.5)
+        font.letterSpacing: 1.1
+        color: root.look.lcd
+        opacity: 0.7
+        textFormat: Text.PlainText
+        Accessible.ignored: true
+    }
+    Text {
+        objectName: "value"
+        text: root.value
+        font.family: Tokens.lcdFamily
+        font.weight: Font.Bold
+        font.pointSize: Tokens.pt(17)
+        color: root.look.lcd
+        textFormat: Text.PlainText
+        Accessible.ignored: true
+    }
+}

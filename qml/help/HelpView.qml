@@ -1,0 +1,210 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Coinhall
+
+// The built-in manual: the chapters in a sidebar, the chosen chapter's text beside
+// it, and "← Back", "Next →" and "Done" under the text.
+FocusScope {
+    id: root
+
+    // The chapter a new help view starts on.
+    property int startPage: 0
+    // The chapter shown.
+    property int topic: startPage
+    // The sheet case that opened the help (CHSheet), when it came as a sheet.
+    property var sheet
+    // The look to draw with.
+    property var look: Looks.current
+
+    readonly property var chapters: HelpBook.chapters
+    readonly property int lastTopic: chapters.length - 1
+    readonly property var chapter: chapters[Math.max(0, Math.min(topic, lastTopic))]
+
+    // "Done" was pressed (or Escape): close the help.
+    signal done
+
+    // The chapter text as styled text: web addresses become links, line breaks stay.
+    function linked(plain: string): string {
+        const escaped = plain.replace(/&/g, "&amp;").replace(/</g, "&lt;").replace(/>/g, "&gt;")
+        return escaped.replace(/https?:\/\/[^\s]+[^\s.,;:)]/g, url => "<a href=\"" + url + "\">" + url + "</a>")
+                      .replace(/\n/g, "<br>")
+    }
+
+    width: 860
+    height: 560
+    focus: true
+
+    Accessible.role: Accessible.Dialog
+    Accessible.name: "QFS Coinhall Help"
+
+    Keys.onEscapePressed: done()
+
+    onTopicChanged: reader.contentY = 0
+
+    Rectangle {
+        anchors.fill: parent
+        radius: Tokens.sheetRadius
+        border.width: 1
+        border.color: root.look.line
+        gradient: Gradient {
+            GradientStop { position: 0; color: root.look.panelTop }
+            GradientStop { position: 1; color: root.look.panelBottom }
+        }
+    }
+
+    RowLayout {
+        anchors.fill: parent
+        anchors.margins: 1
+        spacing: 0
+
+        // The chapters.
+        Rectangle {
+            Layout.preferredWidth: 250
+            Layout.fillHeight: true
+            color: root.look.well
+            radius: Tokens.sheetRadius
+
+            ListView {
+                id: list
+
+                objectName: "helpChapters"
+                anchors.fill: parent
+                anchors.margins: Tokens.spaceM
+                clip: true
+                spacing: 2
+                model: root.chapters
+                currentIndex: root.topic
+                keyNavigationEnabled: true
+                activeFocusOnTab: true
+                onCurrentIndexChanged: root.topic = currentIndex
+
+                delegate: ItemDelegate {
+                    id: row
+
+                    required property int index
+                    required property var modelData
+
+                    width: ListView.view.width
+                    height: 36
+                    highlighted: index === root.topic
+                    onClicked: root.topic = index
+
+                    contentItem: RowLayout {
+                        spacing: Tokens.spaceM
+
+                        Icon {
+                            Layout.preferredWidth: 22
+                            symbol: row.modelData.symbol
+                            size: 17
+                            color: row.highlighted ? root.look.accent : root.look.muted
+                        }
+                        Text {
+                            Layout.fillWidth: true
+                            text: row.modelData.title
+                            font.family: Tokens.textFamily
+                            font.weight: row.highlighted ? Font.Bold : Font.DemiBold
+                            font.pointSize: Tokens.pt(14)
+                            color: row.highlighted ? root.look.text : root.look.soft
+                            elide: Text.ElideRight
+                            textFormat: Text.PlainText
+                        }
+                    }
+                    background: Rectangle {
+                        radius: Tokens.rowRadius
+                        color: row.highlighted ? root.look.panelTop : row.hovered ? Qt.rgba(1, 1, 1, 0.04) : "transparent"
+                        border.width: row.highlighted ? 1 : 0
+                        border.color: root.look.line
+                    }
+                }
+            }
+        }
+
+        // The chapter's text and the keys under it.
+        ColumnLayout {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            Layout.margins: Tokens.spaceXL
+            spacing: Tokens.spaceL
+
+            Flickable {
+                id: reader
+
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                clip: true
+                contentWidth: width
+                contentHeight: page.implicitHeight
+                boundsBehavior: Flickable.StopAtBounds
+                ScrollBar.vertical: ScrollBar {}
+
+                ColumnLayout {
+                    id: page
+
+                    width: reader.width - Tokens.spaceM
+                    spacing: Tokens.spaceL
+
+                    Text {
+                        objectName: "helpTitle"
+                        Layout.fillWidth: true
+                        text: root.chapter ? root.chapter.title : ""
+                        font.family: Tokens.displayFamily
+                        font.weight: Font.ExtraBold
+                        font.pointSize: Tokens.pt(22)
+                        color: root.look.text
+                        wrapMode: Text.WordWrap
+                        textFormat: Text.PlainText
+                        Accessible.role: Accessible.Heading
+                    }
+                    Text {
+                        objectName: "helpBody"
+                        Layout.fillWidth: true
+                        text: root.chapter ? root.linked(root.chapter.text) : ""
+                        font.family: Tokens.textFamily
+                        font.pointSize: Tokens.pt(14)
+                        lineHeight: 1.3
+                        color: root.look.soft
+                        linkColor: root.look.accent
+                        wrapMode: Text.WordWrap
+                        textFormat: Text.StyledText
+                        onLinkActivated: link => Qt.openUrlExternally(link)
+
+                        HoverHandler {
+                            cursorShape: parent.hoveredLink !== "" ? Qt.PointingHandCursor : Qt.ArrowCursor
+                        }
+                    }
+                }
+            }
+
+            RowLayout {
+                Layout.fillWidth: true
+                spacing: Tokens.spaceM
+
+                Key {
+                    objectName: "helpBack"
+                    visible: root.topic >= 1
+                    title: "← Back"
+                    look: root.look
+                    onClicked: root.topic = root.topic - 1
+                }
+                Key {
+                    objectName: "helpNext"
+                    visible: root.topic < root.lastTopic
+                    title: "Next →"
+                    look: root.look
+                    onClicked: root.topic = root.topic + 1
+                }
+                Item {
+                    Layout.fillWidth: true
+                }
+                Key {
+                    objectName: "helpDone"
+                    title: "Done"
+                    look: root.look
+                    lit: true
+                    onClicked: root.done()
+                }
+            }
+        }
+    }
+}

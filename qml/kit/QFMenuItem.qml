@@ -1,0 +1,51 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Coinhall
+
+// A menu item in the kit's colours that shows its action's shortcut at the right.
+MenuItem {
+    id: root
+
+    // The shortcut as the platform writes it ("Ctrl++"), empty without one.
+    readonly property string shortcutText: action && action.shortcut !== undefined ? keys.nativeText : ""
+
+    implicitWidth: Math.max(200, implicitContentWidth + leftPadding + rightPadding)
+
+    // Only for its text: a disabled shortcut never takes a key.
+    Shortcut {
+        id: keys
+
+        enabled: false
+        sequence: root.action && root.action.shortcut !== undefined ? root.action.shortcut : ""
+    }
+
+    contentItem: RowLayout {
+        spacing: 24
+
+        Text {
+            Layout.fillWidth: true
+            leftPadding: root.checkable ? root.indicator.width + root.spacing : 0
+            rightPadding: root.subMenu ? root.arrow.width : 0
+            text: root.text
+            font: root.font
+            color: root.enabled ? QFSKitHost.theme.text : QFSKitHost.theme.dim
+            opacity: root.enabled ? 1 : 0.6
+            elide: Text.ElideRight
+            verticalAlignment: Text.AlignVCenter
+        }
+        Text {
+            visible: root.shortcutText !== ""
+            text: root.shortcutText
+            font: root.font
+            color: QFSKitHost.theme.dim
+            verticalAlignment: Text.AlignVCenter
+        }
+    }
+
+    background: Rectangle {
+        implicitHeight: 30
+        color: root.highlighted ? Qt.rgba(QFSKitHost.theme.accent.r, QFSKitHost.theme.accent.g,
+                                          QFSKitHost.theme.accent.b, 0.28) : "transparent"
+    }
+}

@@ -1,0 +1,44 @@
+import QtQuick
+import Coinhall
+
+// The engraved caption over a group of controls: upper-cased, heavy, tracked, in the
+// look's soft colour with a hard black shadow 0.6 points above it.
+Item {
+    id: root
+
+    property string text
+    // The look to draw with.
+    property var look: Looks.current
+    // Type size in points.
+    property real size: Tokens.label2Size
+
+    implicitWidth: face.implicitWidth
+    implicitHeight: face.implicitHeight
+
+    Accessible.role: Accessible.StaticText
+    Accessible.name: root.text
+
+    Text {
+        id: shadow
+
+        y: -0.6
+        text: face.text
+        font: face.font
+        color: Qt.rgba(0, 0, 0, 0.6)
+        textFormat: Text.PlainText
+        Accessible.ignored: true
+    }
+
+    Text {
+        id: face
+
+        text: root.text.toUpperCase()
+        font.family: Tokens.textFamily
+        font.weight: Font.ExtraBold
+        font.pointSize: Tokens.pt(root.size)
+        font.letterSpacing: Tokens.label2Tracking
+        color: Qt.rgba(root.look.soft.r, root.look.soft.g, root.look.soft.b, 0.8)
+        textFormat: Text.PlainText
+        Accessible.ignored: true
+    }
+}

@@ -1,0 +1,90 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Coinhall
+
+// A labelled field for an amount as the user types it ("45.10", "(45.10)", "$1,234.50").
+// `amount` is the exact value of the text, or empty when the text is no amount, so an
+// editor can refuse to save; a non-empty text that is no amount is flagged under it.
+Item {
+    id: root
+
+    property string label
+    // The text as typed; two-way: write it back with onTextChanged.
+    property alias text: field.text
+    // The look to draw with.
+    property var look: Looks.current
+    // Exact decimal text of the typed amount ("-45.1"); empty when there is none.
+    readonly property string amount: Fmt.parse(text)
+    readonly property bool valid: amount !== ""
+    readonly property alias field: field
+
+    implicitWidth: row.implicitWidth
+    implicitHeight: row.implicitHeight
+    Layout.fillWidth: true
+
+    RowLayout {
+        id: row
+
+        anchors.fill: parent
+        spacing: Tokens.spaceM
+
+        Text {
+            Layout.preferredWidth: Tokens.fieldLabelWidth
+            Layout.alignment: Qt.AlignTop
+            Layout.topMargin: Math.max(0, (Tokens.fieldHeight - implicitHeight) / 2)
+            text: root.label
+            font.family: Tokens.textFamily
+            font.weight: Font.DemiBold
+            font.pointSize: Tokens.pt(Tokens.bodySize)
+            color: root.look.soft
+            textFormat: Text.PlainText
+            // Long labels ("Amount that came in") take a second line rather than losing words.
+            wrapMode: Text.WordWrap
+            Accessible.ignored: true
+        }
+
+        ColumnLayout {
+            Layout.fillWidth: true
+            spacing: 2
+
+            TextField {
+                id: field
+
+                Layout.fillWidth: true
+                implicitHeight: Tokens.fieldHeight
+                leftPadding: Tokens.spaceM
+                rightPadding: Tokens.spaceM
+                font.family: Tokens.lcdFamily
+                font.pointSize: Tokens.pt(Tokens.bodySize)
+                color: root.look.text
+                selectionColor: root.look.accent
+                selectedTextColor: root.look.bg
+                placeholderTextColor: root.look.muted
+                inputMethodHints: Qt.ImhFormattedNumbersOnly
+                selectByMouse: true
+                Accessible.name: root.label
+                Accessible.description: hint.visible ? hint.text : ""
+
+                background: Rectangle {
+                    radius: Tokens.keyRadius
+                    color: root.look.bg
+                    border.width: field.activeFocus ? 1.5 : 1
+                    border.color: !root.valid && field.text !== "" ? Tokens.destructive
+                                  : field.activeFocus ? root.look.accent : root.look.line
+                }
+            }
+
+            Text {
+                id: hint
+
+                visible: field.text !== "" && !root.valid
+                text: "Not an amount"
+                font.family: Tokens.textFamily
+                font.pointSize: Tokens.pt(Tokens.captionSize)
+                color: Tokens.destructive
+                textFormat: Text.PlainText
+            }
+        }
+    }
+}

@@ -1,0 +1,276 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Layouts
+import Coinhall
+
+// The places money sits, with this month's line count and each balance, the total
+// of the open ones, the lock and backup settings, and the monthly budgets of the
+// spending categories.
+Item {
+    id: root
+
+    // The look to draw with.
+    property var look: Looks.current
+    // The accounts, total and budgets shown, and the budget operations.
+    readonly property alias bridge: bridge
+
+    // Asks the root view to open a sheet (a CHSheet value).
+    signal openSheet(var sheet)
+    // Asks the root view to switch to another screen (its key, for example "bills").
+    signal showScreen(string screen)
+
+    AccountsBridge {
+        id: bridge
+
+        store: Store
+    }
+
+    ScreenColumn {
+        anchors.fill: parent
+
+        // Title, subtitle and the key that adds an account.
+        RowLayout {
+            Layout.fillWidth: true
+            Layout.topMargin: Tokens.spaceS
+            Layout.leftMargin: Tokens.spaceXS
+            Layout.rightMargin: Tokens.spaceXS
+            spacing: Tokens.spaceL
+
+            ScreenTitle {
+                Layout.fillWidth: true
+                look: root.look
+                title: "Accounts"
+                subtitle: "Checking, savings, cards, PayPal, Cash App, cash in the drawer."
+            }
+
+            Key {
+                objectName: "addAccountKey"
+                Layout.alignment: Qt.AlignTop
+                title: "Add account"
+                icon.name: "plus"
+                look: root.look
+                onClicked: root.openSheet(CHSheet.newAccount())
+            }
+        }
+
+        Panel {
+            Layout.fillWidth: true
+            look: root.look
+
+            ColumnLayout {
+                anchors.fill: parent
+                spacing: Tokens.spaceS
+
+                Repeater {
+                    // A count, not the list: a changed balance updates the lines in place.
+                    model: bridge.accounts.length
+
+                    RowBG {
+                        id: line
+
+                        required property int index
+                        readonly property var account: bridge.accounts[index] || ({})
+
+                        objectName: "accountLine"
+                        Layout.fillWidth: true
+                        look: root.look
+                        Accessible.role: Accessible.ListItem
+                        Accessible.name: account.title + ", " + account.countText + ", balance " + account.balanceText
+
+                        RowLayout {
+                            anchors.fill: parent
+                            spacing: Tokens.spaceL
+
+                            ColumnLayout {
+                                Layout.fillWidth: true
+                                spacing: 2
+
+                                Text {
+                                    objectName: "accountTitle"
+                                    Layout.fillWidth: true
+                                    text: line.account.title || ""
+                                    font.family: Tokens.textFamily
+                                    font.weight: Font.Bold
+                                    font.pointSize: Tokens.pt(Tokens.bodySize)
+                                    color: line.account.closed ? root.look.muted : root.look.text
+                                    elide: Text.ElideRight
+                                    textFormat: Text.PlainText
+                                }
+                                Text {
+                                    objectName: "accountCount"
+                                    Layout.fillWidth: true
+                                    text: line.account.countText || ""
+                                    font.family: Tokens.textFamily
+                                    font.pointSize: Tokens.pt(Tokens.captionSize)
+                                    color: root.look.muted
+                                    elide: Text.ElideRight
+                                    textFormat: Text.PlainText
+                                }
+                            }
+
+                            Text {
+                                objectName: "accountBalance"
+                                text: line.account.balanceText || ""
+                                font.family: Tokens.lcdFamily
+                                font.weight: Font.Bold
+                                font.pointSize: Tokens.pt(Tokens.amountSize)
+                                color: Fmt.isNegative(line.account.balance || "0") ? root.look.soft : root.look.text
+                                textFormat: Text.PlainText
+                            }
+
+                            Key {
+                                objectName: "editAccountKey"
+                                title: "Edit"
+                                look: root.look
+                                Accessible.name: "Edit " + (line.account.name || "")
+                                onClicked: root.openSheet(CHSheet.editAccount(line.account))
+                            }
+                        }
+                    }
+                }
+
+                RowLayout {
+                    Layout.fillWidth: true
+                    Layout.topMargin: Tokens.spaceS
+                    Layout.leftMargin: Tokens.rowPadH
+                    Layout.rightMargin: Tokens.rowPadH
+                    spacing: Tokens.spaceL
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: "Total across open accounts " + bridge.totalText
+
+                    Text {
+                        Layout.fillWidth: true
+                        text: "Total across open accounts"
+                        font.family: Tokens.textFamily
+                        font.weight: Font.ExtraBold
+                        font.pointSize: Tokens.pt(Tokens.bodySize)
+                        color: root.look.soft
+                        elide: Text.ElideRight
+                        textFormat: Text.PlainText
+                        Accessible.ignored: true
+                    }
+                    Text {
+                        objectName: "totalText"
+                        text: bridge.totalText
+                        font.family: Tokens.lcdFamily
+                        font.weight: Font.Bold
+                        font.pointSize: Tokens.pt(15)
+                        color: root.look.text
+                        textFormat: Text.PlainText
+                        Accessible.ignored: true
+                    }
+                }
+            }
+        }
+
+        Panel {
+            objectName: "privacyPanel"
+            Layout.fillWidth: true
+            look: root.look
+
+            ColumnLayout {
+                anchors.fill: parent
+                spacing: Tokens.spaceM
+
+                Label2 {
+                    text: "Privacy & backups"
+                    look: root.look
+                }
+
+                CHToggle {
+                    objectName: "unlockToggle"
+                    Layout.fillWidth: true
+                    look: root.look
+                    text: bridge.unlockText
+                    checked: Store.requireUnlock
+                    onToggled: {
+                        Store.requireUnlock = checked
+                        // The Store announces the change before it keeps it, so the
+                        // binding has read the old value: read it again now.
+                        checked = Qt.binding(() => Store.requireUnlock)
+                    }
+                }
+
+                RowLayout {
+                    Layout.fillWidth: true
+                    spacing: Tokens.spaceL
+
+                    Text {
+                        Layout.fillWidth: true
+                        text: bridge.privacyText
+                        font.family: Tokens.textFamily
+                        font.pointSize: Tokens.pt(Tokens.captionSize + 1)
+                        color: root.look.muted
+                        wrapMode: Text.WordWrap
+                        textFormat: Text.PlainText
+                    }
+
+                    Key {
+                        objectName: "backupsKey"
+                        title: "Show backups folder"
+                        icon.name: "folder"
+                        look: root.look
+                        onClicked: {
+                            if (!Qt.openUrlExternally(bridge.backupsUrl))
+                                Store.status = "Backups are kept in " + Store.backupsFolder + "."
+                        }
+                    }
+                }
+            }
+        }
+
+        Panel {
+            objectName: "budgetsPanel"
+            Layout.fillWidth: true
+            Layout.bottomMargin: Tokens.spaceM
+            look: root.look
+
+            ColumnLayout {
+                anchors.fill: parent
+                spacing: Tokens.spaceM
+
+                Label2 {
+                    text: "Monthly budgets"
+                    look: root.look
+                }
+
+                Text {
+                    Layout.fillWidth: true
+                    text: "Set a limit on any spending category. Reports flag it in red when you go over."
+                    font.family: Tokens.textFamily
+                    font.pointSize: Tokens.pt(Tokens.captionSize + 1)
+                    color: root.look.muted
+                    wrapMode: Text.WordWrap
+                    textFormat: Text.PlainText
+                }
+
+                GridLayout {
+                    Layout.fillWidth: true
+                    columns: width > 640 ? 2 : 1
+                    columnSpacing: Tokens.spaceXL
+                    rowSpacing: Tokens.spaceS
+
+                    Repeater {
+                        model: bridge.budgets.length
+
+                        BudgetRow {
+                            // The position in this list (an integer model's data is its row).
+                            required property int modelData
+                            readonly property var entry: root.bridge.budgets[modelData] || ({})
+
+                            objectName: "budgetRow"
+                            Layout.fillWidth: true
+                            Layout.preferredWidth: 1
+                            bridge: root.bridge
+                            // The category's place in the Book, not in this list.
+                            index: entry.index === undefined ? -1 : entry.index
+                            name: entry.name || ""
+                            budget: entry.budget || ""
+                            look: root.look
+                        }
+                    }
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,362 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Coinhall
+
+// The bills screen: the active bills soonest first, with paying, skipping, editing
+// and deleting; the finished one-time bills; and at the side what the bills cost in
+// an average month, which are overdue, and the latest payments.
+Item {
+    id: root
+
+    // The look to draw with.
+    property var look: Looks.current
+    readonly property alias bills: bills
+    readonly property alias list: list
+
+    // Asks the root view to open a sheet (a CHSheet value).
+    signal openSheet(var sheet)
+    // Asks the root view to switch to another screen (its key, for example "bills").
+    signal showScreen(string screen)
+
+    BillsBridge {
+        id: bills
+
+        store: Store
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: Tokens.spaceM
+
+        RowLayout {
+            Layout.fillWidth: true
+            Layout.margins: Tokens.spaceXL
+            Layout.bottomMargin: Tokens.spaceXS
+            spacing: Tokens.spaceL
+
+            ScreenTitle {
+                Layout.fillWidth: true
+                title: "Bills"
+                subtitle: "Coinhall reminds you before each one is due. Right-click a bill for more."
+                look: root.look
+            }
+            Key {
+                objectName: "addBillKey"
+                Layout.alignment: Qt.AlignTop
+                title: "Add bill"
+                icon.name: "plus"
+                look: root.look
+                onClicked: root.openSheet(CHSheet.newBill())
+            }
+        }
+
+        RowLayout {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            spacing: Tokens.spaceM
+
+            Flickable {
+                id: list
+
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                contentWidth: width
+                contentHeight: column.implicitHeight
+                clip: true
+                boundsBehavior: Flickable.StopAtBounds
+
+                ScrollBar.vertical: ScrollBar {
+                    policy: list.contentHeight > list.height ? ScrollBar.AsNeeded : ScrollBar.AlwaysOff
+                }
+
+                ColumnLayout {
+                    id: column
+
+                    width: list.width - (list.contentHeight > list.height ? Tokens.spaceL : 0)
+                    spacing: Tokens.spaceM
+
+                    Panel {
+                        Layout.fillWidth: true
+                        look: root.look
+
+                        ColumnLayout {
+                            anchors.fill: parent
+                            spacing: Tokens.spaceS
+
+                            Repeater {
+                                // A count, not the list: a change updates the lines in place.
+                                model: bills.active.length
+
+                                BillLine {
+                                    required property int index
+
+                                    Layout.fillWidth: true
+                                    bill: bills.active[index] || ({})
+                                    look: root.look
+                                    onPayRequested: root.openSheet(CHSheet.payBill(bill))
+                                    onEditRequested: root.openSheet(CHSheet.editBill(bill))
+                                    onSkipRequested: bills.skip(bill.id)
+                                    onDeleteRequested: bills.deleteBill(bill.id)
+                                }
+                            }
+
+                            EmptyNote {
+                                objectName: "noBillsNote"
+                                Layout.fillWidth: true
+                                visible: bills.active.length === 0
+                                text: "No bills yet. Add rent, phone, internet, insurance, hosting… anything that comes around."
+                                look: root.look
+                            }
+                        }
+                    }
+
+                    Panel {
+                        objectName: "finishedPanel"
+                        Layout.fillWidth: true
+                        visible: bills.finished.length > 0
+                        look: root.look
+
+                        ColumnLayout {
+                            anchors.fill: parent
+                            spacing: Tokens.spaceS
+
+                            Label2 {
+                                text: "Finished one-time bills"
+                                look: root.look
+                            }
+
+                            Repeater {
+                                model: bills.finished
+
+                                RowBG {
+                                    id: finishedRow
+
+                                    required property var modelData
+
+                                    objectName: "finishedRow"
+                                    Layout.fillWidth: true
+                                    look: root.look
+                                    Accessible.role: Accessible.ListItem
+                                    Accessible.name: modelData.name + ", " + modelData.amountText
+
+                                    RowLayout {
+                                        anchors.fill: parent
+                                        spacing: Tokens.spaceM
+
+                                        Text {
+                                            Layout.fillWidth: true
+                                            text: finishedRow.modelData.name
+                                            font.family: Tokens.textFamily
+                                            font.weight: Font.Bold
+                                            font.pointSize: Tokens.pt(Tokens.bodySize)
+                                            color: root.look.soft
+                                            elide: Text.ElideRight
+                                            textFormat: Text.PlainText
+                                        }
+                                        Text {
+                                            text: finishedRow.modelData.amountText
+                                            font.family: Tokens.lcdFamily
+                                            font.pointSize: Tokens.pt(Tokens.amountSize)
+                                            color: root.look.muted
+                                            textFormat: Text.PlainText
+                                        }
+                                        Key {
+                                            title: "Delete"
+                                            look: root.look
+                                            destructive: true
+                                            Accessible.name: "Delete " + finishedRow.modelData.name
+                                            onClicked: bills.deleteBill(finishedRow.modelData.id)
+                                        }
+                                    }
+                                }
+                            }
+                        }
+                    }
+                }
+            }
+
+            ColumnLayout {
+                Layout.preferredWidth: 300
+                Layout.maximumWidth: 300
+                Layout.fillHeight: true
+                spacing: Tokens.spaceM
+
+                Panel {
+                    Layout.fillWidth: true
+                    look: root.look
+                    screws: true
+                    leftPadding: Tokens.spaceXL
+                    rightPadding: Tokens.spaceXL
+                    topPadding: Tokens.spaceXL
+                    bottomPadding: Tokens.spaceXL
+
+                    ColumnLayout {
+                        anchors.fill: parent
+                        spacing: Tokens.spaceS
+
+                        Label2 {
+                            text: "Bills per month (average)"
+                            look: root.look
+                        }
+                        LCD {
+                            Layout.fillWidth: true
+                            look: root.look
+
+                            Text {
+                                objectName: "monthlyAverage"
+                                width: parent.width
+                                text: bills.monthlyAverageText
+                                font.family: Tokens.lcdFamily
+                                font.weight: Font.Bold
+                                font.pointSize: Tokens.pt(22)
+                                fontSizeMode: Text.HorizontalFit
+                                minimumPointSize: Tokens.pt(12)
+                                color: root.look.lcd
+                                textFormat: Text.PlainText
+                                Accessible.role: Accessible.StaticText
+                                Accessible.name: "Bills per month (average): " + text
+                            }
+                        }
+
+                        Label2 {
+                            Layout.topMargin: Tokens.spaceM
+                            text: "Overdue"
+                            look: root.look
+                        }
+                        Text {
+                            objectName: "overdueSummary"
+                            Layout.fillWidth: true
+                            text: bills.overdue.length === 0 ? "Nothing overdue."
+                                  : bills.overdue.length + (bills.overdue.length === 1 ? " bill · " : " bills · ")
+                                    + bills.overdueTotalText
+                            font.family: Tokens.textFamily
+                            font.weight: Font.Bold
+                            font.pointSize: Tokens.pt(Tokens.bodySize)
+                            color: bills.overdue.length === 0 ? root.look.muted : Tokens.destructive
+                            wrapMode: Text.WordWrap
+                            textFormat: Text.PlainText
+                            Accessible.role: Accessible.StaticText
+                            Accessible.name: "Overdue: " + text
+                        }
+                        // The first few, soonest due first; the summary above counts them all.
+                        Repeater {
+                            model: bills.overdue.slice(0, 4)
+
+                            RowLayout {
+                                id: overdueRow
+
+                                required property var modelData
+
+                                Layout.fillWidth: true
+                                spacing: Tokens.spaceS
+
+                                Text {
+                                    Layout.fillWidth: true
+                                    text: overdueRow.modelData.name
+                                    font.family: Tokens.textFamily
+                                    font.pointSize: Tokens.pt(Tokens.captionSize)
+                                    color: root.look.soft
+                                    elide: Text.ElideRight
+                                    textFormat: Text.PlainText
+                                }
+                                Text {
+                                    text: "was due " + overdueRow.modelData.dueShort
+                                    font.family: Tokens.textFamily
+                                    font.pointSize: Tokens.pt(Tokens.captionSize)
+                                    color: Tokens.destructive
+                                    textFormat: Text.PlainText
+                                }
+                            }
+                        }
+                    }
+                }
+
+                Panel {
+                    Layout.fillWidth: true
+                    Layout.fillHeight: true
+                    look: root.look
+                    screws: true
+                    leftPadding: Tokens.spaceXL
+                    rightPadding: Tokens.spaceXL
+                    topPadding: Tokens.spaceXL
+                    bottomPadding: Tokens.spaceXL
+
+                    ColumnLayout {
+                        anchors.fill: parent
+                        spacing: Tokens.spaceS
+                        clip: true
+
+                        Label2 {
+                            text: "Recently paid"
+                            look: root.look
+                        }
+
+                        Repeater {
+                            model: bills.recentPayments
+
+                            RowLayout {
+                                id: paidRow
+
+                                required property var modelData
+
+                                objectName: "paidRow"
+                                Layout.fillWidth: true
+                                spacing: Tokens.spaceS
+                                Accessible.role: Accessible.ListItem
+                                Accessible.name: modelData.name + ", " + modelData.dateText + ", "
+                                                 + modelData.amountText
+
+                                ColumnLayout {
+                                    Layout.fillWidth: true
+                                    spacing: 0
+
+                                    Text {
+                                        Layout.fillWidth: true
+                                        text: paidRow.modelData.name
+                                        font.family: Tokens.textFamily
+                                        font.weight: Font.Bold
+                                        font.pointSize: Tokens.pt(Tokens.bodySize)
+                                        color: root.look.text
+                                        elide: Text.ElideRight
+                                        textFormat: Text.PlainText
+                                    }
+                                    Text {
+                                        Layout.fillWidth: true
+                                        text: paidRow.modelData.dateText
+                                        font.family: Tokens.textFamily
+                                        font.pointSize: Tokens.pt(Tokens.captionSize)
+                                        color: root.look.muted
+                                        elide: Text.ElideRight
+                                        textFormat: Text.PlainText
+                                    }
+                                }
+                                Text {
+                                    text: paidRow.modelData.amountText
+                                    font.family: Tokens.lcdFamily
+                                    font.weight: Font.Bold
+                                    font.pointSize: Tokens.pt(Tokens.bodySize)
+                                    color: root.look.soft
+                                    textFormat: Text.PlainText
+                                }
+                            }
+                        }
+
+                        EmptyNote {
+                            objectName: "noPaymentsNote"
+                            Layout.fillWidth: true
+                            visible: bills.recentPayments.length === 0
+                            text: "Payments show up here."
+                            look: root.look
+                        }
+
+                        Item {
+                            Layout.fillHeight: true
+                        }
+                    }
+                }
+            }
+        }
+    }
+}

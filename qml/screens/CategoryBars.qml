@@ -1,0 +1,127 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Layouts
+import Coinhall
+
+// A category list of the Reports screen under its caption: per row the name, for a
+// budgeted category "budget <limit>" (red only when the amount is strictly over the
+// limit), the amount, its whole percent of the total and a bar as long as that share
+// (never shorter than 3 points). With no rows, "Nothing in this period.".
+ColumnLayout {
+    id: root
+
+    property string title
+    // The rows in the order shown, each a map of name and amount (decimal text).
+    property var rows: []
+    // The total the shares are of, as decimal text.
+    property string total: "0"
+    // The colour of the bars.
+    property color color: look.accent
+    // The look to draw with.
+    property var look: Looks.current
+    // Category name -> monthly budget (decimal text); empty for no budgets.
+    property var budgets: ({})
+    // How many months of budget the amounts are compared with.
+    property int months: 1
+    // The lines as drawn: see CategoryShares.lines.
+    readonly property var lines: CategoryShares.lines(rows, total, budgets, months)
+
+    spacing: Tokens.spaceS
+
+    Label2 {
+        Layout.bottomMargin: Tokens.spaceXS
+        text: root.title
+        look: root.look
+    }
+
+    EmptyNote {
+        objectName: "emptyNote"
+        Layout.fillWidth: true
+        visible: root.lines.length === 0
+        text: "Nothing in this period."
+        look: root.look
+    }
+
+    Repeater {
+        model: root.lines
+
+        ColumnLayout {
+            id: line
+
+            required property var modelData
+
+            objectName: "categoryLine"
+            Layout.fillWidth: true
+            spacing: Tokens.spaceXS
+            Accessible.role: Accessible.ListItem
+            Accessible.name: modelData.name + ", " + modelData.amountText + ", " + modelData.percentText
+                             + (modelData.budgetText === "" ? "" : ", " + modelData.budgetText
+                                                               + (modelData.over ? ", over budget" : ""))
+
+            RowLayout {
+                Layout.fillWidth: true
+                spacing: Tokens.spaceM
+
+                Text {
+                    Layout.fillWidth: true
+                    text: line.modelData.name
+                    font.family: Tokens.textFamily
+                    font.weight: Font.Bold
+                    font.pointSize: Tokens.pt(12.5)
+                    color: root.look.text
+                    elide: Text.ElideRight
+                    textFormat: Text.PlainText
+                    Accessible.ignored: true
+                }
+                Text {
+                    objectName: "budgetText"
+                    visible: text !== ""
+                    text: line.modelData.budgetText
+                    font.family: Tokens.textFamily
+                    font.pointSize: Tokens.pt(10.5)
+                    color: line.modelData.over ? Tokens.destructive : root.look.muted
+                    textFormat: Text.PlainText
+                    Accessible.ignored: true
+                }
+                Text {
+                    objectName: "amountText"
+                    text: line.modelData.amountText
+                    font.family: Tokens.lcdFamily
+                    font.pointSize: Tokens.pt(12)
+                    color: root.look.text
+                    textFormat: Text.PlainText
+                    Accessible.ignored: true
+                }
+                Text {
+                    objectName: "percentText"
+                    Layout.preferredWidth: 36
+                    horizontalAlignment: Text.AlignRight
+                    text: line.modelData.percentText
+                    font.family: Tokens.lcdFamily
+                    font.pointSize: Tokens.pt(10.5)
+                    color: root.look.muted
+                    textFormat: Text.PlainText
+                    Accessible.ignored: true
+                }
+            }
+
+            // The bar: a dark capsule track and the share over it in the row's colour.
+            Rectangle {
+                id: track
+
+                Layout.fillWidth: true
+                implicitHeight: 6
+                radius: height / 2
+                color: Qt.rgba(0, 0, 0, 0.4)
+
+                Rectangle {
+                    objectName: "bar"
+                    width: Math.min(track.width, Math.max(3, track.width * line.modelData.share))
+                    height: parent.height
+                    radius: height / 2
+                    color: root.color
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,418 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Layouts
+import Coinhall
+
+// The overview on one scrolling page: five figure tiles, the status line, the latest
+// ledger lines, the accounts, the bills of the next two weeks, the royalties on the
+// way and six months of money in against money out. It only reads the Store; changes
+// go through the sheets it opens or the screens it switches to.
+Item {
+    id: root
+
+    // The look to draw with.
+    property var look: Looks.current
+    readonly property alias summary: summary
+
+    // Asks the root view to open a sheet (a CHSheet value).
+    signal openSheet(var sheet)
+    // Asks the root view to switch to another screen (its key, for example "bills").
+    signal showScreen(string screen)
+
+    // A panel with an engraved caption and a key at its right; the rows go below.
+    component Section: Panel {
+        id: section
+
+        property string caption
+        property string keyTitle
+        property string keyIcon
+        // What a screen reader calls the key when it shows only a symbol.
+        property string keyName: keyTitle
+        default property alias rows: body.data
+
+        signal keyPressed
+
+        Layout.fillWidth: true
+        // Panels side by side are as tall as the tallest.
+        Layout.fillHeight: true
+
+        ColumnLayout {
+            anchors.fill: parent
+            spacing: Tokens.spaceS
+
+            RowLayout {
+                Layout.fillWidth: true
+                spacing: Tokens.spaceM
+
+                Label2 {
+                    Layout.fillWidth: true
+                    text: section.caption
+                    look: section.look
+                    clip: true
+                }
+                Key {
+                    objectName: "sectionKey"
+                    visible: section.keyTitle !== "" || section.keyIcon !== ""
+                    title: section.keyTitle
+                    icon.name: section.keyIcon
+                    look: section.look
+                    Accessible.name: section.keyName
+                    onClicked: section.keyPressed()
+                }
+            }
+
+            ColumnLayout {
+                id: body
+
+                Layout.fillWidth: true
+                spacing: Tokens.spaceS
+            }
+
+            Item {
+                Layout.fillHeight: true
+            }
+        }
+    }
+
+    DashboardSummary {
+        id: summary
+
+        store: Store
+    }
+
+    BillsBridge {
+        id: bills
+
+        store: Store
+    }
+
+    LedgerBridge {
+        id: ledger
+
+        store: Store
+    }
+
+    // The Book's first eight lines, newest first.
+    TransactionListModel {
+        id: latest
+
+        store: Store
+        limit: 8
+    }
+
+    ScreenColumn {
+        id: page
+
+        anchors.fill: parent
+
+        ScreenTitle {
+            Layout.fillWidth: true
+            Layout.topMargin: Tokens.spaceS
+            Layout.leftMargin: Tokens.spaceXS
+            look: root.look
+            title: "Dashboard"
+        }
+
+        RowLayout {
+            objectName: "tiles"
+            Layout.fillWidth: true
+            spacing: Tokens.spaceM
+
+            StatTile {
+                objectName: "totalTile"
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
+                look: root.look
+                label: "Total balance"
+                value: summary.totalText
+            }
+            StatTile {
+                objectName: "inTile"
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
+                look: root.look
+                label: "In this month"
+                value: summary.inText
+            }
+            StatTile {
+                objectName: "outTile"
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
+                look: root.look
+                label: "Out this month"
+                value: summary.outText
+            }
+            StatTile {
+                objectName: "netTile"
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
+                look: root.look
+                label: "Net this month"
+                value: summary.netText
+                color: summary.netNegative ? Tokens.destructive : null
+            }
+            StatTile {
+                objectName: "royaltiesTile"
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
+                look: root.look
+                label: "Royalties this year"
+                value: summary.royaltiesText
+            }
+        }
+
+        Text {
+            objectName: "statusText"
+            Layout.fillWidth: true
+            Layout.leftMargin: Tokens.spaceXS
+            visible: Store.status !== ""
+            text: Store.status
+            font.family: Tokens.textFamily
+            font.pointSize: Tokens.pt(Tokens.bodySize)
+            color: root.look.soft
+            wrapMode: Text.WordWrap
+            textFormat: Text.PlainText
+        }
+
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: Tokens.spaceM
+
+            Section {
+                objectName: "latestPanel"
+                Layout.preferredWidth: 3
+                look: root.look
+                caption: "Latest activity"
+                keyTitle: "All"
+                onKeyPressed: root.showScreen("register")
+
+                Repeater {
+                    model: latest
+
+                    TxRow {
+                        required property string txId
+                        required kind
+                        required payee
+                        required category
+                        required dateText
+                        required accountName
+                        required amount
+                        required cleared
+
+                        objectName: "latestRow"
+                        Layout.fillWidth: true
+                        look: root.look
+                        onActivated: {
+                            const record = ledger.transaction(txId)
+                            if (record.id !== undefined)
+                                root.openSheet(CHSheet.editTx(record))
+                        }
+                    }
+                }
+                EmptyNote {
+                    objectName: "latestEmpty"
+                    Layout.fillWidth: true
+                    visible: latest.count === 0
+                    text: "Nothing logged yet. Use MONEY IN or MONEY OUT at the top, or import your bank's CSV."
+                    look: root.look
+                }
+            }
+
+            Section {
+                objectName: "accountsPanel"
+                Layout.preferredWidth: 2
+                look: root.look
+                caption: "Accounts"
+                keyIcon: "plus"
+                keyName: "New account"
+                onKeyPressed: root.openSheet(CHSheet.newAccount())
+
+                Repeater {
+                    model: summary.accounts
+
+                    RowBG {
+                        id: accountRow
+
+                        required property var modelData
+
+                        objectName: "accountRow"
+                        Layout.fillWidth: true
+                        look: root.look
+                        Accessible.role: Accessible.ListItem
+                        Accessible.name: modelData.name + ", " + modelData.balanceText
+
+                        RowLayout {
+                            anchors.fill: parent
+                            spacing: Tokens.spaceM
+
+                            Icon {
+                                Layout.preferredWidth: 22
+                                symbol: accountRow.modelData.icon
+                                size: 18
+                                color: root.look.soft
+                            }
+                            Text {
+                                Layout.fillWidth: true
+                                text: accountRow.modelData.name
+                                font.family: Tokens.textFamily
+                                font.weight: Font.Bold
+                                font.pointSize: Tokens.pt(Tokens.bodySize)
+                                color: root.look.text
+                                elide: Text.ElideRight
+                                textFormat: Text.PlainText
+                            }
+                            Text {
+                                objectName: "balanceText"
+                                text: accountRow.modelData.balanceText
+                                font.family: Tokens.lcdFamily
+                                font.weight: Font.Bold
+                                font.pointSize: Tokens.pt(Tokens.amountSize)
+                                color: accountRow.modelData.negative ? root.look.soft : root.look.text
+                                textFormat: Text.PlainText
+                            }
+                        }
+                    }
+                }
+            }
+        }
+
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: Tokens.spaceM
+
+            Section {
+                objectName: "billsPanel"
+                Layout.preferredWidth: 1
+                look: root.look
+                caption: "Bills due · next 14 days"
+                keyTitle: "Bills"
+                onKeyPressed: root.showScreen("bills")
+
+                Repeater {
+                    model: bills.upcoming
+
+                    BillLine {
+                        required property var modelData
+
+                        objectName: "billRow"
+                        Layout.fillWidth: true
+                        bill: modelData
+                        look: root.look
+                        onPayRequested: root.openSheet(CHSheet.payBill(modelData))
+                        onEditRequested: root.openSheet(CHSheet.editBill(modelData))
+                        onSkipRequested: bills.skip(modelData.id)
+                        onDeleteRequested: bills.deleteBill(modelData.id)
+                    }
+                }
+                EmptyNote {
+                    objectName: "billsEmpty"
+                    Layout.fillWidth: true
+                    visible: bills.upcoming.length === 0
+                    text: "No bills due in the next two weeks."
+                    look: root.look
+                }
+            }
+
+            Section {
+                objectName: "royaltiesPanel"
+                Layout.preferredWidth: 1
+                look: root.look
+                caption: "Royalties on the way"
+                keyTitle: "Royalties"
+                onKeyPressed: root.showScreen("royalties")
+
+                Repeater {
+                    model: summary.royalties
+
+                    RowBG {
+                        id: royaltyRow
+
+                        required property var modelData
+
+                        objectName: "royaltyRow"
+                        Layout.fillWidth: true
+                        look: root.look
+                        Accessible.role: Accessible.ListItem
+                        Accessible.name: modelData.payer + ", " + modelData.expectedText + ", " + modelData.expectedLine
+
+                        RowLayout {
+                            anchors.fill: parent
+                            spacing: Tokens.spaceM
+
+                            Icon {
+                                Layout.preferredWidth: 22
+                                symbol: "music.note"
+                                size: 18
+                                color: root.look.soft
+                            }
+                            ColumnLayout {
+                                Layout.fillWidth: true
+                                spacing: 1
+
+                                Text {
+                                    Layout.fillWidth: true
+                                    text: royaltyRow.modelData.payer
+                                    font.family: Tokens.textFamily
+                                    font.weight: Font.Bold
+                                    font.pointSize: Tokens.pt(Tokens.bodySize)
+                                    color: root.look.text
+                                    elide: Text.ElideRight
+                                    textFormat: Text.PlainText
+                                }
+                                Text {
+                                    objectName: "expectedLine"
+                                    Layout.fillWidth: true
+                                    text: royaltyRow.modelData.expectedLine
+                                    font.family: Tokens.textFamily
+                                    font.pointSize: Tokens.pt(Tokens.captionSize)
+                                    color: root.look.muted
+                                    elide: Text.ElideRight
+                                    textFormat: Text.PlainText
+                                }
+                            }
+                            Text {
+                                objectName: "expectedAmount"
+                                text: royaltyRow.modelData.expectedText
+                                font.family: Tokens.lcdFamily
+                                font.weight: Font.Bold
+                                font.pointSize: Tokens.pt(Tokens.amountSize)
+                                color: root.look.text
+                                textFormat: Text.PlainText
+                            }
+                            Key {
+                                objectName: "gotItKey"
+                                title: "Got it"
+                                look: root.look
+                                onClicked: root.openSheet(CHSheet.receiveRoyalty(royaltyRow.modelData))
+                            }
+                        }
+                    }
+                }
+                EmptyNote {
+                    objectName: "royaltiesEmpty"
+                    Layout.fillWidth: true
+                    visible: summary.royalties.length === 0
+                    text: "Add the royalty statements you expect so nothing slips by."
+                    look: root.look
+                }
+            }
+        }
+
+        Section {
+            objectName: "chartPanel"
+            Layout.bottomMargin: Tokens.spaceM
+            look: root.look
+            caption: "Money in vs money out · 6 months"
+            // The chart's panel has no key.
+            keyTitle: ""
+
+            MonthlyChart {
+                objectName: "monthlyChart"
+                Layout.fillWidth: true
+                Layout.preferredHeight: 240
+                months: summary.months
+                look: root.look
+            }
+        }
+    }
+}

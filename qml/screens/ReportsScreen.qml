@@ -1,0 +1,185 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Layouts
+import Coinhall
+
+// Income and spending for one of five periods: four figure tiles, the monthly chart,
+// and both sides split by category, spending compared with its budgets. The period
+// starts at "This month" each time the screen is shown.
+Item {
+    id: root
+
+    // The look to draw with.
+    property var look: Looks.current
+    // The figures of the chosen period.
+    readonly property alias bridge: bridge
+    // The chosen period, 0-4 in picker order.
+    property alias period: bridge.period
+
+    // Asks the root view to open a sheet (a CHSheet value).
+    signal openSheet(var sheet)
+    // Asks the root view to switch to another screen (its key, for example "bills").
+    signal showScreen(string screen)
+
+    ReportsBridge {
+        id: bridge
+
+        store: Store
+    }
+
+    ScreenColumn {
+        anchors.fill: parent
+
+        Panel {
+            Layout.fillWidth: true
+            look: root.look
+
+            RowLayout {
+                anchors.fill: parent
+                spacing: Tokens.spaceL
+
+                ScreenTitle {
+                    Layout.fillWidth: true
+                    Layout.minimumWidth: 200
+                    look: root.look
+                    title: "Reports"
+                    subtitle: "Where the money came from and where it went. Handy at tax time."
+                }
+
+                // The segmented period picker; its label is for screen readers only.
+                Row {
+                    objectName: "periodPicker"
+                    Layout.alignment: Qt.AlignVCenter
+                    spacing: 2
+                    Accessible.role: Accessible.PageTabList
+                    Accessible.name: "Period"
+
+                    Repeater {
+                        model: bridge.periodLabels
+
+                        Key {
+                            required property int index
+                            required property string modelData
+
+                            objectName: "periodKey"
+                            title: modelData
+                            look: root.look
+                            lit: bridge.period === index
+                            leftPadding: Tokens.spaceM
+                            rightPadding: Tokens.spaceM
+                            Accessible.role: Accessible.PageTab
+                            Accessible.checkable: true
+                            Accessible.checked: lit
+                            onClicked: bridge.period = index
+                        }
+                    }
+                }
+            }
+        }
+
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: Tokens.spaceM
+
+            StatTile {
+                objectName: "incomeTile"
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
+                look: root.look
+                label: "Income"
+                value: bridge.incomeText
+            }
+            StatTile {
+                objectName: "spendingTile"
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
+                look: root.look
+                label: "Spending"
+                value: bridge.spendingText
+            }
+            StatTile {
+                objectName: "netTile"
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
+                look: root.look
+                label: "Net"
+                value: bridge.netText
+            }
+            StatTile {
+                objectName: "royaltyShareTile"
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
+                look: root.look
+                label: "Royalties share of income"
+                value: bridge.royaltyShareText
+            }
+        }
+
+        Panel {
+            objectName: "chartPanel"
+            Layout.fillWidth: true
+            look: root.look
+
+            ColumnLayout {
+                anchors.fill: parent
+                spacing: Tokens.spaceS
+
+                Label2 {
+                    text: "Money in vs money out · 6 months"
+                    look: root.look
+                }
+
+                MonthlyChart {
+                    objectName: "monthlyChart"
+                    Layout.fillWidth: true
+                    Layout.preferredHeight: 220
+                    months: bridge.monthly
+                    look: root.look
+                }
+            }
+        }
+
+        RowLayout {
+            Layout.fillWidth: true
+            Layout.bottomMargin: Tokens.spaceM
+            spacing: Tokens.spaceM
+
+            Panel {
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
+                Layout.alignment: Qt.AlignTop
+                look: root.look
+
+                CategoryBars {
+                    objectName: "spendingBars"
+                    anchors.fill: parent
+                    title: "Spending by category"
+                    rows: bridge.spendingRows
+                    total: bridge.spending
+                    color: root.look.accent
+                    look: root.look
+                    budgets: bridge.budgets
+                    months: bridge.months
+                }
+            }
+
+            Panel {
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
+                Layout.alignment: Qt.AlignTop
+                look: root.look
+
+                CategoryBars {
+                    objectName: "incomeBars"
+                    anchors.fill: parent
+                    title: "Income by category"
+                    rows: bridge.incomeRows
+                    total: bridge.income
+                    color: Tokens.positive
+                    look: root.look
+                    months: bridge.months
+                }
+            }
+        }
+    }
+}

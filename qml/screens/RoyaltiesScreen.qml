@@ -1,0 +1,275 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Coinhall
+
+// The royalties screen: the statements on the way (with "Got it" when the money
+// lands), the ones received and how each compared with what was expected, and at the
+// side who paid this year.
+Item {
+    id: root
+
+    // The look to draw with.
+    property var look: Looks.current
+    readonly property alias royalties: royalties
+
+    // Asks the root view to open a sheet (a CHSheet value).
+    signal openSheet(var sheet)
+    // Asks the root view to switch to another screen (its key, for example "bills").
+    signal showScreen(string screen)
+
+    RoyaltiesBridge {
+        id: royalties
+
+        store: Store
+    }
+
+    component Figure: Text {
+        Layout.alignment: Qt.AlignRight
+        font.family: Tokens.lcdFamily
+        font.weight: Font.Bold
+        font.pointSize: Tokens.pt(Tokens.amountSize)
+        textFormat: Text.PlainText
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+
+    component Caption: Text {
+        Layout.fillWidth: true
+        font.family: Tokens.textFamily
+        font.weight: Font.DemiBold
+        font.pointSize: Tokens.pt(Tokens.bodySize)
+        elide: Text.ElideRight
+        textFormat: Text.PlainText
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: Tokens.spaceM
+
+        RowLayout {
+            Layout.fillWidth: true
+            Layout.margins: Tokens.spaceXL
+            Layout.bottomMargin: Tokens.spaceXS
+            spacing: Tokens.spaceL
+
+            ScreenTitle {
+                Layout.fillWidth: true
+                title: "Royalties"
+                subtitle: "Log the statements you expect, then hit GOT IT when the money lands."
+                look: root.look
+            }
+            Key {
+                objectName: "addRoyaltyKey"
+                Layout.alignment: Qt.AlignTop
+                title: "Add royalty"
+                icon.name: "plus"
+                look: root.look
+                onClicked: root.openSheet(CHSheet.newRoyalty())
+            }
+        }
+
+        RowLayout {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            spacing: Tokens.spaceM
+
+            Flickable {
+                id: list
+
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                contentWidth: width
+                contentHeight: column.implicitHeight
+                clip: true
+                boundsBehavior: Flickable.StopAtBounds
+
+                ScrollBar.vertical: ScrollBar {
+                    policy: list.contentHeight > list.height ? ScrollBar.AsNeeded : ScrollBar.AlwaysOff
+                }
+
+                ColumnLayout {
+                    id: column
+
+                    width: list.width - (list.contentHeight > list.height ? Tokens.spaceL : 0)
+                    spacing: Tokens.spaceM
+
+                    Panel {
+                        Layout.fillWidth: true
+                        look: root.look
+
+                        ColumnLayout {
+                            anchors.fill: parent
+                            spacing: Tokens.spaceS
+
+                            Label2 {
+                                text: "Expected"
+                                look: root.look
+                            }
+
+                            Repeater {
+                                // A count, not the list: a change updates the rows in place.
+                                model: royalties.expected.length
+
+                                RoyaltyLine {
+                                    required property int index
+
+                                    objectName: "expectedRow"
+                                    Layout.fillWidth: true
+                                    royalty: royalties.expected[index] || ({})
+                                    look: root.look
+                                    onReceiveRequested: root.openSheet(CHSheet.receiveRoyalty(royalty))
+                                    onEditRequested: root.openSheet(CHSheet.editRoyalty(royalty))
+                                    onDeleteRequested: royalties.deleteRoyalty(royalty.id)
+                                }
+                            }
+
+                            EmptyNote {
+                                objectName: "noExpectedNote"
+                                Layout.fillWidth: true
+                                visible: royalties.expected.length === 0
+                                text: "Nothing expected right now. Add DistroKid, BMI/ASCAP, SoundExchange, publishers or software sales."
+                                look: root.look
+                            }
+                        }
+                    }
+
+                    Panel {
+                        Layout.fillWidth: true
+                        look: root.look
+
+                        ColumnLayout {
+                            anchors.fill: parent
+                            spacing: Tokens.spaceS
+
+                            Label2 {
+                                text: "Received"
+                                look: root.look
+                            }
+
+                            Repeater {
+                                model: royalties.received.length
+
+                                RoyaltyLine {
+                                    required property int index
+
+                                    objectName: "receivedRow"
+                                    Layout.fillWidth: true
+                                    royalty: royalties.received[index] || ({})
+                                    look: root.look
+                                    onEditRequested: root.openSheet(CHSheet.editRoyalty(royalty))
+                                    onDeleteRequested: royalties.deleteRoyalty(royalty.id)
+                                }
+                            }
+
+                            EmptyNote {
+                                objectName: "noReceivedNote"
+                                Layout.fillWidth: true
+                                visible: royalties.received.length === 0
+                                text: "Received royalties are listed here and added to your income."
+                                look: root.look
+                            }
+                        }
+                    }
+                }
+            }
+
+            Panel {
+                Layout.preferredWidth: 300
+                Layout.maximumWidth: 300
+                Layout.fillHeight: true
+                look: root.look
+                screws: true
+                leftPadding: Tokens.spaceXL
+                rightPadding: Tokens.spaceXL
+                topPadding: Tokens.spaceXL
+                bottomPadding: Tokens.spaceXL
+
+                ColumnLayout {
+                    anchors.fill: parent
+                    spacing: Tokens.spaceS
+                    clip: true
+
+                    Label2 {
+                        text: "Who paid you this year"
+                        look: root.look
+                    }
+
+                    Repeater {
+                        model: royalties.payers
+
+                        RowLayout {
+                            id: payerRow
+
+                            required property var modelData
+
+                            objectName: "payerRow"
+                            Layout.fillWidth: true
+                            spacing: Tokens.spaceS
+                            Accessible.role: Accessible.ListItem
+                            Accessible.name: modelData.payer + ", " + modelData.totalText
+
+                            Caption {
+                                text: payerRow.modelData.payer
+                                color: root.look.text
+                            }
+                            Figure {
+                                text: payerRow.modelData.totalText
+                                color: Tokens.positive
+                            }
+                        }
+                    }
+
+                    EmptyNote {
+                        Layout.fillWidth: true
+                        visible: royalties.payers.length === 0
+                        text: "Nobody has paid yet this year."
+                        look: root.look
+                    }
+
+                    Rectangle {
+                        Layout.fillWidth: true
+                        Layout.topMargin: Tokens.spaceS
+                        Layout.bottomMargin: Tokens.spaceXS
+                        implicitHeight: 1
+                        color: root.look.line
+                    }
+
+                    RowLayout {
+                        Layout.fillWidth: true
+                        spacing: Tokens.spaceS
+
+                        Caption {
+                            text: "Received in " + royalties.year
+                            color: root.look.soft
+                        }
+                        Figure {
+                            objectName: "receivedThisYear"
+                            text: royalties.receivedThisYearText
+                            color: Tokens.positive
+                        }
+                    }
+                    RowLayout {
+                        Layout.fillWidth: true
+                        spacing: Tokens.spaceS
+
+                        Caption {
+                            text: "Still expected"
+                            color: root.look.soft
+                        }
+                        Figure {
+                            objectName: "stillExpected"
+                            text: royalties.stillExpectedText
+                            color: root.look.text
+                        }
+                    }
+
+                    Item {
+                        Layout.fillHeight: true
+                    }
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,343 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Dialogs
+import QtQuick.Layouts
+import Coinhall
+
+// The register: every ledger line, newest first, narrowed by account, flow, a search
+// and "This month only", with the filtered lines' count and sums, the export key, and
+// per line a double click to change it and a menu to mark it cleared or delete it.
+// From the keyboard: Up and Down move through the lines, Return opens the current
+// one, the Menu key (or Shift+F10) opens its menu.
+Item {
+    id: root
+
+    // The look to draw with.
+    property var look: Looks.current
+    // The account whose lines are listed (QUuid text); empty for all accounts.
+    property string accountId: ""
+
+    readonly property alias lines: lines
+    readonly property alias list: list
+    readonly property alias searchField: searchField
+    readonly property alias flowPicker: flowPicker
+    readonly property alias monthToggle: monthToggle
+    readonly property alias accountPicker: accountPicker
+    readonly property alias menu: menu
+    readonly property alias exportDialog: exportDialog
+    // "All accounts" and then every account of the Book.
+    readonly property var accountChoices: [{ id: "", name: "All accounts" }].concat(
+        ledger.accounts.map(a => ({ id: a.id, name: a.name })))
+
+    // Asks the root view to open a sheet (a CHSheet value).
+    signal openSheet(var sheet)
+    // Asks the root view to switch to another screen (its key, for example "bills").
+    signal showScreen(string screen)
+
+    // Opens the editor for the line with this id.
+    function edit(txId: string) {
+        const record = ledger.transaction(txId)
+        if (record.id !== undefined)
+            openSheet(CHSheet.editTx(record))
+    }
+
+    // Opens the line's menu at (x, y) of `item`.
+    function showMenu(txId: string, cleared: bool, item: Item, x: real, y: real) {
+        menu.txId = txId
+        menu.cleared = cleared
+        menu.popup(item, x, y)
+    }
+
+    // Opens the save dialog of the export, proposing "Coinhall transactions.csv".
+    function startExport() {
+        const proposed = ledger.proposedExportFile()
+        exportDialog.currentFolder = String(proposed).replace(/\/[^\/]*$/, "")
+        exportDialog.selectedFile = proposed
+        exportDialog.open()
+    }
+
+    LedgerBridge {
+        id: ledger
+
+        store: Store
+    }
+
+    TransactionListModel {
+        id: lines
+
+        store: Store
+        accountFilter: root.accountChoices.some(c => c.id === root.accountId) ? root.accountId : ""
+        flow: flowPicker.currentIndex
+        search: searchField.text
+        monthOnly: monthToggle.checked
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: Tokens.spaceM
+
+        RowLayout {
+            Layout.fillWidth: true
+            Layout.leftMargin: Tokens.spaceXS
+            spacing: Tokens.spaceL
+
+            ScreenTitle {
+                Layout.fillWidth: true
+                look: root.look
+                title: "Transactions"
+                subtitle: "Every deposit, payment and transfer. Double-click a line to change it."
+            }
+
+            Key {
+                objectName: "exportKey"
+                Layout.alignment: Qt.AlignTop
+                look: root.look
+                icon.name: "square.and.arrow.up"
+                title: "Export"
+                onClicked: root.startExport()
+            }
+        }
+
+        Panel {
+            Layout.fillWidth: true
+            look: root.look
+            topPadding: Tokens.spaceM
+            bottomPadding: Tokens.spaceM
+
+            RowLayout {
+                anchors.fill: parent
+                spacing: Tokens.spaceM
+
+                Text {
+                    text: "Account"
+                    font.family: Tokens.textFamily
+                    font.weight: Font.DemiBold
+                    font.pointSize: Tokens.pt(Tokens.bodySize)
+                    color: root.look.soft
+                    textFormat: Text.PlainText
+                    Accessible.ignored: true
+                }
+
+                TxChoice {
+                    id: accountPicker
+
+                    objectName: "accountFilter"
+                    Layout.preferredWidth: 170
+                    look: root.look
+                    model: root.accountChoices
+                    textRole: "name"
+                    currentIndex: Math.max(0, root.accountChoices.findIndex(c => c.id === root.accountId))
+                    Accessible.name: "Account"
+                    onActivated: index => root.accountId = root.accountChoices[index].id
+                }
+
+                TxSegments {
+                    id: flowPicker
+
+                    objectName: "flowPicker"
+                    look: root.look
+                    name: "Flow"
+                    options: ["All", "Money in", "Money out"]
+                }
+
+                TxTextField {
+                    id: searchField
+
+                    objectName: "searchField"
+                    Layout.fillWidth: true
+                    Layout.minimumWidth: 120
+                    look: root.look
+                    placeholderText: "Search payee, category, note"
+                    Accessible.name: placeholderText
+                }
+
+                TxToggle {
+                    id: monthToggle
+
+                    objectName: "monthToggle"
+                    look: root.look
+                    text: "This month only"
+                }
+            }
+        }
+
+        LCD {
+            objectName: "summary"
+            Layout.fillWidth: true
+            look: root.look
+            padding: Tokens.spaceS
+
+            RowLayout {
+                anchors.fill: parent
+                anchors.leftMargin: Tokens.spaceS
+                anchors.rightMargin: Tokens.spaceS
+                spacing: Tokens.spaceXL
+
+                Repeater {
+                    model: [lines.linesText, lines.inText, lines.outText]
+
+                    Text {
+                        required property string modelData
+
+                        text: modelData
+                        font.family: Tokens.lcdFamily
+                        font.weight: Font.Bold
+                        font.pointSize: Tokens.pt(Tokens.bodySize)
+                        color: root.look.lcd
+                        textFormat: Text.PlainText
+                        Accessible.role: Accessible.StaticText
+                        Accessible.name: text
+                    }
+                }
+
+                Item {
+                    Layout.fillWidth: true
+                }
+            }
+        }
+
+        Panel {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            look: root.look
+            padding: Tokens.spaceM
+
+            ListView {
+                id: list
+
+                objectName: "register"
+                anchors.fill: parent
+                clip: true
+                spacing: Tokens.spaceS
+                model: lines
+                boundsBehavior: Flickable.StopAtBounds
+                keyNavigationEnabled: true
+                activeFocusOnTab: true
+                highlightMoveDuration: 0
+                // Rows are built a little beyond the view so a fast scroll does not show gaps.
+                cacheBuffer: 400
+                Accessible.role: Accessible.List
+                Accessible.name: "Transactions"
+
+                Keys.onReturnPressed: root.edit(lines.idAt(currentIndex))
+                Keys.onEnterPressed: root.edit(lines.idAt(currentIndex))
+                Keys.onPressed: event => {
+                    const menuKey = event.key === Qt.Key_Menu
+                                    || (event.key === Qt.Key_F10 && (event.modifiers & Qt.ShiftModifier))
+                    if (!menuKey || !currentItem)
+                        return
+                    event.accepted = true
+                    root.showMenu(lines.idAt(currentIndex), currentItem.cleared, currentItem, Tokens.spaceXL,
+                                  currentItem.height / 2)
+                }
+
+                ScrollBar.vertical: ScrollBar {
+                    policy: list.contentHeight > list.height ? ScrollBar.AlwaysOn : ScrollBar.AsNeeded
+                }
+
+                delegate: TxRow {
+                    id: row
+
+                    required property int index
+                    required property string txId
+                    required kind
+                    required payee
+                    required category
+                    required dateText
+                    required accountName
+                    required amount
+                    required cleared
+
+                    width: ListView.view.width - (list.ScrollBar.vertical.visible ? list.ScrollBar.vertical.width : 0)
+                    look: root.look
+                    showAccount: true
+                    current: ListView.isCurrentItem && list.activeFocus
+
+                    onPicked: {
+                        list.currentIndex = index
+                        list.forceActiveFocus()
+                    }
+                    onActivated: root.edit(txId)
+                    onMenuRequested: (x, y) => root.showMenu(txId, cleared, row, x, y)
+                }
+            }
+
+            EmptyNote {
+                objectName: "emptyNote"
+                anchors.top: parent.top
+                look: root.look
+                visible: lines.count === 0
+                text: "No transactions match."
+            }
+        }
+    }
+
+    // The menu of one line.
+    Menu {
+        id: menu
+
+        // The line the menu is for, and whether it is cleared now.
+        property string txId
+        property bool cleared
+
+        LookMenuItem {
+            objectName: "clearedItem"
+            look: root.look
+            text: menu.cleared ? "Mark as pending" : "Mark as cleared"
+            onTriggered: ledger.setCleared(menu.txId, !menu.cleared)
+        }
+        LookMenuItem {
+            objectName: "deleteItem"
+            look: root.look
+            text: "Delete"
+            destructive: true
+            onTriggered: ledger.deleteTransaction(menu.txId)
+        }
+
+        background: Rectangle {
+            implicitWidth: 190
+            radius: Tokens.wellRadius
+            color: root.look.well
+            border.width: 1
+            border.color: root.look.line
+        }
+    }
+
+    FileDialog {
+        id: exportDialog
+
+        title: "Export transactions"
+        fileMode: FileDialog.SaveFile
+        nameFilters: ["Comma-separated text (*.csv)"]
+        defaultSuffix: "csv"
+        onAccepted: ledger.exportCSV(selectedFile)
+    }
+
+    // A menu entry in the look's colours; inline components do not see `root`, so the look is passed in.
+    component LookMenuItem: MenuItem {
+        id: item
+
+        property var look: Looks.current
+        property bool destructive: false
+
+        font.family: Tokens.textFamily
+        font.pointSize: Tokens.pt(Tokens.bodySize)
+
+        contentItem: Text {
+            text: item.text
+            font: item.font
+            color: item.destructive ? Tokens.destructive : item.look.text
+            verticalAlignment: Text.AlignVCenter
+            elide: Text.ElideRight
+            textFormat: Text.PlainText
+        }
+
+        background: Rectangle {
+            implicitHeight: Tokens.fieldHeight
+            radius: Tokens.rowRadius
+            color: item.highlighted ? Qt.rgba(item.look.accent.r, item.look.accent.g, item.look.accent.b, 0.28)
+                                    : "transparent"
+        }
+    }
+}

@@ -1,0 +1,159 @@
+import QtQuick
+import QtQuick.Layouts
+import Coinhall
+
+// One ledger line of any list of transactions: a symbol by kind, the payee, the
+// category and date (and the account when `showAccount`), "PENDING" while the line is
+// not cleared, and the amount with its sign. It shows what it is given and acts on
+// nothing itself: a double click asks for the line to be opened, a right click for
+// its menu. The roles of TransactionListModel have the same names as its properties.
+Item {
+    id: root
+
+    // The look to draw with.
+    property var look: Looks.current
+    // The transaction's kind as stored: "deposit", "expense", "transfer", "royalty" or "bill".
+    property string kind: "expense"
+    property string payee
+    property string category
+    // The date as the user reads it ("Mar 4, 2025").
+    property string dateText
+    property string accountName
+    // The amount as exact decimal text ("-45.1").
+    property string amount: "0"
+    property bool cleared: true
+    // Whether the account's name is shown on the line.
+    property bool showAccount: false
+    // Drawn as the list's current line (keyboard selection).
+    property bool current: false
+
+    // The line was double-clicked: open it.
+    signal activated
+    // The line was clicked.
+    signal picked
+    // The line's menu was asked for, at (x, y) in the line's coordinates.
+    signal menuRequested(real x, real y)
+
+    readonly property string symbol: {
+        switch (kind) {
+        case "deposit":
+            return "arrow.down.circle"
+        case "transfer":
+            return "arrow.left.arrow.right"
+        case "royalty":
+            return "music.note"
+        case "bill":
+            return "doc.text"
+        }
+        return "arrow.up.circle"
+    }
+    readonly property string detail: [category, dateText].concat(showAccount && accountName !== "" ? [accountName] : [])
+                                     .filter(s => s !== "").join(" · ")
+
+    implicitWidth: plate.implicitWidth
+    implicitHeight: plate.implicitHeight
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: [payee, detail, cleared ? "" : "pending", amountText.text].filter(s => s !== "").join(", ")
+
+    RowBG {
+        id: plate
+
+        anchors.fill: parent
+        look: root.look
+
+        RowLayout {
+            anchors.fill: parent
+            spacing: Tokens.spaceM
+
+            Icon {
+                Layout.preferredWidth: 22
+                symbol: root.symbol
+                size: 18
+                color: root.amount.startsWith("-") ? root.look.soft : Tokens.positive
+            }
+
+            ColumnLayout {
+                Layout.fillWidth: true
+                spacing: 1
+
+                Text {
+                    Layout.fillWidth: true
+                    text: root.payee
+                    font.family: Tokens.textFamily
+                    font.weight: Font.Bold
+                    font.pointSize: Tokens.pt(Tokens.bodySize)
+                    color: root.look.text
+                    elide: Text.ElideRight
+                    textFormat: Text.PlainText
+                }
+                Text {
+                    Layout.fillWidth: true
+                    text: root.detail
+                    font.family: Tokens.textFamily
+                    font.pointSize: Tokens.pt(Tokens.captionSize)
+                    color: root.look.muted
+                    elide: Text.ElideRight
+                    textFormat: Text.PlainText
+                }
+            }
+
+            Rectangle {
+                objectName: "pendingBadge"
+                visible: !root.cleared
+                implicitWidth: badge.implicitWidth + 2 * Tokens.spaceS
+                implicitHeight: badge.implicitHeight + 4
+                radius: Tokens.rowRadius
+                color: "transparent"
+                border.width: 1
+                border.color: root.look.accent
+
+                Text {
+                    id: badge
+
+                    anchors.centerIn: parent
+                    text: "PENDING"
+                    font.family: Tokens.textFamily
+                    font.weight: Font.ExtraBold
+                    font.pointSize: Tokens.pt(Tokens.label2Size)
+                    font.letterSpacing: Tokens.label2Tracking
+                    color: root.look.accent
+                    textFormat: Text.PlainText
+                }
+            }
+
+            AmountText {
+                id: amountText
+
+                Layout.alignment: Qt.AlignVCenter
+                amount: root.amount
+                look: root.look
+            }
+        }
+    }
+
+    // The keyboard selection's ring.
+    Rectangle {
+        anchors.fill: parent
+        radius: Tokens.rowRadius
+        color: "transparent"
+        border.width: 1.5
+        border.color: root.look.accent2
+        visible: root.current
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        onClicked: mouse => {
+            root.picked()
+            if (mouse.button === Qt.RightButton)
+                root.menuRequested(mouse.x, mouse.y)
+        }
+        onDoubleClicked: mouse => {
+            if (mouse.button === Qt.LeftButton)
+                root.activated()
+        }
+        onPressAndHold: mouse => root.menuRequested(mouse.x, mouse.y)
+    }
+}

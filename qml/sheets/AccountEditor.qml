@@ -1,0 +1,123 @@
+import QtQuick
+import QtQuick.Layouts
+import Coinhall
+
+// The account editor: a new account, or a change to one. Saving reads the starting
+// balance as typed (text that is no amount counts as 0). An account that has
+// transactions can be closed but not deleted, and the editor says so.
+SheetFrame {
+    id: root
+
+    // The sheet case that opened this editor (CHSheet): newAccount, or editAccount
+    // with the account as `record` (at least its id).
+    property var sheet
+    readonly property bool isNew: !sheet || sheet.kind !== "editAccount"
+    // The edited account as the Book has it (see AccountsBridge.account), read by load().
+    property var stored: ({ found: false })
+    // What the form starts from: the stored account; a record the Book does not know
+    // is taken as given.
+    readonly property var given: isNew ? ({}) : (stored.found ? stored : sheet.record)
+    readonly property bool hasTransactions: stored.found === true && stored.hasTransactions === true
+    // Edit state.
+    property alias name: nameRow.text
+    property alias kindIndex: kindRow.currentIndex
+    property alias opening: openingField.text
+    property alias closed: closedToggle.checked
+
+    // Closes the sheet.
+    signal done
+
+    width: 520
+    title: isNew ? "New account" : "Change account"
+    saveTitle: "Save"
+    canSave: name.trim() !== ""
+    extraTitle: !isNew && !hasTransactions ? "Delete account" : ""
+
+    onSave: {
+        bridge.saveAccount(isNew ? "" : String(given.id || ""), name.trim(), bridge.kinds[Math.max(0, kindIndex)],
+                           opening, closed)
+        done()
+    }
+    onCancel: done()
+    onExtra: {
+        bridge.deleteAccount(String(given.id || ""))
+        done()
+    }
+
+    // Fills the form from the account (or the defaults of a new one).
+    function load() {
+        stored = bridge.account(isNew ? "" : String(sheet.record.id))
+        name = given.name || ""
+        kindIndex = Math.max(0, bridge.kinds.indexOf(given.kind || ""))
+        opening = given.opening !== undefined && given.opening !== "0" ? String(given.opening) : ""
+        closed = given.closed === true
+    }
+
+    // The sheet host hands the case over after the editor is made.
+    onSheetChanged: load()
+    Component.onCompleted: load()
+
+    AccountsBridge {
+        id: bridge
+
+        store: Store
+    }
+
+    CHTextRow {
+        id: nameRow
+
+        objectName: "nameField"
+        label: "Name (e.g. Chase checking, Business savings)"
+        stacked: true
+        look: root.look
+    }
+
+    CHPickerRow {
+        id: kindRow
+
+        objectName: "kindPicker"
+        label: "Kind"
+        model: bridge.kinds
+        look: root.look
+    }
+
+    MoneyField {
+        id: openingField
+
+        objectName: "openingField"
+        label: "Starting balance"
+        look: root.look
+    }
+
+    Text {
+        Layout.fillWidth: true
+        Layout.leftMargin: Tokens.fieldLabelWidth + Tokens.spaceM
+        text: "Enter what the account had on the day you start using Coinhall. For a credit card, enter what you owe as a minus number (e.g. -450)."
+        font.family: Tokens.textFamily
+        font.pointSize: Tokens.pt(Tokens.captionSize)
+        color: root.look.muted
+        wrapMode: Text.WordWrap
+        textFormat: Text.PlainText
+    }
+
+    CHToggle {
+        id: closedToggle
+
+        objectName: "closedToggle"
+        Layout.fillWidth: true
+        text: "Closed / hide this account"
+        look: root.look
+    }
+
+    Text {
+        objectName: "deleteNote"
+        Layout.fillWidth: true
+        visible: root.hasTransactions
+        text: "This account has transactions, so it can be closed but not deleted."
+        font.family: Tokens.textFamily
+        font.pointSize: Tokens.pt(Tokens.captionSize)
+        color: root.look.soft
+        wrapMode: Text.WordWrap
+        textFormat: Text.PlainText
+    }
+}

@@ -1,0 +1,233 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Layouts
+import Coinhall
+
+// The bill editor: a new bill or a change to one. It edits a private copy of the
+// bill and hands it to the Store only on save; "Delete bill" removes a stored one
+// (the lines its payments booked stay in the ledger).
+SheetFrame {
+    id: root
+
+    // The sheet case that opened this editor (CHSheet): newBill, or editBill with the bill.
+    property var sheet
+    readonly property bool isNew: !sheet || sheet.kind !== "editBill"
+    // The bill as it was when the sheet opened (a map from BillsBridge).
+    property var b: ({})
+    readonly property alias bills: bills
+    // The fields, as the user has them now.
+    property alias name: nameField.text
+    property alias amount: amountField.text
+    property alias due: dueField.date
+    property alias repeats: repeatsField.value
+    property alias category: categoryField.value
+    property alias accountId: accountField.selection
+    property alias remindDays: remindField.value
+    property alias autopay: autopayField.checked
+    property alias website: websiteField.text
+    property alias note: noteField.text
+
+    // Closes the sheet.
+    signal done
+
+    // Fills the fields from the stored bill (or, when it is gone, the record the sheet
+    // carries), or with a new bill's defaults.
+    function load() {
+        const fresh = bills.newBill()
+        let start = fresh
+        // Read from `sheet` itself: this runs when it changes, maybe before `isNew` follows.
+        if (sheet && sheet.kind === "editBill") {
+            const record = sheet.record || {}
+            const stored = bills.bill(String(record.id || ""))
+            start = stored.id !== undefined ? stored : Object.assign({}, fresh, record)
+        }
+        b = start
+        name = start.name || ""
+        amount = start.editAmount || ""
+        due = start.due
+        repeats = start.repeats
+        category = start.category
+        accountId = start.accountId || ""
+        remindDays = start.remindDays
+        autopay = start.autopay === true
+        website = start.website || ""
+        note = start.note || ""
+    }
+
+    function commit() {
+        const saved = bills.saveBill({
+            id: isNew ? "" : String(b.id || ""),
+            name: name,
+            amount: amount,
+            due: due,
+            repeats: repeats,
+            category: category,
+            accountId: accountId,
+            autopay: autopay,
+            remindDays: remindDays,
+            website: website,
+            note: note
+        })
+        if (saved)
+            done()
+    }
+
+    title: isNew ? "New bill" : "Change bill"
+    saveTitle: "Save"
+    canSave: name !== "" && amountField.valid
+    extraTitle: isNew ? "" : "Delete bill"
+
+    onSave: commit()
+    onCancel: done()
+    onExtra: {
+        bills.deleteBill(String(b.id || ""))
+        done()
+    }
+    onSheetChanged: load()
+    Component.onCompleted: load()
+
+    BillsBridge {
+        id: bills
+
+        store: Store
+    }
+
+    SchedForm {
+        look: root.look
+
+        SchedTextField {
+            id: nameField
+
+            objectName: "nameField"
+            label: "Name (e.g. Rent, Verizon, Web hosting)"
+            look: root.look
+        }
+
+        MoneyField {
+            id: amountField
+
+            objectName: "amountField"
+            label: "Amount"
+            look: root.look
+        }
+
+        SchedDateField {
+            id: dueField
+
+            objectName: "dueField"
+            label: "Next due date"
+            look: root.look
+        }
+
+        SchedPicker {
+            id: repeatsField
+
+            objectName: "repeatsField"
+            label: "Repeats"
+            options: bills.repeatNames
+            look: root.look
+        }
+
+        SchedPicker {
+            id: categoryField
+
+            objectName: "categoryField"
+            label: "Category"
+            // A category no longer in the Book's list is still offered for this bill.
+            options: bills.categories.indexOf(value) < 0 && value !== "" ? [value].concat(bills.categories)
+                                                                          : bills.categories
+            look: root.look
+        }
+
+        AccountPicker {
+            id: accountField
+
+            objectName: "accountField"
+            label: "Paid from"
+            store: Store
+            look: root.look
+        }
+
+        SchedStepper {
+            id: remindField
+
+            objectName: "remindField"
+            text: bills.remindText(value)
+            from: 0
+            to: 30
+            decreaseName: "Remind fewer days before"
+            increaseName: "Remind more days before"
+            look: root.look
+        }
+
+        SchedToggle {
+            id: autopayField
+
+            objectName: "autopayField"
+            text: "Autopay is set up with the company"
+            look: root.look
+        }
+
+        SchedTextField {
+            id: websiteField
+
+            objectName: "websiteField"
+            label: "Website to pay it"
+            look: root.look
+        }
+
+        SchedTextField {
+            id: noteField
+
+            objectName: "noteField"
+            label: "Note (account number, phone…)"
+            look: root.look
+        }
+
+        ColumnLayout {
+            objectName: "history"
+            Layout.fillWidth: true
+            Layout.topMargin: Tokens.spaceS
+            visible: (root.b.history || []).length > 0
+            spacing: Tokens.spaceXS
+
+            Label2 {
+                text: "Payment history"
+                look: root.look
+            }
+
+            Repeater {
+                model: root.b.history || []
+
+                RowLayout {
+                    id: payment
+
+                    required property var modelData
+
+                    Layout.fillWidth: true
+                    spacing: Tokens.spaceM
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: modelData.dateText + ", " + modelData.amountText
+
+                    Text {
+                        Layout.fillWidth: true
+                        text: payment.modelData.dateText
+                        font.family: Tokens.textFamily
+                        font.pointSize: Tokens.pt(Tokens.bodySize)
+                        color: root.look.soft
+                        elide: Text.ElideRight
+                        textFormat: Text.PlainText
+                    }
+                    Text {
+                        text: payment.modelData.amountText
+                        font.family: Tokens.lcdFamily
+                        font.weight: Font.Bold
+                        font.pointSize: Tokens.pt(Tokens.bodySize)
+                        color: root.look.text
+                        textFormat: Text.PlainText
+                    }
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,67 @@
+import QtQuick
+import QtQuick.Templates as T
+import Coinhall
+
+// An on/off switch with its label beside it, drawn as a small lit rocker: the
+// track glows in the look's accent while on. Space toggles it; `toggled` tells a
+// user's change apart from a bound value.
+T.Switch {
+    id: root
+
+    // The look to draw with.
+    property var look: Looks.current
+
+    implicitWidth: leftPadding + implicitIndicatorWidth + spacing + implicitContentWidth + rightPadding
+    implicitHeight: Math.max(implicitIndicatorHeight, implicitContentHeight) + topPadding + bottomPadding
+    padding: 2
+    spacing: Tokens.spaceM
+    focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
+
+    Accessible.role: Accessible.CheckBox
+    Accessible.name: text
+    Accessible.checkable: true
+    Accessible.checked: checked
+
+    indicator: Rectangle {
+        x: root.leftPadding
+        y: root.topPadding + (root.availableHeight - height) / 2
+        implicitWidth: 38
+        implicitHeight: 20
+        radius: height / 2
+        color: root.checked ? root.look.accent : root.look.well
+        border.width: root.visualFocus ? 1.5 : 1
+        border.color: root.visualFocus ? root.look.accent2 : root.look.line
+
+        Rectangle {
+            x: root.checked ? parent.width - width - 3 : 3
+            anchors.verticalCenter: parent.verticalCenter
+            width: parent.height - 6
+            height: width
+            radius: width / 2
+            gradient: Gradient {
+                GradientStop { position: 0; color: Qt.lighter(root.look.panelTop, 1.6) }
+                GradientStop { position: 1; color: root.look.panelBottom }
+            }
+            border.width: 1
+            border.color: Qt.rgba(0, 0, 0, 0.45)
+
+            Behavior on x {
+                NumberAnimation { duration: 90 }
+            }
+        }
+    }
+
+    contentItem: Text {
+        leftPadding: root.indicator.width + root.spacing
+        text: root.text
+        font.family: Tokens.textFamily
+        font.weight: Font.DemiBold
+        font.pointSize: Tokens.pt(Tokens.bodySize)
+        color: root.enabled ? root.look.text : root.look.muted
+        verticalAlignment: Text.AlignVCenter
+        wrapMode: Text.WordWrap
+        textFormat: Text.PlainText
+        Accessible.ignored: true
+    }
+}

@@ -1,0 +1,259 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Dialogs
+import QtQuick.Layouts
+import Coinhall
+
+// Brings a bank's CSV download into one account: choose the file, check which column
+// is which, pick the account, flip the signs if the bank shows spending as money in,
+// look at the preview with its counts, and import the new lines.
+SheetFrame {
+    id: root
+
+    // The sheet case that opened this editor (CHSheet).
+    property var sheet
+    // The file, mapping, account and preview.
+    readonly property alias bridge: bridge
+    // The six column pickers, in the order of ImportBridge.Column.
+    readonly property var columnLabels: ["Date", "Description", "Amount", "Debit (money out)", "Credit (money in)",
+        "Category (optional)"]
+
+    // Closes the sheet.
+    signal done
+
+    // Reads the file the open panel confirmed (a file address).
+    function chooseFile(file: url) {
+        bridge.open(file)
+    }
+
+    width: 720
+    height: 680
+    title: "Import from your bank"
+    saveTitle: bridge.importTitle
+    canSave: bridge.newCount > 0
+    onSave: {
+        bridge.importNow()
+        done()
+    }
+    onCancel: done()
+
+    ImportBridge {
+        id: bridge
+
+        store: Store
+    }
+
+    FileDialog {
+        id: openPanel
+
+        title: "Choose CSV file"
+        fileMode: FileDialog.OpenFile
+        nameFilters: ["Comma-separated text (*.csv *.CSV)", "Plain text (*.txt *.TXT)"]
+        onAccepted: root.chooseFile(selectedFile)
+    }
+
+    Text {
+        Layout.fillWidth: true
+        text: "Log in to your bank's website, download your activity as a CSV file (sometimes called \"Export\" or \"Download transactions\"), then choose it here. Lines you've already imported are skipped automatically."
+        font.family: Tokens.textFamily
+        font.pointSize: Tokens.pt(Tokens.captionSize + 0.5)
+        color: root.look.soft
+        wrapMode: Text.WordWrap
+        textFormat: Text.PlainText
+    }
+
+    RowLayout {
+        Layout.fillWidth: true
+        spacing: Tokens.spaceM
+
+        Key {
+            objectName: "chooseFileKey"
+            title: "Choose CSV file…"
+            look: root.look
+            onClicked: openPanel.open()
+        }
+        Text {
+            objectName: "fileName"
+            Layout.fillWidth: true
+            text: bridge.fileName !== "" ? bridge.fileName : "No file chosen"
+            font.family: Tokens.textFamily
+            font.weight: bridge.fileName !== "" ? Font.DemiBold : Font.Normal
+            font.pointSize: Tokens.pt(Tokens.bodySize)
+            color: bridge.fileName !== "" ? root.look.text : root.look.muted
+            elide: Text.ElideMiddle
+            textFormat: Text.PlainText
+        }
+    }
+
+    Text {
+        objectName: "message"
+        Layout.fillWidth: true
+        visible: bridge.message !== ""
+        text: bridge.message
+        font.family: Tokens.textFamily
+        font.weight: Font.DemiBold
+        font.pointSize: Tokens.pt(Tokens.captionSize + 0.5)
+        color: Tokens.destructive
+        wrapMode: Text.WordWrap
+        textFormat: Text.PlainText
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: text
+    }
+
+    Label2 {
+        Layout.topMargin: Tokens.spaceXS
+        visible: bridge.hasFile
+        text: "Which column is which"
+        look: root.look
+    }
+
+    GridLayout {
+        objectName: "columnPickers"
+        Layout.fillWidth: true
+        visible: bridge.hasFile
+        columns: 2
+        columnSpacing: Tokens.spaceL
+        rowSpacing: Tokens.spaceS
+
+        Repeater {
+            model: root.columnLabels
+
+            CHPickerRow {
+                required property int index
+                required property string modelData
+
+                objectName: "columnPicker"
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
+                label: modelData
+                labelWidth: 128
+                model: bridge.columnChoices
+                currentIndex: bridge.choices.length > index ? bridge.choices[index] : 0
+                look: root.look
+                onActivated: choice => bridge.setChoice(index, choice)
+            }
+        }
+    }
+
+    AccountPicker {
+        objectName: "accountPicker"
+        Layout.topMargin: Tokens.spaceXS
+        label: "Put them in"
+        selection: bridge.account
+        look: root.look
+        onSelectionChanged: bridge.account = selection
+    }
+
+    CHToggle {
+        objectName: "flipToggle"
+        Layout.fillWidth: true
+        text: "Flip signs (use if spending shows up as money in — common with credit cards)"
+        look: root.look
+        checked: bridge.flip
+        onToggled: bridge.flip = checked
+    }
+
+    Text {
+        objectName: "previewTitle"
+        Layout.fillWidth: true
+        Layout.topMargin: Tokens.spaceXS
+        visible: bridge.hasPreview
+        text: bridge.previewTitle
+        font.family: Tokens.textFamily
+        font.weight: Font.ExtraBold
+        font.pointSize: Tokens.pt(Tokens.captionSize + 0.5)
+        color: root.look.soft
+        elide: Text.ElideRight
+        textFormat: Text.PlainText
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+
+    ListView {
+        id: preview
+
+        objectName: "previewList"
+        Layout.fillWidth: true
+        Layout.fillHeight: true
+        Layout.minimumHeight: 60
+        visible: bridge.hasPreview
+        clip: true
+        model: bridge.previewLines
+        spacing: 2
+        boundsBehavior: Flickable.StopAtBounds
+        activeFocusOnTab: count > 0
+        keyNavigationEnabled: true
+        Accessible.role: Accessible.List
+        Accessible.name: bridge.previewTitle
+
+        delegate: RowLayout {
+            id: line
+
+            required property var modelData
+
+            width: ListView.view.width
+            spacing: Tokens.spaceM
+            Accessible.role: Accessible.ListItem
+            Accessible.name: modelData.date + ", " + modelData.payee + ", " + modelData.category + ", "
+                             + modelData.amountText
+
+            Text {
+                Layout.preferredWidth: 60
+                Layout.alignment: Qt.AlignTop
+                text: line.modelData.date
+                font.family: Tokens.lcdFamily
+                font.pointSize: Tokens.pt(Tokens.captionSize + 0.5)
+                color: root.look.soft
+                textFormat: Text.PlainText
+                Accessible.ignored: true
+            }
+            ColumnLayout {
+                Layout.fillWidth: true
+                spacing: 0
+
+                Text {
+                    Layout.fillWidth: true
+                    text: line.modelData.payee
+                    font.family: Tokens.textFamily
+                    font.weight: Font.DemiBold
+                    font.pointSize: Tokens.pt(Tokens.captionSize + 1)
+                    color: root.look.text
+                    elide: Text.ElideRight
+                    maximumLineCount: 1
+                    textFormat: Text.PlainText
+                    Accessible.ignored: true
+                }
+                Text {
+                    Layout.fillWidth: true
+                    text: line.modelData.category
+                    font.family: Tokens.textFamily
+                    font.pointSize: Tokens.pt(Tokens.captionSize)
+                    color: root.look.muted
+                    elide: Text.ElideRight
+                    textFormat: Text.PlainText
+                    Accessible.ignored: true
+                }
+            }
+            Text {
+                Layout.preferredWidth: 100
+                Layout.alignment: Qt.AlignTop
+                horizontalAlignment: Text.AlignRight
+                text: line.modelData.amountText
+                font.family: Tokens.lcdFamily
+                font.weight: Font.Bold
+                font.pointSize: Tokens.pt(Tokens.captionSize + 1)
+                fontSizeMode: Text.HorizontalFit
+                minimumPointSize: Tokens.pt(8)
+                color: line.modelData.negative ? root.look.soft : Tokens.positive
+                textFormat: Text.PlainText
+                Accessible.ignored: true
+            }
+        }
+    }
+
+    // Keeps the rows at the top when there is no preview to fill the space.
+    Item {
+        Layout.fillHeight: true
+        visible: !bridge.hasPreview
+    }
+}

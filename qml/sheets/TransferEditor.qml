@@ -1,0 +1,123 @@
+import QtQuick
+import QtQuick.Layouts
+import Coinhall
+
+// The transfer editor: moves money from one of the user's accounts to another as a
+// linked pair of lines. Saving needs two different accounts and an amount; the sign
+// typed does not matter.
+SheetFrame {
+    id: root
+
+    // The sheet case that opened this editor (CHSheet).
+    property var sheet
+    // The accounts chosen (QUuid text); empty for none.
+    property string from
+    property string to
+
+    readonly property alias fromPicker: fromPicker
+    readonly property alias toPicker: toPicker
+    readonly property alias amountField: amountField
+    readonly property alias dateField: dateField
+    readonly property alias noteField: noteField
+    readonly property bool sameAccount: from !== "" && from === to
+
+    // Closes the sheet.
+    signal done
+
+    title: "Move money between accounts"
+    saveTitle: "Transfer"
+    canSave: from !== "" && to !== "" && !sameAccount && amountField.valid && dateField.valid
+
+    onCancel: done()
+    onSave: {
+        if (ledger.transfer(from, to, amountField.text, dateField.date, noteField.text))
+            done()
+    }
+    Component.onCompleted: dateField.date = ledger.now()
+
+    LedgerBridge {
+        id: ledger
+
+        store: Store
+    }
+
+    AccountPicker {
+        id: fromPicker
+
+        objectName: "fromPicker"
+        label: "From"
+        look: root.look
+        store: Store
+        selection: root.from
+        onSelectionChanged: root.from = selection
+    }
+
+    AccountPicker {
+        id: toPicker
+
+        objectName: "toPicker"
+        label: "To"
+        look: root.look
+        store: Store
+        selection: root.to
+        onSelectionChanged: root.to = selection
+    }
+
+    TxFormRow {
+        visible: root.sameAccount
+        look: root.look
+
+        Text {
+            text: "Choose two different accounts."
+            wrapMode: Text.WordWrap
+            font.family: Tokens.textFamily
+            font.pointSize: Tokens.pt(Tokens.captionSize)
+            color: Tokens.destructive
+            textFormat: Text.PlainText
+        }
+    }
+
+    MoneyField {
+        id: amountField
+
+        objectName: "amountField"
+        label: "Amount"
+        look: root.look
+    }
+
+    TxFormRow {
+        label: "Date"
+        look: root.look
+
+        TxDateField {
+            id: dateField
+
+            objectName: "dateField"
+            look: root.look
+            name: "Date"
+        }
+    }
+
+    TxFormRow {
+        label: "Note"
+        look: root.look
+
+        TxTextField {
+            id: noteField
+
+            objectName: "noteField"
+            look: root.look
+            Accessible.name: "Note"
+        }
+    }
+
+    Text {
+        Layout.fillWidth: true
+        text: "Transfers don't count as income or spending — they just move money from one account to the other."
+        wrapMode: Text.WordWrap
+        font.family: Tokens.textFamily
+        font.pointSize: Tokens.pt(Tokens.captionSize)
+        color: root.look.muted
+        textFormat: Text.PlainText
+    }
+}

@@ -1,0 +1,84 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Controls.Basic
+import Coinhall
+
+// A drop-down list of texts in the look's colours: the category of the transaction
+// editor, the register's account filter. Give it `model` (a list of texts, or a
+// model with `textRole`) and Accessible.name.
+ComboBox {
+    id: box
+
+    // The look to draw with.
+    property var look: Looks.current
+
+    implicitWidth: 180
+    implicitHeight: Tokens.fieldHeight
+    font.family: Tokens.textFamily
+    font.pointSize: Tokens.pt(Tokens.bodySize)
+
+    contentItem: Text {
+        leftPadding: Tokens.spaceM
+        rightPadding: box.indicator.width + Tokens.spaceS
+        text: box.displayText
+        font: box.font
+        color: box.look.text
+        verticalAlignment: Text.AlignVCenter
+        elide: Text.ElideRight
+        textFormat: Text.PlainText
+    }
+
+    indicator: Icon {
+        x: box.width - width - Tokens.spaceS
+        y: (box.height - height) / 2
+        symbol: "chevron.up.chevron.down"
+        size: 16
+        color: box.look.muted
+    }
+
+    background: Rectangle {
+        radius: Tokens.keyRadius
+        color: box.look.bg
+        border.width: box.visualFocus ? 1.5 : 1
+        border.color: box.visualFocus || box.popup.visible ? box.look.accent : box.look.line
+    }
+
+    delegate: ItemDelegate {
+        id: option
+
+        required property int index
+        required property var model
+
+        width: ListView.view ? ListView.view.width : implicitWidth
+        highlighted: box.highlightedIndex === index
+        text: {
+            if (box.textRole === "")
+                return model.modelData
+            const role = model[box.textRole]
+            return role !== undefined ? role : model.modelData[box.textRole]
+        }
+        font: box.font
+
+        contentItem: Text {
+            text: option.text
+            font: option.font
+            color: box.look.text
+            verticalAlignment: Text.AlignVCenter
+            elide: Text.ElideRight
+            textFormat: Text.PlainText
+        }
+
+        background: Rectangle {
+            color: option.highlighted ? Qt.rgba(box.look.accent.r, box.look.accent.g, box.look.accent.b, 0.28)
+                                      : "transparent"
+            radius: Tokens.rowRadius
+        }
+    }
+
+    popup.background: Rectangle {
+        radius: Tokens.wellRadius
+        color: box.look.well
+        border.width: 1
+        border.color: box.look.line
+    }
+}

@@ -1,0 +1,34 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Coinhall
+
+// A one-line text field in the look's colours, as the transaction sheets and the
+// register's search use it.
+TextField {
+    id: root
+
+    // The look to draw with.
+    property var look: Looks.current
+
+    implicitWidth: 160
+    implicitHeight: Tokens.fieldHeight
+    leftPadding: Tokens.spaceM
+    rightPadding: Tokens.spaceM
+    topPadding: 0
+    bottomPadding: 0
+    verticalAlignment: TextInput.AlignVCenter
+    font.family: Tokens.textFamily
+    font.pointSize: Tokens.pt(Tokens.bodySize)
+    color: look.text
+    selectionColor: look.accent
+    selectedTextColor: look.bg
+    placeholderTextColor: look.muted
+    selectByMouse: true
+
+    background: Rectangle {
+        radius: Tokens.keyRadius
+        color: root.look.bg
+        border.width: root.activeFocus ? 1.5 : 1
+        border.color: root.activeFocus ? root.look.accent : root.look.line
+    }
+}

@@ -1,0 +1,61 @@
+import QtQuick
+import QtQuick.Templates as T
+import Coinhall
+
+// An on/off switch with its text beside it, as a small lit rocker: the track glows in
+// the look's accent while on. Space toggles it; `toggled` tells a user's change apart
+// from a bound value.
+T.Switch {
+    id: root
+
+    // The look to draw with.
+    property var look: Looks.current
+
+    implicitWidth: leftPadding + implicitIndicatorWidth + spacing + implicitContentWidth + rightPadding
+    implicitHeight: Math.max(implicitIndicatorHeight, implicitContentHeight) + topPadding + bottomPadding
+    padding: 2
+    spacing: Tokens.spaceM
+    focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
+
+    Accessible.role: Accessible.CheckBox
+    Accessible.name: text
+    Accessible.checkable: true
+    Accessible.checked: checked
+
+    indicator: Rectangle {
+        x: root.leftPadding
+        y: root.topPadding + (root.availableHeight - height) / 2
+        implicitWidth: 38
+        implicitHeight: 20
+        radius: height / 2
+        color: root.checked ? root.look.accent : root.look.bg
+        border.width: root.visualFocus ? 1.5 : 1
+        border.color: root.visualFocus ? root.look.accent2 : root.look.line
+
+        Rectangle {
+            x: root.checked ? parent.width - width - 3 : 3
+            anchors.verticalCenter: parent.verticalCenter
+            width: 14
+            height: 14
+            radius: 7
+            color: root.checked ? root.look.bg : root.look.muted
+
+            Behavior on x {
+                NumberAnimation { duration: 90 }
+            }
+        }
+    }
+
+    contentItem: Text {
+        leftPadding: root.indicator.width + root.spacing
+        text: root.text
+        wrapMode: Text.WordWrap
+        verticalAlignment: Text.AlignVCenter
+        font.family: Tokens.textFamily
+        font.weight: Font.DemiBold
+        font.pointSize: Tokens.pt(Tokens.bodySize)
+        color: root.look.soft
+        textFormat: Text.PlainText
+    }
+}

@@ -1,0 +1,171 @@
+#include "accountsbridge.h"
+
+#include "model/money.h"
+#include "store/store.h"
+
+#include <QHash>
+#include <QUuid>
+
+AccountsBridge::AccountsBridge(QObject *parent)
+    : QObject(parent)
+{
+}
+
+QObject *AccountsBridge::store() const
+{
+    return m_store.data();
+}
+
+void AccountsBridge::setStore(QObject *store)
+{
+    Store *typed = qobject_cast<Store *>(store);
+    if (store && !typed)
+        qWarning("AccountsBridge: the store given is not a Store");
+    if (typed == m_store)
+        return;
+    if (m_store)
+        disconnect(m_store, nullptr, this, nullptr);
+    m_store = typed;
+    if (m_store)
+        connect(m_store, &Store::bookChanged, this, &AccountsBridge::reload);
+    reload();
+    emit storeChanged();
+}
+
+QStringList AccountsBridge::kinds() const
+{
+    QStringList texts;
+    for (AccountKind kind : allCases<AccountKind>())
+        texts << rawValue(kind);
+    return texts;
+}
+
+QString AccountsBridge::unlockText() const
+{
+#ifdef Q_OS_MACOS
+    return QStringLiteral("Ask for Touch ID or password when Coinhall opens");
+#else
+    return QStringLiteral("Ask for your account password when Coinhall opens");
+#endif
+}
+
+QString AccountsBridge::privacyText() const
+{
+#ifdef Q_OS_MACOS
+    return QStringLiteral("Your money file stays on this Mac. A backup copy is made each day and the last 30 are kept.");
+#else
+    return QStringLiteral(
+        "Your money file stays on this computer. A backup copy is made each day and the last 30 are kept.");
+#endif
+}
+
+QUrl AccountsBridge::backupsUrl() const
+{
+    return m_store ? QUrl::fromLocalFile(m_store->backupsFolder()) : QUrl();
+}
+
+QString AccountsBridge::monthCountText(int n)
+{
+    return n == 1 ? QStringLiteral("1 transaction this month") : QStringLiteral("%1 transactions this month").arg(n);
+}
+
+void AccountsBridge::reload()
+{
+    QVariantList accounts;
+    QVariantList budgets;
+    QString total;
+    if (m_store) {
+        const Book &book = m_store->book();
+        const ClosedRange month = m_store->monthRange();
+        QHash<QUuid, int> counts;
+        for (const Transaction &t : book.transactions)
+            if (month.contains(t.date))
+                ++counts[t.accountID];
+        for (const Account &a : book.accounts) {
+            const Decimal balance = m_store->balance(a);
+            accounts.append(QVariantMap{
+                {QStringLiteral("id"), a.id.toString(QUuid::WithoutBraces)},
+                {QStringLiteral("name"), a.name},
+                {QStringLiteral("title"), a.archived ? a.name + QStringLiteral(" (closed)") : a.name},
+                {QStringLiteral("closed"), a.archived},
+                {QStringLiteral("countText"), monthCountText(counts.value(a.id))},
+                {QStringLiteral("balance"), balance.toString()},
+                {QStringLiteral("balanceText"), Money::s(balance)},
+            });
+        }
+        for (size_t i = 0; i < book.categories.size(); ++i) {
+            const Category &c = book.categories[i];
+            if (c.income)
+                continue;
+            budgets.append(QVariantMap{
+                {QStringLiteral("index"), int(i)},
+                {QStringLiteral("name"), c.name},
+                {QStringLiteral("budget"), c.budget ? c.budget->toString() : QString()},
+            });
+        }
+        total = Money::s(m_store->totalBalance());
+    }
+    if (accounts == m_accounts && budgets == m_budgets && total == m_totalText)
+        return;
+    m_accounts = std::move(accounts);
+    m_budgets = std::move(budgets);
+    m_totalText = std::move(total);
+    emit changed();
+}
+
+bool AccountsBridge::commitBudget(int index, const QString &typed)
+{
+    if (!m_store || index < 0 || size_t(index) >= m_store->book().categories.size())
+        return false;
+    std::optional<Decimal> budget = Money::parse(typed);
+    if (budget && *budget <= Decimal())
+        budget.reset();
+    if (m_store->book().categories[size_t(index)].budget == budget)
+        return false;
+    Book book = m_store->book();
+    book.categories[size_t(index)].budget = budget;
+    m_store->setBook(std::move(book));
+    return true;
+}
+
+QVariantMap AccountsBridge::account(const QString &id) const
+{
+    const std::optional<Account> found = m_store ? m_store->account(QUuid(id)) : std::nullopt;
+    if (!found || QUuid(id).isNull())
+        return {{QStringLiteral("found"), false}};
+    return {
+        {QStringLiteral("found"), true},
+        {QStringLiteral("id"), found->id.toString(QUuid::WithoutBraces)},
+        {QStringLiteral("name"), found->name},
+        {QStringLiteral("kind"), rawValue(found->kind)},
+        {QStringLiteral("opening"), found->opening.toString()},
+        {QStringLiteral("closed"), found->archived},
+        {QStringLiteral("hasTransactions"), m_store->hasTransactions(*found)},
+    };
+}
+
+QString AccountsBridge::saveAccount(const QString &id, const QString &name, const QString &kind,
+                                    const QString &opening, bool closed)
+{
+    const std::optional<AccountKind> typedKind = fromRawValue<AccountKind>(kind);
+    if (!m_store || !typedKind)
+        return {};
+    Account account = m_store->account(QUuid(id)).value_or(Account{});
+    if (QUuid(id).isNull())
+        account = Account{};
+    account.name = name;
+    account.kind = *typedKind;
+    account.opening = Money::parse(opening).value_or(Decimal());
+    account.archived = closed;
+    m_store->save(account);
+    return account.id.toString(QUuid::WithoutBraces);
+}
+
+bool AccountsBridge::deleteAccount(const QString &id)
+{
+    const std::optional<Account> found = m_store ? m_store->account(QUuid(id)) : std::nullopt;
+    if (!found || QUuid(id).isNull() || m_store->hasTransactions(*found))
+        return false;
+    m_store->deleteAccount(*found);
+    return true;
+}

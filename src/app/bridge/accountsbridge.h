@@ -1,0 +1,85 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+#include <QVariantList>
+#include <QVariantMap>
+#include <QtQml/qqmlregistration.h>
+
+class Store;
+
+// What the Accounts screen and the account editor show and change: the accounts with
+// this month's line count and balance, the total, the spending budgets, and the
+// operations behind the editor and the budget rows. Follows every change of the Book.
+class AccountsBridge : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    // The Store to show; null shows nothing.
+    Q_PROPERTY(QObject *store READ store WRITE setStore NOTIFY storeChanged FINAL)
+    // Every account in the Book's order, each a map: id, name, title (the name, with
+    // " (closed)" for a closed account), closed, countText, balance (decimal text),
+    // balanceText (money text).
+    Q_PROPERTY(QVariantList accounts READ accounts NOTIFY changed FINAL)
+    // The total balance of the open accounts as money text.
+    Q_PROPERTY(QString totalText READ totalText NOTIFY changed FINAL)
+    // One entry per category that is not an income category, in the Book's order:
+    // index (its place in the Book's category list), name, budget (decimal text; empty
+    // for no limit).
+    Q_PROPERTY(QVariantList budgets READ budgets NOTIFY changed FINAL)
+    // The account kinds in picker order, as stored and shown ("Checking", "Credit card").
+    Q_PROPERTY(QStringList kinds READ kinds CONSTANT FINAL)
+    // The label of the unlock toggle, naming what this platform asks for.
+    Q_PROPERTY(QString unlockText READ unlockText CONSTANT FINAL)
+    // Where the money file and its backups are kept, as this platform puts it.
+    Q_PROPERTY(QString privacyText READ privacyText CONSTANT FINAL)
+    // The Store's backups folder as a file address, for the file browser.
+    Q_PROPERTY(QUrl backupsUrl READ backupsUrl NOTIFY storeChanged FINAL)
+
+public:
+    explicit AccountsBridge(QObject *parent = nullptr);
+
+    QObject *store() const;
+    void setStore(QObject *store);
+    QVariantList accounts() const { return m_accounts; }
+    QString totalText() const { return m_totalText; }
+    QVariantList budgets() const { return m_budgets; }
+    QStringList kinds() const;
+    QString unlockText() const;
+    QString privacyText() const;
+    QUrl backupsUrl() const;
+
+    // "<n> transaction this month", with the plural "s" unless n is 1.
+    static QString monthCountText(int n);
+
+    // Sets the budget of the category at `index` from what was typed: an amount above
+    // zero becomes the limit; empty, unreadable, zero or negative text clears it. The
+    // Book is written only when the budget really changes; true when it did.
+    Q_INVOKABLE bool commitBudget(int index, const QString &typed);
+    // The account with this id as a map: found, id, name, kind, opening (decimal text),
+    // closed, hasTransactions. `found` is false (and the rest empty) for an unknown id.
+    Q_INVOKABLE QVariantMap account(const QString &id) const;
+    // Saves a new account (empty or unknown id: appended) or a change to one. The
+    // starting balance is read as typed; text that is no amount counts as 0. Returns
+    // the account's id, or empty when there is no Store or the kind is unknown.
+    Q_INVOKABLE QString saveAccount(const QString &id, const QString &name, const QString &kind,
+                                    const QString &opening, bool closed);
+    // Deletes an account that has no transactions; true when it was removed.
+    Q_INVOKABLE bool deleteAccount(const QString &id);
+
+Q_SIGNALS:
+    void storeChanged();
+    // The accounts, total or budgets may have changed.
+    void changed();
+
+private:
+    void reload();
+
+    QPointer<Store> m_store;
+    QVariantList m_accounts;
+    QString m_totalText;
+    QVariantList m_budgets;
+};

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "model/instant.h"
+
+#include <QString>
+#include <QUuid>
+#include <QVariant>
+
+#include <cmath>
+#include <cstdint>
+#include <optional>
+
+// What QML hands the bill and royalty bridges, turned into record values.
+namespace BridgeInput {
+
+// A record id as QML sees it: QUuid text without braces.
+inline QString idText(const QUuid &id)
+{
+    return id.toString(QUuid::WithoutBraces);
+}
+
+// A date given as milliseconds since the epoch; nothing for NaN, an empty value or a
+// number no calendar holds (beyond about 31,000 years).
+inline std::optional<Instant> instant(const QVariant &value)
+{
+    bool ok = false;
+    const double msecs = value.toDouble(&ok);
+    if (!ok || !std::isfinite(msecs) || std::abs(msecs) > 1e15)
+        return std::nullopt;
+    return Instant::fromMSecs(static_cast<std::int64_t>(std::floor(msecs)));
+}
+
+// An account id as the account picker gives it; empty or unreadable text is no account.
+inline std::optional<QUuid> account(const QString &text)
+{
+    const QUuid id(text);
+    if (id.isNull())
+        return std::nullopt;
+    return id;
+}
+
+} // namespace BridgeInput

@@ -1,0 +1,98 @@
+#include "dashboardsummary.h"
+
+#include "model/money.h"
+#include "royaltiesbridge.h"
+#include "store/store.h"
+
+#include <QLocale>
+#include <QVariantMap>
+
+DashboardSummary::DashboardSummary(QObject *parent)
+    : QObject(parent)
+{
+    reload();
+}
+
+QObject *DashboardSummary::store() const
+{
+    return m_store.data();
+}
+
+void DashboardSummary::setStore(QObject *store)
+{
+    Store *typed = qobject_cast<Store *>(store);
+    if (store && !typed)
+        qWarning("DashboardSummary: the store given is not a Store");
+    if (typed == m_store)
+        return;
+    if (m_store)
+        disconnect(m_store, nullptr, this, nullptr);
+    m_store = typed;
+    if (m_store)
+        connect(m_store, &Store::bookChanged, this, &DashboardSummary::reload);
+    reload();
+    emit storeChanged();
+}
+
+QVariantList DashboardSummary::monthMaps(const Store &store, int count)
+{
+    const QLocale locale;
+    QVariantList months;
+    for (const MonthFlow &flow : store.monthly(count)) {
+        months << QVariantMap{
+            {QStringLiteral("month"), double(flow.month.msecs())},
+            {QStringLiteral("monthText"), locale.toString(flow.month.toLocal().date(), QStringLiteral("MMM"))},
+            {QStringLiteral("in"), flow.in.toDouble()},
+            {QStringLiteral("out"), flow.out.toDouble()},
+            {QStringLiteral("inText"), Money::s(flow.in)},
+            {QStringLiteral("outText"), Money::s(flow.out)},
+        };
+    }
+    return months;
+}
+
+void DashboardSummary::reload()
+{
+    Decimal total, in, out, royalties;
+    m_accounts.clear();
+    m_royalties.clear();
+    m_months.clear();
+    if (m_store) {
+        total = m_store->totalBalance();
+        // One month range shared by the three monthly tiles.
+        const ClosedRange month = m_store->monthRange();
+        in = m_store->income(month);
+        out = m_store->spending(month);
+        royalties = m_store->royaltiesReceivedThisYear();
+
+        const Instant now = m_store->now();
+        for (const Account &account : m_store->activeAccounts()) {
+            const Decimal balance = m_store->balance(account, now);
+            m_accounts << QVariantMap{
+                {QStringLiteral("id"), account.id.toString(QUuid::WithoutBraces)},
+                {QStringLiteral("name"), account.name},
+                {QStringLiteral("icon"), iconName(account.kind)},
+                {QStringLiteral("balanceText"), Money::s(balance)},
+                {QStringLiteral("negative"), balance.isNegative()},
+            };
+        }
+
+        for (const Royalty &royalty : m_store->pendingRoyalties()) {
+            if (m_royalties.size() == royaltiesShown)
+                break;
+            QVariantMap map = RoyaltiesBridge::royaltyMap(royalty);
+            map.insert(QStringLiteral("expectedLine"), QStringLiteral("Expected ") + chShort(royalty.expectedDate));
+            m_royalties << map;
+        }
+
+        m_months = monthMaps(*m_store, chartMonths);
+    }
+    const Decimal net = in - out;
+    m_totalText = Money::s(total);
+    m_inText = Money::s(in);
+    m_outText = Money::s(out);
+    m_netText = Money::s(net);
+    m_netNegative = net.isNegative();
+    m_royaltiesText = Money::s(royalties);
+    emit changed();
+}

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "bankfiles/csvimporter.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+#include <QVariantList>
+#include <QtQml/qqmlregistration.h>
+
+#include <optional>
+#include <vector>
+
+class Store;
+
+// The import sheet's state and preview: the bank file read last, its column mapping,
+// the account the lines go to and the sign flip. The preview is worked out again
+// whenever any of them, or the Book, changes.
+class ImportBridge : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    // The Store the lines go into; null imports nothing.
+    Q_PROPERTY(QObject *store READ store WRITE setStore NOTIFY storeChanged FINAL)
+    // Whether a file was read (and not replaced by an unreadable one since).
+    Q_PROPERTY(bool hasFile READ hasFile NOTIFY fileChanged FINAL)
+    // The chosen file's name without its folder; empty before the first choice.
+    Q_PROPERTY(QString fileName READ fileName NOTIFY fileChanged FINAL)
+    // The error line under the file key; empty when the last file could be read.
+    Q_PROPERTY(QString message READ message NOTIFY fileChanged FINAL)
+    // What each column picker offers: "—" (no column), then one entry per header in
+    // header order, its text or "Column <k>" when it has none.
+    Q_PROPERTY(QStringList columnChoices READ columnChoices NOTIFY fileChanged FINAL)
+    // The six picker positions (date, description, amount, debit, credit, category):
+    // 0 for no column, k for the k-th header.
+    Q_PROPERTY(QVariantList choices READ choices NOTIFY mappingChanged FINAL)
+    // The id of the account the lines go to; empty for none. Starts at the first
+    // active account.
+    Q_PROPERTY(QString account READ account WRITE setAccount NOTIFY accountChanged FINAL)
+    // Negate every imported amount (and set its kind again by the new sign).
+    Q_PROPERTY(bool flip READ flip WRITE setFlip NOTIFY flipChanged FINAL)
+    // Whether there is a preview: a file and an account.
+    Q_PROPERTY(bool hasPreview READ hasPreview NOTIFY previewChanged FINAL)
+    // The number of new lines in the preview; 0 without one.
+    Q_PROPERTY(int newCount READ newCount NOTIFY previewChanged FINAL)
+    // "Preview · <n> new · <s> already in · <b> unreadable"; empty without a preview.
+    Q_PROPERTY(QString previewTitle READ previewTitle NOTIFY previewChanged FINAL)
+    // The first new lines (at most previewLimit), each a map: date (short date text),
+    // payee, category, amountText (signed money text), negative.
+    Q_PROPERTY(QVariantList previewLines READ previewLines NOTIFY previewChanged FINAL)
+    // The caption of the import key: "Import <n>".
+    Q_PROPERTY(QString importTitle READ importTitle NOTIFY previewChanged FINAL)
+
+public:
+    // How many preview lines are listed; the counts always cover the whole file.
+    static constexpr int previewLimit = 200;
+    // The roles of the six column pickers, in the order they are shown.
+    enum Column { Date, Description, Amount, Debit, Credit, Category };
+    Q_ENUM(Column)
+
+    explicit ImportBridge(QObject *parent = nullptr);
+
+    QObject *store() const;
+    void setStore(QObject *store);
+    bool hasFile() const { return m_importer.has_value(); }
+    QString fileName() const { return m_fileName; }
+    QString message() const { return m_message; }
+    QStringList columnChoices() const;
+    QVariantList choices() const;
+    QString account() const { return m_account; }
+    void setAccount(const QString &account);
+    bool flip() const { return m_flip; }
+    void setFlip(bool flip);
+    bool hasPreview() const { return m_hasPreview; }
+    int newCount() const { return int(m_new.size()); }
+    QString previewTitle() const;
+    QVariantList previewLines() const { return m_previewLines; }
+    QString importTitle() const;
+
+    // Reads the bank file at `file` (a file address or a plain path). A file that can't
+    // be read leaves no file and sets `message`; the name is taken either way.
+    Q_INVOKABLE void open(const QUrl &file);
+    // Points the picker of `column` (a Column) at picker position `choice` (0 for none).
+    Q_INVOKABLE void setChoice(int column, int choice);
+    // Adds the preview's new lines to the Book; the Store's status line then reads
+    // "Imported <n> transactions from <file name>.". Returns how many were added.
+    Q_INVOKABLE int importNow();
+
+Q_SIGNALS:
+    void storeChanged();
+    void fileChanged();
+    void mappingChanged();
+    void accountChanged();
+    void flipChanged();
+    void previewChanged();
+
+private:
+    void refresh();
+
+    QPointer<Store> m_store;
+    std::optional<CSVImporter> m_importer;
+    QString m_fileName;
+    QString m_message;
+    QString m_account;
+    bool m_accountChosen = false; // once set, the first active account is no longer taken
+    bool m_flip = false;
+    bool m_hasPreview = false;
+    std::vector<Transaction> m_new;
+    int m_skipped = 0;
+    int m_bad = 0;
+    QVariantList m_previewLines;
+};

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+#include <QVariantList>
+#include <QVariantMap>
+#include <QtQml/qqmlregistration.h>
+
+class Store;
+
+// The ledger operations as the register and the transaction editors call them from
+// QML: records cross as maps of texts, amounts as the text the user typed, and the
+// Transactions themselves are built here, with exact decimals.
+class LedgerBridge : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    // The Store to work on; null makes every operation do nothing.
+    Q_PROPERTY(QObject *store READ store WRITE setStore NOTIFY storeChanged FINAL)
+    // Every account of the Book, archived ones included, in the Book's order: maps of
+    // "id" (QUuid text without braces), "name" and "archived".
+    Q_PROPERTY(QVariantList accounts READ accounts NOTIFY accountsChanged FINAL)
+
+public:
+    explicit LedgerBridge(QObject *parent = nullptr);
+
+    QObject *store() const;
+    void setStore(QObject *store);
+    QVariantList accounts() const { return m_accounts; }
+
+    // The transaction with this id as a map: "id", "date" (milliseconds), "accountId",
+    // "amount" (decimal text), "magnitude" (the size as the editor shows it, "45.10"),
+    // "income", "payee", "category", "note", "cleared" and "kind"; empty when there is none.
+    Q_INVOKABLE QVariantMap transaction(const QString &id) const;
+    // The category names the editor offers for money in or money out.
+    Q_INVOKABLE QStringList categories(bool income) const;
+    // The id of the first account that is not archived; empty when there is none.
+    Q_INVOKABLE QString firstAccountId() const;
+
+    // Saves the transaction editor's form: "id" (empty for a new line), "income",
+    // "date" (milliseconds), "amount" (as typed), "payee", "category", "accountId",
+    // "note" and "cleared". Nothing is saved, and false returned, when the amount is
+    // no amount or no account is chosen. Otherwise the status line tells what was logged.
+    Q_INVOKABLE bool saveTransaction(const QVariantMap &form);
+    // Deletes the transaction, and the other side of a transfer; false when there is none.
+    Q_INVOKABLE bool deleteTransaction(const QString &id);
+    // Marks the transaction cleared or pending; false when there is none.
+    Q_INVOKABLE bool setCleared(const QString &id, bool cleared);
+    // Moves the typed amount between two accounts; false, and nothing saved, when an
+    // account is missing or the amount is no amount.
+    Q_INVOKABLE bool transfer(const QString &fromId, const QString &toId, const QString &amount, double date,
+                              const QString &note);
+
+    // Writes the export file; the status line says "Saved <file name>." or why not.
+    Q_INVOKABLE bool exportCSV(const QUrl &file);
+    // Where the export's save dialog starts: "Coinhall transactions.csv" in the user's documents.
+    Q_INVOKABLE QUrl proposedExportFile() const;
+
+    // Now by the Store's clock, in milliseconds.
+    Q_INVOKABLE double now() const;
+    // The local calendar day of a moment as "yyyy-MM-dd".
+    Q_INVOKABLE QString dayText(double msecs) const;
+    // The moment on the day typed as "yyyy-MM-dd" at the same local time of day as
+    // `msecs`; NaN when the text is not such a date.
+    Q_INVOKABLE double onDay(double msecs, const QString &day) const;
+    // The moment `days` calendar days later (earlier when negative), same time of day.
+    Q_INVOKABLE double addDays(double msecs, int days) const;
+
+Q_SIGNALS:
+    void storeChanged();
+    void accountsChanged();
+
+private:
+    void reloadAccounts();
+
+    QPointer<Store> m_store;
+    QVariantList m_accounts;
+};

@@ -1,0 +1,400 @@
+#include "transactionlistmodel.h"
+
+#include "model/money.h"
+#include "store/store.h"
+
+#include <QStringMatcher>
+
+#include <algorithm>
+
+namespace {
+
+// Joins the three searched fields of a key. A search text never holds it in practice;
+// when one does, the fields are searched one by one instead.
+constexpr QChar keySeparator = QChar(u'\0');
+
+QString idText(const QUuid &id)
+{
+    return id.toString(QUuid::WithoutBraces);
+}
+
+} // namespace
+
+TransactionListModel::TransactionListModel(QObject *parent)
+    : QAbstractListModel(parent)
+{
+    updateSummary();
+}
+
+QObject *TransactionListModel::store() const
+{
+    return m_store.data();
+}
+
+void TransactionListModel::setStore(QObject *store)
+{
+    Store *typed = qobject_cast<Store *>(store);
+    if (store && !typed)
+        qWarning("TransactionListModel: the store given is not a Store");
+    if (typed == m_store)
+        return;
+    if (m_store)
+        disconnect(m_store, nullptr, this, nullptr);
+    m_store = typed;
+    if (m_store)
+        connect(m_store, &Store::bookChanged, this, &TransactionListModel::reloadBook);
+    reloadBook();
+    emit storeChanged();
+}
+
+void TransactionListModel::setAccountFilter(const QString &accountId)
+{
+    if (accountId == m_accountFilter)
+        return;
+    m_accountFilter = accountId;
+    emit accountFilterChanged();
+    refilter();
+}
+
+void TransactionListModel::setFlow(int flow)
+{
+    flow = (flow >= 0 && flow <= 2) ? flow : 0;
+    if (flow == m_flow)
+        return;
+    m_flow = flow;
+    emit flowChanged();
+    refilter();
+}
+
+void TransactionListModel::setSearch(const QString &text)
+{
+    if (text == m_search)
+        return;
+    m_search = text;
+    emit searchChanged();
+    refilter();
+}
+
+void TransactionListModel::setMonthOnly(bool on)
+{
+    if (on == m_monthOnly)
+        return;
+    m_monthOnly = on;
+    emit monthOnlyChanged();
+    refilter();
+}
+
+void TransactionListModel::setLimit(int limit)
+{
+    limit = std::max(0, limit);
+    if (limit == m_limit)
+        return;
+    m_limit = limit;
+    emit limitChanged();
+    refilter();
+}
+
+TransactionListModel::Filter TransactionListModel::currentFilter() const
+{
+    Filter filter;
+    filter.account = QUuid(m_accountFilter);
+    filter.flow = m_flow;
+    filter.monthOnly = m_monthOnly;
+    if (m_monthOnly && m_store)
+        filter.month = m_store->monthRange();
+    filter.needle = m_search.toLower();
+    return filter;
+}
+
+std::vector<int> TransactionListModel::cut(const std::vector<int> &matches) const
+{
+    if (m_limit == 0 || matches.size() <= size_t(m_limit))
+        return matches;
+    return std::vector<int>(matches.begin(), matches.begin() + m_limit);
+}
+
+TransactionListModel::SearchKeys TransactionListModel::makeKeys(const std::vector<Transaction> &lines)
+{
+    SearchKeys keys;
+    qsizetype size = 0;
+    for (const Transaction &t : lines)
+        size += t.payee.size() + t.category.size() + t.note.size() + 3;
+    keys.text.reserve(size);
+    keys.starts.reserve(3 * lines.size() + 1);
+
+    // Plain ASCII (nearly every payee) is lowered here in place; anything else by
+    // QString, whose result may differ in length.
+    auto put = [&keys](const QString &field) {
+        const qsizetype at = keys.text.size();
+        keys.starts.push_back(at);
+        keys.text.resize(at + field.size());
+        QChar *out = keys.text.data() + at;
+        bool ascii = true;
+        for (const QChar c : field) {
+            const char16_t u = c.unicode();
+            if (u >= 0x80) {
+                ascii = false;
+                break;
+            }
+            *out++ = QChar(u >= u'A' && u <= u'Z' ? char16_t(u + 32) : u);
+        }
+        if (!ascii) {
+            keys.text.resize(at);
+            keys.text.append(field.toLower());
+        }
+        keys.text.append(keySeparator);
+    };
+    for (const Transaction &t : lines) {
+        put(t.payee);
+        put(t.category);
+        put(t.note);
+    }
+    keys.starts.push_back(keys.text.size());
+    return keys;
+}
+
+std::vector<int> TransactionListModel::matching(const std::vector<Transaction> &lines, const SearchKeys &keys,
+                                                const Filter &filter, const std::vector<int> *within)
+{
+    const bool searching = !filter.needle.isEmpty();
+    const bool fieldByField = filter.needle.contains(keySeparator);
+    const QStringMatcher matcher(filter.needle);
+
+    auto passes = [&](int i) {
+        const Transaction &t = lines[size_t(i)];
+        if (!filter.account.isNull() && t.accountID != filter.account)
+            return false;
+        if (filter.flow == 1 && t.amount.signum() <= 0)
+            return false;
+        if (filter.flow == 2 && t.amount.signum() >= 0)
+            return false;
+        if (filter.monthOnly && !filter.month.contains(t.date))
+            return false;
+        if (!searching)
+            return true;
+        const QStringView all(keys.text);
+        const qsizetype *start = keys.starts.data() + 3 * size_t(i);
+        if (!fieldByField)
+            return matcher.indexIn(all.sliced(start[0], start[3] - 1 - start[0])) >= 0;
+        for (int field = 0; field < 3; ++field)
+            if (all.sliced(start[field], start[field + 1] - 1 - start[field]).contains(filter.needle))
+                return true;
+        return false;
+    };
+
+    std::vector<int> matches;
+    if (within) {
+        matches.reserve(within->size());
+        std::copy_if(within->begin(), within->end(), std::back_inserter(matches), passes);
+    } else {
+        for (int i = 0; i < int(lines.size()); ++i)
+            if (passes(i))
+                matches.push_back(i);
+    }
+    return matches;
+}
+
+void TransactionListModel::refilter()
+{
+    Filter next = currentFilter();
+    if (!next.needle.isEmpty() && !m_keys.covers(m_lines.size()))
+        m_keys = makeKeys(m_lines);
+
+    // A longer search over the same other filters can only drop lines: look only at those found.
+    const bool narrows = next.account == m_applied.account && next.flow == m_applied.flow
+                         && next.monthOnly == m_applied.monthOnly && next.month == m_applied.month
+                         && next.needle.contains(m_applied.needle);
+    std::vector<int> matches = matching(m_lines, m_keys, next, narrows ? &m_matches : nullptr);
+
+    const int before = count();
+    beginResetModel();
+    m_applied = std::move(next);
+    m_matches = std::move(matches);
+    m_rows = cut(m_matches);
+    endResetModel();
+    if (count() != before)
+        emit countChanged();
+    updateSummary();
+}
+
+void TransactionListModel::reloadBook()
+{
+    std::vector<Transaction> lines = m_store ? m_store->book().transactions : std::vector<Transaction>{};
+    QHash<QUuid, QString> names;
+    if (m_store)
+        for (const Account &a : m_store->book().accounts)
+            if (!names.contains(a.id)) // the first account with an id is the one looked up
+                names.insert(a.id, a.name);
+
+    Filter filter = currentFilter();
+    SearchKeys keys;
+    if (!filter.needle.isEmpty())
+        keys = makeKeys(lines);
+    std::vector<int> matches = matching(lines, keys, filter, nullptr);
+    std::vector<int> rows = cut(matches);
+
+    // Tell the view what happened to its rows: lines added or removed in one place
+    // (a new line, a transfer, a delete) as such, so the list keeps its place.
+    const size_t common = std::min(rows.size(), m_rows.size());
+    auto sameRow = [&](size_t newRow, size_t oldRow) {
+        return lines[size_t(rows[newRow])].id == m_lines[size_t(m_rows[oldRow])].id;
+    };
+    size_t prefix = 0;
+    while (prefix < common && sameRow(prefix, prefix))
+        ++prefix;
+    size_t suffix = 0;
+    while (suffix < common - prefix && sameRow(rows.size() - 1 - suffix, m_rows.size() - 1 - suffix))
+        ++suffix;
+    const size_t removed = m_rows.size() - prefix - suffix;
+    const size_t inserted = rows.size() - prefix - suffix;
+
+    // Rows kept whose content changed (an edit, a renamed account).
+    const bool namesChanged = names != m_accountNames;
+    int firstChanged = -1;
+    int lastChanged = -1;
+    for (size_t row = 0; row < rows.size(); ++row) {
+        if (row >= prefix && row < rows.size() - suffix)
+            continue;
+        const size_t oldRow = row < prefix ? row : m_rows.size() - (rows.size() - row);
+        if (namesChanged || !(lines[size_t(rows[row])] == m_lines[size_t(m_rows[oldRow])])) {
+            if (firstChanged < 0)
+                firstChanged = int(row);
+            lastChanged = int(row);
+        }
+    }
+
+    auto takeOver = [&] {
+        m_lines = std::move(lines);
+        m_accountNames = std::move(names);
+        m_keys = std::move(keys);
+        m_applied = std::move(filter);
+        m_matches = std::move(matches);
+        m_rows = std::move(rows);
+    };
+    const int before = count();
+    if (removed > 0 && inserted > 0) {
+        beginResetModel();
+        takeOver();
+        endResetModel();
+    } else if (removed > 0) {
+        beginRemoveRows({}, int(prefix), int(prefix + removed - 1));
+        takeOver();
+        endRemoveRows();
+    } else if (inserted > 0) {
+        beginInsertRows({}, int(prefix), int(prefix + inserted - 1));
+        takeOver();
+        endInsertRows();
+    } else {
+        takeOver();
+    }
+    if (firstChanged >= 0 && !(removed > 0 && inserted > 0))
+        emit dataChanged(index(firstChanged), index(lastChanged));
+    if (count() != before)
+        emit countChanged();
+    updateSummary();
+}
+
+void TransactionListModel::updateSummary()
+{
+    Decimal in;
+    Decimal out;
+    for (int i : m_rows) {
+        const Decimal &amount = m_lines[size_t(i)].amount;
+        if (amount.signum() > 0)
+            in += amount;
+        else if (amount.signum() < 0)
+            out += amount;
+    }
+    const QString linesText = QString::number(count()) + QStringLiteral(" lines");
+    const QString inText = QStringLiteral("In ") + Money::s(in);
+    const QString outText = QStringLiteral("Out ") + Money::s(out);
+    if (linesText == m_linesText && inText == m_inText && outText == m_outText)
+        return;
+    m_linesText = linesText;
+    m_inText = inText;
+    m_outText = outText;
+    emit summaryChanged();
+}
+
+QString TransactionListModel::idAt(int row) const
+{
+    if (row < 0 || row >= count())
+        return {};
+    return idText(m_lines[size_t(m_rows[size_t(row)])].id);
+}
+
+int TransactionListModel::rowOf(const QString &txId) const
+{
+    const QUuid id(txId);
+    if (id.isNull())
+        return -1;
+    for (size_t row = 0; row < m_rows.size(); ++row)
+        if (m_lines[size_t(m_rows[row])].id == id)
+            return int(row);
+    return -1;
+}
+
+QVariantMap TransactionListModel::get(int row) const
+{
+    QVariantMap values;
+    if (row < 0 || row >= count())
+        return values;
+    const QHash<int, QByteArray> names = roleNames();
+    for (auto it = names.begin(); it != names.end(); ++it)
+        values.insert(QString::fromLatin1(it.value()), data(index(row), it.key()));
+    return values;
+}
+
+int TransactionListModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : count();
+}
+
+QVariant TransactionListModel::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
+        return {};
+    const Transaction &t = m_lines[size_t(m_rows[size_t(index.row())])];
+    switch (role) {
+    case TxIdRole:
+        return idText(t.id);
+    case DateTextRole:
+        return chDate(t.date);
+    case Qt::DisplayRole:
+    case PayeeRole:
+        return t.payee;
+    case CategoryRole:
+        return t.category;
+    case NoteRole:
+        return t.note;
+    case AccountNameRole:
+        return m_accountNames.value(t.accountID);
+    case AmountRole:
+        return t.amount.toString();
+    case AmountTextRole:
+        return Money::signed_(t.amount);
+    case NegativeRole:
+        return t.amount.isNegative();
+    case KindRole:
+        return rawValue(t.kind);
+    case ClearedRole:
+        return t.cleared;
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> TransactionListModel::roleNames() const
+{
+    return {{TxIdRole, "txId"},
+            {DateTextRole, "dateText"},
+            {PayeeRole, "payee"},
+            {CategoryRole, "category"},
+            {NoteRole, "note"},
+            {AccountNameRole, "accountName"},
+            {AmountRole, "amount"},
+            {AmountTextRole, "amountText"},
+            {NegativeRole, "negative"},
+            {KindRole, "kind"},
+            {ClearedRole, "cleared"}};
+}

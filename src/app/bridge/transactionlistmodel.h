@@ -1,0 +1,154 @@
+#pragma once
+
+#include "model/period.h"
+#include "model/records.h"
+
+#include <QAbstractListModel>
+#include <QHash>
+#include <QPointer>
+#include <QString>
+#include <QVariantMap>
+#include <QtQml/qqmlregistration.h>
+
+#include <vector>
+
+class Store;
+
+// The Book's transactions, newest first, narrowed by the register's filters: one
+// account, money in or out, this month only and a free-text search over payee,
+// category and note. Follows every change of the Book.
+//
+// Built for large Books: the lower-cased search keys are made once per Book (when a
+// search needs them), a search that only grows narrows the lines already found, and a change of the Book that adds, removes or edits a few lines
+// tells the view about those rows only, so the list keeps its place.
+class TransactionListModel : public QAbstractListModel
+{
+    Q_OBJECT
+    QML_ELEMENT
+    // The Store whose Book is listed; null lists nothing.
+    Q_PROPERTY(QObject *store READ store WRITE setStore NOTIFY storeChanged FINAL)
+    // Only the lines of this account (QUuid text); empty for all accounts.
+    Q_PROPERTY(QString accountFilter READ accountFilter WRITE setAccountFilter NOTIFY accountFilterChanged FINAL)
+    // 0 all lines, 1 money in (above zero), 2 money out (below zero).
+    Q_PROPERTY(int flow READ flow WRITE setFlow NOTIFY flowChanged FINAL)
+    // Free text looked for, ignoring case, in the payee, category and note.
+    Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY searchChanged FINAL)
+    // Only the lines dated in the current month by the Store's clock.
+    Q_PROPERTY(bool monthOnly READ monthOnly WRITE setMonthOnly NOTIFY monthOnlyChanged FINAL)
+    // At most this many lines (the first ones); 0 for no limit.
+    Q_PROPERTY(int limit READ limit WRITE setLimit NOTIFY limitChanged FINAL)
+    Q_PROPERTY(int count READ count NOTIFY countChanged FINAL)
+    // "<n> lines"
+    Q_PROPERTY(QString linesText READ linesText NOTIFY summaryChanged FINAL)
+    // "In " and the sum of the listed amounts above zero as money text.
+    Q_PROPERTY(QString inText READ inText NOTIFY summaryChanged FINAL)
+    // "Out " and the sum of the listed amounts below zero as money text.
+    Q_PROPERTY(QString outText READ outText NOTIFY summaryChanged FINAL)
+
+public:
+    enum Role {
+        TxIdRole = Qt::UserRole + 1,
+        DateTextRole,
+        PayeeRole,
+        CategoryRole,
+        NoteRole,
+        AccountNameRole,
+        AmountRole,
+        AmountTextRole,
+        NegativeRole,
+        KindRole,
+        ClearedRole,
+    };
+
+    explicit TransactionListModel(QObject *parent = nullptr);
+
+    QObject *store() const;
+    void setStore(QObject *store);
+    QString accountFilter() const { return m_accountFilter; }
+    void setAccountFilter(const QString &accountId);
+    int flow() const { return m_flow; }
+    void setFlow(int flow);
+    QString search() const { return m_search; }
+    void setSearch(const QString &text);
+    bool monthOnly() const { return m_monthOnly; }
+    void setMonthOnly(bool on);
+    int limit() const { return m_limit; }
+    void setLimit(int limit);
+
+    int count() const { return int(m_rows.size()); }
+    QString linesText() const { return m_linesText; }
+    QString inText() const { return m_inText; }
+    QString outText() const { return m_outText; }
+
+    // The id of the transaction in `row` as QUuid text without braces; empty outside the list.
+    Q_INVOKABLE QString idAt(int row) const;
+    // The row of the transaction with this id; -1 when it is not listed.
+    Q_INVOKABLE int rowOf(const QString &txId) const;
+    // Everything a row shows, by role name ("payee", "amount", ...); empty outside the list.
+    Q_INVOKABLE QVariantMap get(int row) const;
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+Q_SIGNALS:
+    void storeChanged();
+    void accountFilterChanged();
+    void flowChanged();
+    void searchChanged();
+    void monthOnlyChanged();
+    void limitChanged();
+    void countChanged();
+    void summaryChanged();
+
+private:
+    // The filters in force; `needle` is the search text lower-cased.
+    struct Filter
+    {
+        QUuid account; // null for all accounts
+        int flow = 0;
+        bool monthOnly = false;
+        ClosedRange month;
+        QString needle;
+    };
+    // The search keys of a list of lines, all in one buffer: per line its lower-cased
+    // payee, category and note, each followed by U+0000; `starts` holds where each of
+    // them begins, three entries per line, and then the buffer's end.
+    struct SearchKeys
+    {
+        QString text;
+        std::vector<qsizetype> starts;
+        bool covers(size_t lines) const { return starts.size() == 3 * lines + 1; }
+    };
+
+    void reloadBook();
+    void refilter();
+    Filter currentFilter() const;
+    std::vector<int> cut(const std::vector<int> &matches) const;
+    void updateSummary();
+
+    static SearchKeys makeKeys(const std::vector<Transaction> &lines);
+    static std::vector<int> matching(const std::vector<Transaction> &lines, const SearchKeys &keys,
+                                     const Filter &filter, const std::vector<int> *within);
+
+    QPointer<Store> m_store;
+    QString m_accountFilter;
+    int m_flow = 0;
+    QString m_search;
+    bool m_monthOnly = false;
+    int m_limit = 0;
+
+    // A copy of the Book's lines, so rows stay readable between a change and its signal.
+    std::vector<Transaction> m_lines;
+    QHash<QUuid, QString> m_accountNames;
+    // Empty until a search needs them; then one entry per line of m_lines.
+    SearchKeys m_keys;
+
+    Filter m_applied;           // the filter m_matches was made with
+    std::vector<int> m_matches; // every line that passes it, as indexes into m_lines
+    std::vector<int> m_rows;    // the listed ones: m_matches cut to `limit`
+
+    QString m_linesText;
+    QString m_inText;
+    QString m_outText;
+};

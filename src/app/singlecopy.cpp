@@ -1,0 +1,57 @@
+#include "singlecopy.h"
+
+#include <QLocalSocket>
+
+#include <unistd.h>
+
+namespace {
+
+const QByteArray raiseRequest = QByteArrayLiteral("raise\n");
+constexpr int answerWaitMs = 1000;
+
+} // namespace
+
+SingleCopy::SingleCopy(QString name, QObject *parent) : QObject(parent), m_name(std::move(name))
+{
+    m_server.setSocketOptions(QLocalServer::UserAccessOption);
+    connect(&m_server, &QLocalServer::newConnection, this, [this] {
+        while (QLocalSocket *socket = m_server.nextPendingConnection()) {
+            connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+            connect(socket, &QLocalSocket::readyRead, this, [this, socket] {
+                if (socket->readAll().contains(raiseRequest))
+                    Q_EMIT raiseRequested();
+                socket->disconnectFromServer();
+            });
+        }
+    });
+}
+
+QString SingleCopy::defaultName()
+{
+    return QStringLiteral("qfs-coinhall-%1").arg(::getuid());
+}
+
+bool SingleCopy::claim()
+{
+    if (askRunningCopy())
+        return false;
+    // Nobody answered: a socket left behind by a copy that died is taken over.
+    QLocalServer::removeServer(m_name);
+    if (m_server.listen(m_name))
+        return true;
+    // Another copy started at the same moment and won the name.
+    return !askRunningCopy();
+}
+
+bool SingleCopy::askRunningCopy()
+{
+    QLocalSocket socket;
+    socket.connectToServer(m_name);
+    if (!socket.waitForConnected(answerWaitMs))
+        return false;
+    socket.write(raiseRequest);
+    socket.waitForBytesWritten(answerWaitMs);
+    // The first copy hangs up once it has read the request.
+    socket.waitForDisconnected(answerWaitMs);
+    return true;
+}

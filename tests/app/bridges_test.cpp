@@ -1,0 +1,369 @@
+// What the Accounts, Reports and import screens get from their C++ side: the texts
+// they show and the rules behind their keys and fields, on a Store of its own.
+#include "accountsbridge.h"
+#include "importbridge.h"
+#include "reportsbridge.h"
+
+#include "model/money.h"
+#include "store/store.h"
+
+#include <QDateTime>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QUrl>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// Bill reminders go nowhere in these tests.
+class NoNotifier final : public Notifier
+{
+public:
+    void removeAllPending() override {}
+    void add(const ReminderRequest &) override {}
+    void requestAuthorization() override {}
+};
+
+Decimal d(const char *text)
+{
+    return *Decimal::fromString(std::string_view(text));
+}
+
+Instant local(int year, int month, int day, int hour = 12)
+{
+    return Instant::fromDateTime(QDateTime(QDate(year, month, day), QTime(hour, 0)));
+}
+
+QUrl bankFile(const char *name)
+{
+    return QUrl::fromLocalFile(QStringLiteral(COINHALL_TEST_DATA "/bank/") + QString::fromUtf8(name));
+}
+
+QVariantMap at(const QVariantList &list, qsizetype i)
+{
+    return list.value(i).toMap();
+}
+
+// A Store with the two accounts of a new Book, its clock on January 20, 2025 (the
+// month of the harbor_checking download).
+class Bridges : public ::testing::Test
+{
+protected:
+    Bridges()
+    {
+        StoreOptions options{temp.path()};
+        options.notifier = std::make_shared<NoNotifier>();
+        store = std::make_unique<Store>(options);
+        store->setClock([] { return local(2025, 1, 20); });
+        checking = store->book().accounts.at(0);
+        savings = store->book().accounts.at(1);
+    }
+
+    // Imports a bank download into checking as the import sheet does.
+    void importInto(const Account &account, const char *file)
+    {
+        ImportBridge sheet;
+        sheet.setStore(store.get());
+        sheet.setAccount(account.id.toString(QUuid::WithoutBraces));
+        sheet.open(bankFile(file));
+        sheet.importNow();
+    }
+
+    void spend(const Account &account, Instant date, const char *amount, const char *category)
+    {
+        store->add({.date = date, .accountID = account.id, .amount = d(amount), .category = QString::fromUtf8(category)});
+    }
+
+    int categoryIndex(const QString &name) const
+    {
+        const auto &categories = store->book().categories;
+        for (size_t i = 0; i < categories.size(); ++i)
+            if (categories[i].name == name)
+                return int(i);
+        return -1;
+    }
+
+    std::optional<Decimal> budgetOf(const QString &name) const { return store->book().categories.at(size_t(categoryIndex(name))).budget; }
+
+    QTemporaryDir temp;
+    std::unique_ptr<Store> store;
+    Account checking, savings;
+};
+
+} // namespace
+
+// -- Accounts ------------------------------------------------------------------
+
+TEST_F(Bridges, AccountLinesCountThisMonthsLinesWithTheRightPlural)
+{
+    importInto(checking, "harbor_checking.csv");
+    spend(savings, local(2025, 1, 2), "-5", "Fees & charges");
+    spend(savings, local(2024, 12, 31, 23), "-5", "Fees & charges");
+    AccountsBridge screen;
+    screen.setStore(store.get());
+
+    EXPECT_EQ(at(screen.accounts(), 0).value("countText").toString(), "14 transactions this month");
+    EXPECT_EQ(at(screen.accounts(), 1).value("countText").toString(), "1 transaction this month");
+    spend(savings, local(2025, 1, 31, 23), "-2", "Fees & charges");
+    EXPECT_EQ(at(screen.accounts(), 1).value("countText").toString(), "2 transactions this month");
+    EXPECT_EQ(AccountsBridge::monthCountText(0), "0 transactions this month");
+}
+
+TEST_F(Bridges, AccountLinesShowBalanceClosedMarkAndTheOpenTotal)
+{
+    importInto(checking, "harbor_checking.csv");
+    AccountsBridge screen;
+    screen.setStore(store.get());
+    Account closed = savings;
+    closed.opening = d("250");
+    closed.archived = true;
+    store->save(closed);
+
+    EXPECT_EQ(at(screen.accounts(), 0).value("balanceText").toString(), "$354.98");
+    EXPECT_EQ(at(screen.accounts(), 1).value("title").toString(), "Savings (closed)");
+    EXPECT_EQ(at(screen.accounts(), 1).value("balanceText").toString(), "$250.00");
+    EXPECT_EQ(screen.totalText(), "$354.98");
+}
+
+TEST_F(Bridges, BudgetRowsAreTheSpendingCategoriesInBookOrder)
+{
+    AccountsBridge screen;
+    screen.setStore(store.get());
+    const QVariantList rows = screen.budgets();
+
+    ASSERT_EQ(rows.size(), 18);
+    EXPECT_EQ(at(rows, 0).value("index").toInt(), categoryIndex(at(rows, 0).value("name").toString()));
+    EXPECT_EQ(at(rows, 0).value("index").toInt(), 8); // after the 8 income categories
+    EXPECT_EQ(at(rows, 17).value("name").toString(), "Transfer");
+    EXPECT_EQ(at(rows, 0).value("budget").toString(), "");
+}
+
+TEST_F(Bridges, BudgetCommitSetsClearsAndWritesOnlyChanges)
+{
+    AccountsBridge screen;
+    screen.setStore(store.get());
+    const int groceries = categoryIndex(QStringLiteral("Groceries"));
+    QSignalSpy writes(store.get(), &Store::bookChanged);
+
+    EXPECT_TRUE(screen.commitBudget(groceries, QStringLiteral("$1,250.50")));
+    EXPECT_EQ(budgetOf(QStringLiteral("Groceries")), d("1250.5"));
+    EXPECT_FALSE(screen.commitBudget(groceries, QStringLiteral("1250.50")));
+    EXPECT_EQ(writes.count(), 1);
+
+    EXPECT_TRUE(screen.commitBudget(groceries, QStringLiteral("0")));
+    EXPECT_EQ(budgetOf(QStringLiteral("Groceries")), std::nullopt);
+    screen.commitBudget(groceries, QStringLiteral("300"));
+    EXPECT_TRUE(screen.commitBudget(groceries, QStringLiteral("-5")));
+    EXPECT_EQ(budgetOf(QStringLiteral("Groceries")), std::nullopt);
+    screen.commitBudget(groceries, QStringLiteral("300"));
+    EXPECT_TRUE(screen.commitBudget(groceries, QStringLiteral("lots")));
+    EXPECT_EQ(budgetOf(QStringLiteral("Groceries")), std::nullopt);
+    EXPECT_FALSE(screen.commitBudget(groceries, QString()));
+    EXPECT_EQ(writes.count(), 6);
+    EXPECT_FALSE(screen.commitBudget(99, QStringLiteral("5")));
+}
+
+TEST_F(Bridges, AccountEditorSavesReadsAndRefusesToDeleteAccountsWithLines)
+{
+    AccountsBridge editor;
+    editor.setStore(store.get());
+
+    const QString id = editor.saveAccount({}, QStringLiteral("Card"), QStringLiteral("Credit card"),
+                                          QStringLiteral("abc"), false);
+    const QVariantMap saved = editor.account(id);
+    EXPECT_EQ(saved.value("name").toString(), "Card");
+    EXPECT_EQ(saved.value("kind").toString(), "Credit card");
+    EXPECT_EQ(saved.value("opening").toString(), "0");
+    EXPECT_EQ(store->book().accounts.size(), 3u);
+
+    editor.saveAccount(id, QStringLiteral("Maple card"), QStringLiteral("Credit card"), QStringLiteral("(450)"), true);
+    EXPECT_EQ(editor.account(id).value("opening").toString(), "-450");
+    EXPECT_TRUE(editor.account(id).value("closed").toBool());
+    EXPECT_EQ(store->book().accounts.size(), 3u);
+
+    spend(savings, local(2025, 1, 5), "-5", "Fees & charges");
+    EXPECT_TRUE(editor.account(savings.id.toString()).value("hasTransactions").toBool());
+    EXPECT_FALSE(editor.deleteAccount(savings.id.toString()));
+    EXPECT_TRUE(editor.deleteAccount(id));
+    EXPECT_EQ(store->book().accounts.size(), 2u);
+    EXPECT_FALSE(editor.account(id).value("found").toBool());
+}
+
+// -- Reports -------------------------------------------------------------------
+
+TEST_F(Bridges, ReportTilesFollowThePeriod)
+{
+    importInto(checking, "harbor_checking.csv");
+    ReportsBridge reports;
+    reports.setStore(store.get());
+
+    EXPECT_EQ(reports.incomeText(), "$2,662.18");
+    EXPECT_EQ(reports.spendingText(), "$2,307.20");
+    EXPECT_EQ(reports.netText(), "+$354.98");
+    EXPECT_EQ(reports.royaltyShareText(), "2%");
+    EXPECT_EQ(at(reports.spendingRows(), 0).value("name").toString(), "Rent / mortgage");
+
+    reports.setPeriod(1); // December 2024: nothing
+    EXPECT_EQ(reports.incomeText(), "$0.00");
+    EXPECT_EQ(reports.netText(), "$0.00");
+    EXPECT_EQ(reports.royaltyShareText(), "—");
+    EXPECT_TRUE(reports.spendingRows().isEmpty());
+    EXPECT_EQ(reports.months(), 1);
+
+    reports.setPeriod(3);
+    EXPECT_EQ(reports.spendingText(), "$2,307.20");
+    EXPECT_EQ(reports.months(), 12);
+    reports.setPeriod(7); // not a period: this month
+    EXPECT_EQ(reports.incomeText(), "$2,662.18");
+    EXPECT_EQ(reports.months(), 1);
+}
+
+TEST_F(Bridges, ReportBudgetsHoldTheFirstBudgetOfEachName)
+{
+    AccountsBridge accounts;
+    accounts.setStore(store.get());
+    ReportsBridge reports;
+    reports.setStore(store.get());
+    accounts.commitBudget(categoryIndex(QStringLiteral("Groceries")), QStringLiteral("400"));
+    Book book = store->book();
+    book.categories.push_back({QStringLiteral("Groceries"), false, d("1")});
+    store->setBook(book);
+
+    EXPECT_EQ(reports.budgets(), (QVariantMap{{QStringLiteral("Groceries"), QStringLiteral("400")}}));
+}
+
+TEST(CategorySharesTest, BudgetIsRedOnlyStrictlyOverItsLimitTimesTheMonths)
+{
+    CategoryShares shares;
+    const QVariantMap budgets{{QStringLiteral("Rent"), QStringLiteral("100")}};
+    auto rentLine = [&](const char *amount, int months) {
+        const QVariantList rows{QVariantMap{{QStringLiteral("name"), QStringLiteral("Rent")},
+                                            {QStringLiteral("amount"), QString::fromUtf8(amount)}}};
+        return at(shares.lines(rows, QStringLiteral("5000"), budgets, months), 0);
+    };
+
+    EXPECT_EQ(rentLine("100", 1).value("budgetText").toString(), "budget $100.00");
+    EXPECT_FALSE(rentLine("100", 1).value("over").toBool());
+    EXPECT_TRUE(rentLine("100.01", 1).value("over").toBool());
+    EXPECT_EQ(rentLine("1200", 12).value("budgetText").toString(), "budget $1,200.00");
+    EXPECT_FALSE(rentLine("1200", 12).value("over").toBool());
+    EXPECT_TRUE(rentLine("1200.01", 12).value("over").toBool());
+}
+
+TEST(CategorySharesTest, SharesArePercentsTruncatedAndZeroWithoutATotal)
+{
+    CategoryShares shares;
+    auto row = [](const char *name, const char *amount) {
+        return QVariantMap{{QStringLiteral("name"), QString::fromUtf8(name)},
+                           {QStringLiteral("amount"), QString::fromUtf8(amount)}};
+    };
+    const QVariantList rows{row("A", "0.29"), row("B", "0.6666"), row("C", "0.0434")};
+
+    const QVariantList lines = shares.lines(rows, QStringLiteral("1"), {}, 1);
+    EXPECT_EQ(at(lines, 0).value("percentText").toString(), "29%");
+    EXPECT_EQ(at(lines, 1).value("percentText").toString(), "66%");
+    EXPECT_EQ(at(lines, 2).value("percentText").toString(), "4%");
+    EXPECT_EQ(at(lines, 0).value("amountText").toString(), "$0.29");
+    EXPECT_DOUBLE_EQ(at(lines, 1).value("share").toDouble(), 0.6666);
+    EXPECT_EQ(at(lines, 0).value("budgetText").toString(), "");
+
+    const QVariantList none = shares.lines(rows, QStringLiteral("0"), {}, 1);
+    EXPECT_EQ(at(none, 0).value("percentText").toString(), "0%");
+    EXPECT_EQ(at(none, 0).value("share").toDouble(), 0.0);
+}
+
+// -- Import --------------------------------------------------------------------
+
+TEST_F(Bridges, ImportPreviewCountsNewDuplicateAndUnreadableRows)
+{
+    ImportBridge sheet;
+    sheet.setStore(store.get());
+    EXPECT_EQ(sheet.account(), checking.id.toString(QUuid::WithoutBraces));
+    EXPECT_FALSE(sheet.hasPreview());
+    EXPECT_EQ(sheet.importTitle(), "Import 0");
+
+    sheet.open(bankFile("harbor_checking.csv"));
+    EXPECT_EQ(sheet.fileName(), "harbor_checking.csv");
+    EXPECT_EQ(sheet.previewTitle(), "Preview · 14 new · 1 already in · 2 unreadable");
+    EXPECT_EQ(sheet.importTitle(), "Import 14");
+    const QVariantMap first = at(sheet.previewLines(), 0);
+    EXPECT_EQ(first.value("date").toString(), "Jan 31");
+    EXPECT_EQ(first.value("payee").toString(), "PAYROLL ACME ROOFING INC");
+    EXPECT_EQ(first.value("category").toString(), "Paycheck");
+    EXPECT_EQ(first.value("amountText").toString(), "+$2,150.00");
+
+    EXPECT_EQ(sheet.importNow(), 14);
+    EXPECT_EQ(store->status(), "Imported 14 transactions from harbor_checking.csv.");
+    EXPECT_EQ(store->book().transactions.size(), 14u);
+    EXPECT_EQ(sheet.previewTitle(), "Preview · 0 new · 15 already in · 2 unreadable");
+    EXPECT_EQ(sheet.importTitle(), "Import 0");
+    EXPECT_EQ(sheet.importNow(), 0);
+}
+
+TEST_F(Bridges, ImportColumnPickersChangeTheMappingAndThePreview)
+{
+    ImportBridge sheet;
+    sheet.setStore(store.get());
+    sheet.open(bankFile("maple_card.csv"));
+    EXPECT_EQ(sheet.columnChoices(), (QStringList{"—", "Transaction Date", "Posted Date", "Card No.", "Description",
+                                                  "Category", "Debit", "Credit"}));
+    EXPECT_EQ(sheet.choices(), (QVariantList{1, 4, 0, 6, 7, 5}));
+    EXPECT_EQ(at(sheet.previewLines(), 0).value("category").toString(), "Music Equipment");
+
+    QSignalSpy preview(&sheet, &ImportBridge::previewChanged);
+    sheet.setChoice(ImportBridge::Category, 0);
+    EXPECT_EQ(preview.count(), 1);
+    EXPECT_EQ(sheet.choices().at(ImportBridge::Category).toInt(), 0);
+    EXPECT_EQ(at(sheet.previewLines(), 0).value("category").toString(), "Bills & Utilities"); // "water" comes first
+
+    sheet.setChoice(ImportBridge::Date, 0);
+    EXPECT_EQ(sheet.previewTitle(), "Preview · 0 new · 0 already in · 12 unreadable");
+    sheet.setChoice(ImportBridge::Date, 99); // no such column: ignored
+    EXPECT_EQ(sheet.choices().at(ImportBridge::Date).toInt(), 0);
+}
+
+TEST_F(Bridges, ImportFlipNegatesAndRetypesTheLines)
+{
+    ImportBridge sheet;
+    sheet.setStore(store.get());
+    sheet.open(bankFile("maple_card.csv"));
+    sheet.setFlip(true);
+
+    EXPECT_EQ(at(sheet.previewLines(), 0).value("amountText").toString(), "+$289.00");
+    sheet.importNow();
+    const Transaction &sweetwater = store->book().transactions.front();
+    EXPECT_EQ(sweetwater.amount, d("289"));
+    EXPECT_EQ(sweetwater.kind, TxKind::deposit);
+}
+
+TEST_F(Bridges, ImportOfAnUnreadableFileSaysSoAndDropsTheLastFile)
+{
+    ImportBridge sheet;
+    sheet.setStore(store.get());
+    sheet.open(bankFile("harbor_checking.csv"));
+    sheet.open(bankFile("no_such_file.csv"));
+
+    EXPECT_EQ(sheet.message(), "That file couldn't be read as a bank CSV.");
+    EXPECT_EQ(sheet.fileName(), "no_such_file.csv");
+    EXPECT_FALSE(sheet.hasFile());
+    EXPECT_FALSE(sheet.hasPreview());
+    EXPECT_EQ(sheet.importTitle(), "Import 0");
+
+    sheet.open(bankFile("lumen_pay.csv"));
+    EXPECT_EQ(sheet.message(), "");
+    EXPECT_EQ(sheet.previewTitle(), "Preview · 8 new · 1 already in · 1 unreadable");
+}
+
+TEST_F(Bridges, ImportWithoutAnAccountHasNoPreview)
+{
+    ImportBridge sheet;
+    sheet.setStore(store.get());
+    sheet.setAccount(QString());
+    sheet.open(bankFile("harbor_checking.csv"));
+
+    EXPECT_FALSE(sheet.hasPreview());
+    EXPECT_EQ(sheet.previewTitle(), "");
+    EXPECT_EQ(sheet.importNow(), 0);
+    EXPECT_TRUE(store->book().transactions.empty());
+}

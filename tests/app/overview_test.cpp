@@ -1,0 +1,241 @@
+// What the dashboard and the calendar get from their C++ side: a month's grid with
+// each day's items and the header's sums, and the dashboard's figures, on a Store of
+// its own whose clock stands on Saturday, March 15, 2025, 10:00 (New York time).
+#include "calendarmonth.h"
+#include "dashboardsummary.h"
+
+#include "model/money.h"
+#include "store/store.h"
+
+#include <QDateTime>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class NoNotifier final : public Notifier
+{
+public:
+    void removeAllPending() override {}
+    void add(const ReminderRequest &) override {}
+    void requestAuthorization() override {}
+};
+
+Decimal d(const char *text)
+{
+    return *Decimal::fromString(std::string_view(text));
+}
+
+Instant local(int year, int month, int day, int hour = 12, int minute = 0, int second = 0)
+{
+    return Instant::fromDateTime(QDateTime(QDate(year, month, day), QTime(hour, minute, second)));
+}
+
+using CalendarGrid::Tone;
+
+class Overview : public ::testing::Test
+{
+protected:
+    Overview()
+    {
+        StoreOptions options{temp.path()};
+        options.notifier = std::make_shared<NoNotifier>();
+        store = std::make_unique<Store>(options);
+        store->setClock([] { return local(2025, 3, 15, 10); });
+        checking = store->book().accounts.at(0);
+        savings = store->book().accounts.at(1);
+    }
+
+    void bill(const char *name, const char *amount, Instant due, Repeat repeats = Repeat::monthly)
+    {
+        store->save(Bill{.name = QString::fromUtf8(name), .amount = d(amount), .due = due, .repeats = repeats});
+    }
+    void royalty(const char *payer, const char *amount, Instant expected,
+                 RoyaltyStatus status = RoyaltyStatus::expected)
+    {
+        store->save(Royalty{.payer = QString::fromUtf8(payer),
+                            .expectedAmount = d(amount),
+                            .expectedDate = expected,
+                            .status = status});
+    }
+    void line(Instant date, const char *amount, TxKind kind = TxKind::expense, const Account *account = nullptr)
+    {
+        store->add({.date = date, .accountID = (account ? *account : checking).id, .amount = d(amount), .kind = kind});
+    }
+    CalendarGrid::Month month(int year, int month)
+    {
+        return CalendarGrid::month(*store, local(year, month, 1), Qt::Sunday);
+    }
+    // A day's items as "title amount tone" texts.
+    static std::vector<std::string> items(const CalendarGrid::Month &m, int day)
+    {
+        std::vector<std::string> out;
+        for (const CalendarGrid::Item &item : m.days.at(size_t(day - 1)).items)
+            out.push_back(item.title.toStdString() + ' ' + item.amount.toStdString() + ' ' +
+                          std::to_string(int(item.tone)));
+        return out;
+    }
+    static std::vector<int> daysWith(const CalendarGrid::Month &m, const char *title)
+    {
+        std::vector<int> days;
+        for (const CalendarGrid::Day &day : m.days)
+            for (const CalendarGrid::Item &item : day.items)
+                if (item.title == QString::fromUtf8(title))
+                    days.push_back(day.date.day());
+        return days;
+    }
+
+    QTemporaryDir temp;
+    std::unique_ptr<Store> store;
+    Account checking, savings;
+};
+
+} // namespace
+
+TEST(CalendarGridBlanks, TheGridStartsOnTheFirstWeekday)
+{
+    // June 2025 begins on a Sunday, March 2025 on a Saturday, September 2025 on a Monday.
+    EXPECT_EQ(CalendarGrid::leadingBlanks(QDate(2025, 6, 1), Qt::Sunday), 0);
+    EXPECT_EQ(CalendarGrid::leadingBlanks(QDate(2025, 3, 1), Qt::Sunday), 6);
+    EXPECT_EQ(CalendarGrid::leadingBlanks(QDate(2025, 9, 1), Qt::Monday), 0);
+    EXPECT_EQ(CalendarGrid::leadingBlanks(QDate(2025, 6, 1), Qt::Monday), 6);
+    EXPECT_EQ(CalendarGrid::leadingBlanks(QDate(2025, 3, 1), Qt::Monday), 5);
+}
+
+TEST_F(Overview, ADaysItemsComeAsBillsThenRoyaltiesThenMoneyInAndOut)
+{
+    line(local(2025, 4, 12, 8), "-4.5");
+    line(local(2025, 4, 12, 9), "500", TxKind::deposit);
+    line(local(2025, 4, 12, 23, 59, 59), "-10");
+    royalty("BMI", "80", local(2025, 4, 12, 7));
+    bill("Rent", "1200", local(2025, 4, 12, 9));
+    bill("Phone", "65.5", local(2025, 4, 12, 9));
+    royalty("ASCAP", "20", local(2025, 4, 12, 6), RoyaltyStatus::disputed);
+    royalty("Label", "300", local(2025, 4, 12, 6), RoyaltyStatus::received);
+
+    const CalendarGrid::Month m = month(2025, 4);
+    EXPECT_EQ(items(m, 12), (std::vector<std::string>{"Rent 1200 0", "Phone 65.5 0", "ASCAP 20 2", "BMI 80 2",
+                                                      "Money in 500 3", "Money out -14.5 4"}));
+    EXPECT_EQ(CalendarGrid::helpText(m.days[11]), "Rent: $1,200.00\nPhone: $65.50\nASCAP: $20.00\nBMI: $80.00\n"
+                                                  "Money in: $500.00\nMoney out: -$14.50");
+    EXPECT_TRUE(m.days[12].items.empty()); // the line at 23:59:59 stays on the 12th
+}
+
+TEST_F(Overview, ATransferAddsNoMoneyLine)
+{
+    store->transfer(checking.id, savings.id, d("25"), local(2025, 3, 20), QString());
+    line(local(2025, 3, 21), "-7", TxKind::bill);
+    const CalendarGrid::Month m = month(2025, 3);
+    EXPECT_TRUE(m.days[19].items.empty());
+    EXPECT_EQ(items(m, 21), (std::vector<std::string>{"Money out -7 4"}));
+}
+
+TEST_F(Overview, AnOverdueBillIsRedOnItsDueDayOnly)
+{
+    bill("Rent", "1200", local(2025, 3, 3, 9));
+    const CalendarGrid::Month m = month(2025, 3);
+    EXPECT_EQ(daysWith(m, "Rent"), (std::vector<int>{3}));
+    EXPECT_EQ(items(m, 3), (std::vector<std::string>{"Rent 1200 1"}));
+    EXPECT_EQ(daysWith(month(2025, 2), "Rent"), (std::vector<int>{})); // nothing before its due date
+}
+
+TEST_F(Overview, AWeeklyBillShowsOnEachDueDayAndTheHeaderCountsThemAll)
+{
+    bill("Lessons", "40", local(2025, 3, 17, 9), Repeat::weekly); // a Monday
+    royalty("BMI", "80.25", local(2025, 4, 30, 23));
+    royalty("Old", "5", local(2025, 5, 1, 0));
+    royalty("Paid", "500", local(2025, 4, 2), RoyaltyStatus::received);
+
+    const CalendarGrid::Month march = month(2025, 3);
+    EXPECT_EQ(daysWith(march, "Lessons"), (std::vector<int>{17, 24, 31})); // nothing before its due date
+    EXPECT_EQ(CalendarGrid::headerText(march), "Bills this month: $120.00   ·   Royalties expected: $0.00");
+
+    const CalendarGrid::Month april = month(2025, 4);
+    EXPECT_EQ(daysWith(april, "Lessons"), (std::vector<int>{7, 14, 21, 28}));
+    EXPECT_EQ(CalendarGrid::headerText(april), "Bills this month: $160.00   ·   Royalties expected: $80.25");
+    EXPECT_EQ(daysWith(april, "BMI"), (std::vector<int>{30}));
+}
+
+TEST_F(Overview, TheMonthObjectStepsFollowsTheBookAndCountsWhatACellHides)
+{
+    CalendarMonth calendar;
+    calendar.setFirstDayOfWeek(Qt::Sunday);
+    calendar.setStore(store.get());
+    EXPECT_EQ(calendar.title(), "March 2025");
+    EXPECT_EQ(calendar.today(), 15);
+    EXPECT_EQ(calendar.leadingBlanks(), 6);
+
+    QSignalSpy changes(&calendar, &CalendarMonth::changed);
+    auto day20 = [&calendar] { return calendar.days().at(19).toMap(); };
+    for (const char *name : {"A", "B", "C", "D"})
+        bill(name, "1", local(2025, 3, 20, 9), Repeat::once);
+    EXPECT_GE(changes.count(), 4);
+    EXPECT_EQ(day20().value("shown").toInt(), 4);
+    EXPECT_EQ(day20().value("moreText").toString(), "");
+    bill("E", "1", local(2025, 3, 20, 9), Repeat::once);
+    EXPECT_EQ(day20().value("shown").toInt(), 4);
+    EXPECT_EQ(day20().value("moreText").toString(), "+1 more");
+    bill("F", "1", local(2025, 3, 20, 9), Repeat::once);
+    EXPECT_EQ(day20().value("items").toList().size(), 6);
+    EXPECT_EQ(day20().value("moreText").toString(), "+2 more");
+
+    calendar.step(-3);
+    EXPECT_EQ(calendar.title(), "December 2024");
+    EXPECT_EQ(calendar.today(), 0);
+    EXPECT_EQ(calendar.days().size(), 31);
+    calendar.step(2);
+    EXPECT_EQ(calendar.title(), "February 2025");
+    EXPECT_EQ(calendar.days().size(), 28);
+    calendar.showToday();
+    EXPECT_EQ(calendar.title(), "March 2025");
+    calendar.setFirstDayOfWeek(Qt::Monday);
+    EXPECT_EQ(calendar.leadingBlanks(), 5);
+}
+
+TEST_F(Overview, DashboardTilesAndBalancesAtNow)
+{
+    line(local(2025, 3, 2), "1000", TxKind::deposit);
+    line(local(2025, 3, 3), "-1000.01");
+    line(local(2025, 2, 27), "-50"); // last month: in no monthly tile
+    line(local(2025, 3, 30), "-20"); // later this month: counted by the month, not in the balance now
+    store->transfer(checking.id, savings.id, d("300"), local(2025, 3, 4), QString());
+
+    DashboardSummary summary;
+    summary.setStore(store.get());
+    EXPECT_EQ(summary.totalText(), "-$70.01");
+    EXPECT_EQ(summary.inText(), "$1,000.00");
+    EXPECT_EQ(summary.outText(), "$1,020.01");
+    EXPECT_EQ(summary.netText(), "-$20.01");
+    EXPECT_TRUE(summary.netNegative());
+    ASSERT_EQ(summary.accounts().size(), 2);
+    EXPECT_EQ(summary.accounts().at(0).toMap().value("balanceText").toString(), "-$350.01");
+    EXPECT_EQ(summary.accounts().at(1).toMap().value("balanceText").toString(), "$300.00");
+
+    const QVariantList months = summary.months();
+    ASSERT_EQ(months.size(), 6);
+    EXPECT_EQ(months.at(0).toMap().value("monthText").toString(), "Oct");
+    EXPECT_EQ(months.at(4).toMap().value("outText").toString(), "$50.00");
+    EXPECT_EQ(months.at(5).toMap().value("inText").toString(), "$1,000.00");
+    EXPECT_DOUBLE_EQ(months.at(5).toMap().value("out").toDouble(), 1020.01);
+
+    line(local(2025, 3, 5), "20.01", TxKind::deposit);
+    EXPECT_EQ(summary.netText(), "$0.00");
+    EXPECT_FALSE(summary.netNegative());
+}
+
+TEST_F(Overview, DashboardListsTheFirstFivePendingRoyalties)
+{
+    for (int day = 1; day <= 7; ++day)
+        royalty(QByteArray::number(day).prepend("Payer ").constData(), "10", local(2025, 4, 8 - day),
+                day == 7 ? RoyaltyStatus::disputed : RoyaltyStatus::expected);
+    royalty("Received", "10", local(2025, 1, 1), RoyaltyStatus::received);
+    DashboardSummary summary;
+    summary.setStore(store.get());
+    QStringList lines;
+    for (const QVariant &r : summary.royalties())
+        lines << r.toMap().value("payer").toString() + " · " + r.toMap().value("expectedLine").toString();
+    EXPECT_EQ(lines, (QStringList{"Payer 7 · Expected Apr 1", "Payer 6 · Expected Apr 2", "Payer 5 · Expected Apr 3",
+                                  "Payer 4 · Expected Apr 4", "Payer 3 · Expected Apr 5"}));
+}

@@ -1,0 +1,91 @@
+#include "apptesting.h"
+
+#include "help/helptexts.h"
+
+namespace {
+
+using namespace ExeTesting;
+
+const char header[] = "QFS Coinhall self-test (Coinhall by Quillfern)\n"
+                      "PASS  parse $1,234.56\n"
+                      "PASS  parse (45.10) as negative\n"
+                      "PASS  parse 12.00- as negative\n"
+                      "PASS  parse rejects text\n"
+                      "PASS  format USD\n"
+                      "PASS  rounding to cents\n"
+                      "PASS  monthly repeat moves forward\n"
+                      "PASS  one-time bill does not repeat\n"
+                      "PASS  weekly = 7 days\n"
+                      "PASS  book saves and loads\n"
+                      "PASS  default categories present\n";
+const char footer[] = "PASS  help never says bare \"Quillfern Coinhall\"\n"
+                      "PASS  help credits Quillfern with the link\n"
+                      "PASS  display name QFS Coinhall\n";
+
+using SelfTest = AppTest;
+
+TEST_F(SelfTest, PassesEveryCheckBeforeAnyCommandAndLeavesNothingBehind)
+{
+    // The switch wins wherever it stands, even after a command.
+    const Outcome run = onBooks({"import", "no-such-file.csv", "--account", "Nowhere", "--selftest"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, QString::fromUtf8(header) +
+                           "PASS  CSV header found below info lines\n"
+                           "PASS  CSV quoted comma kept in one field\n"
+                           "PASS  CSV imports 2 rows, 1 bad\n"
+                           "PASS  CSV re-import skips duplicates\n" +
+                           footer + "RESULT: ALL 18 CHECKS PASSED\n");
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(listing(path("tmp")), QStringList());
+    EXPECT_FALSE(QFileInfo::exists(books()));
+    EXPECT_FALSE(QFileInfo::exists(path("data")));
+    EXPECT_FALSE(QFileInfo::exists(path("config")));
+}
+
+TEST_F(SelfTest, PassesWithNoLocaleSet)
+{
+    // Started from a bare environment (LANG unset, the C locale) money still reads "$1,234.50".
+    m_env.remove("LANG");
+    m_env.remove("LC_ALL");
+    m_env.insert("LC_ALL", "C");
+    const Outcome run = coinhall({"--selftest"});
+    EXPECT_EQ(run.status, 0) << run.out.toStdString();
+    EXPECT_TRUE(run.out.endsWith("RESULT: ALL 18 CHECKS PASSED\n"));
+}
+
+TEST_F(SelfTest, CountsTheBankFileChecksAsOneFailureWhenItCannotWriteItsFile)
+{
+    // A temporary "folder" that is a plain file: the sample bank file cannot be made.
+    m_env.insert("TMPDIR", write("not-a-folder", "x"));
+    const Outcome run = coinhall({"--selftest"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, QString::fromUtf8(header) + "FAIL  CSV file opens\n" + footer + "RESULT: 1 CHECK(S) FAILED\n");
+}
+
+TEST(HelpTexts, ElevenChaptersThatSayWhatIsTrueOnThisComputer)
+{
+    const QList<HelpChapter> chapters = helpChapters();
+    QStringList titles;
+    for (const HelpChapter &chapter : chapters) {
+        titles.append(chapter.title);
+        EXPECT_FALSE(chapter.text.contains("Quillfern Coinhall")) << qPrintable(chapter.title);
+        EXPECT_FALSE(chapter.symbol.isEmpty()) << qPrintable(chapter.title);
+#ifndef Q_OS_MACOS
+        for (const char *word : {"Mac", "Touch ID", "Library", "Command"})
+            EXPECT_FALSE(chapter.text.contains(word)) << qPrintable(chapter.title) << " says " << word;
+#endif
+    }
+    EXPECT_EQ(titles.join('|'), "Welcome|Accounts & balances|Money in & money out|Bills & reminders|Royalties|"
+                                "Importing from your bank|Calendar|Reports & budgets|Privacy, backups & looks|"
+                                "Themes & zoom|About QFS");
+#ifndef Q_OS_MACOS
+    EXPECT_EQ(chapters.last().text, "QFS Coinhall is made by Quillfern (QFS).\n"
+                                    "Website: https://quillfern.com\n\n"
+                                    "Help is always in the Help menu (F1). The Help menu also has a link to the "
+                                    "Quillfern website for updates and more apps.");
+#endif
+    EXPECT_EQ(QFSCredit::website().host(), "quillfern.com");
+    EXPECT_EQ(QFSCredit::fullName(), "Coinhall by Quillfern");
+}
+
+} // namespace

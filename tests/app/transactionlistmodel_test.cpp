@@ -1,0 +1,315 @@
+// The register's list model and the ledger calls of the transaction editors, as the
+// screens see them: rows, summary texts, the signals a list view follows, the lines
+// saved and the status line.
+#include "ledgerbridge.h"
+#include "transactionlistmodel.h"
+
+#include "platform/notifier.h"
+#include "store/store.h"
+
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+class SilentNotifier final : public Notifier
+{
+public:
+    void removeAllPending() override {}
+    void add(const ReminderRequest &) override {}
+    void requestAuthorization() override {}
+};
+
+Decimal d(const char *text)
+{
+    return *Decimal::fromString(std::string_view(text));
+}
+
+Instant at(const char *iso)
+{
+    return *Instant::fromIso(iso);
+}
+
+class RegisterTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(m_dir.isValid());
+        m_store = std::make_unique<Store>(StoreOptions{m_dir.path(), nullptr, std::make_shared<SilentNotifier>()});
+        m_store->setClock([] { return at("2025-03-15T12:00:00Z"); });
+        Book book;
+        book.accounts = {checking, savings};
+        book.transactions = {
+            tx(checking, "2025-03-10T15:00:00Z", "-1200", "Landlord", "Rent / mortgage"),
+            tx(checking, "2025-03-05T15:00:00Z", "-45.10", "Green Basket", "Groceries", "weekly shop"),
+            tx(savings, "2025-03-01T15:00:00Z", "2500", "Label Co", "Royalties"),
+            tx(checking, "2025-02-20T15:00:00Z", "-4.50", "Corner cafe", "Dining out", "", false),
+        };
+        m_store->setBook(book);
+        model.setStore(m_store.get());
+        bridge.setStore(m_store.get());
+    }
+
+    Transaction tx(const Account &account, const char *iso, const char *amount, const char *payee,
+                   const char *category, const char *note = "", bool cleared = true)
+    {
+        Transaction t;
+        t.date = at(iso);
+        t.accountID = account.id;
+        t.amount = d(amount);
+        t.payee = QString::fromUtf8(payee);
+        t.category = QString::fromUtf8(category);
+        t.note = QString::fromUtf8(note);
+        t.cleared = cleared;
+        t.kind = t.amount.isNegative() ? TxKind::expense : TxKind::deposit;
+        return t;
+    }
+
+    QStringList payees() const
+    {
+        QStringList list;
+        for (int row = 0; row < model.rowCount(); ++row)
+            list << model.data(model.index(row), TransactionListModel::PayeeRole).toString();
+        return list;
+    }
+
+    QString idText(const Account &a) const { return a.id.toString(QUuid::WithoutBraces); }
+    const Transaction &lineNamed(const char *payee) const
+    {
+        for (const Transaction &t : m_store->book().transactions)
+            if (t.payee == QLatin1String(payee))
+                return t;
+        ADD_FAILURE() << "no line " << payee;
+        return m_store->book().transactions.front();
+    }
+
+    const Account checking{newId(), QStringLiteral("Main checking"), AccountKind::checking, Decimal(0), false};
+    const Account savings{newId(), QStringLiteral("Savings"), AccountKind::savings, Decimal(0), false};
+    QTemporaryDir m_dir;
+    std::unique_ptr<Store> m_store;
+    TransactionListModel model;
+    QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};
+    LedgerBridge bridge;
+};
+
+TEST_F(RegisterTest, FiltersCombineAndSummariseTheListedLines)
+{
+    EXPECT_EQ(payees(), (QStringList{"Landlord", "Green Basket", "Label Co", "Corner cafe"}));
+    EXPECT_EQ(model.linesText(), "4 lines");
+    EXPECT_EQ(model.inText(), "In $2,500.00");
+    EXPECT_EQ(model.outText(), "Out -$1,249.60");
+
+    model.setFlow(2);
+    EXPECT_EQ(payees(), (QStringList{"Landlord", "Green Basket", "Corner cafe"}));
+    model.setMonthOnly(true);
+    EXPECT_EQ(payees(), (QStringList{"Landlord", "Green Basket"}));
+    model.setAccountFilter(idText(savings));
+    EXPECT_EQ(model.count(), 0);
+    EXPECT_EQ(model.linesText(), "0 lines");
+    EXPECT_EQ(model.inText(), "In $0.00");
+
+    model.setFlow(1);
+    EXPECT_EQ(payees(), QStringList{"Label Co"});
+    EXPECT_EQ(model.outText(), "Out $0.00");
+}
+
+TEST_F(RegisterTest, SearchIgnoresCaseAndLooksInPayeeCategoryAndNote)
+{
+    // Newest, so its key comes first: letters beyond ASCII must not shift the others.
+    m_store->add(tx(checking, "2025-03-12T15:00:00Z", "-7", "Crème Brûlée Café", "Dining out", "ÉTÉ"));
+    model.setSearch(QStringLiteral("BRÛLÉE"));
+    EXPECT_EQ(payees(), QStringList{"Crème Brûlée Café"});
+    model.setSearch(QStringLiteral("été"));
+    EXPECT_EQ(payees(), QStringList{"Crème Brûlée Café"});
+
+    model.setSearch(QStringLiteral("RENT"));
+    EXPECT_EQ(payees(), QStringList{"Landlord"}) << "found by its category";
+    model.setSearch(QStringLiteral("Weekly"));
+    EXPECT_EQ(payees(), QStringList{"Green Basket"}) << "found by its note";
+    model.setSearch(QStringLiteral("corner"));
+    EXPECT_EQ(payees(), QStringList{"Corner cafe"});
+    // The fields are searched one by one, never across the end of one into the next.
+    model.setSearch(QStringLiteral("landlordrent"));
+    EXPECT_EQ(model.count(), 0);
+    model.setSearch(QStringLiteral("shop"));
+    EXPECT_EQ(payees(), QStringList{"Green Basket"});
+}
+
+TEST_F(RegisterTest, TypingNarrowsAndBackspaceWidensLikeAFreshSearch)
+{
+    for (const char *typed : {"g", "gr", "gro", "groc"})
+        model.setSearch(QString::fromLatin1(typed));
+    EXPECT_EQ(payees(), QStringList{"Green Basket"});
+    model.setSearch(QStringLiteral("g"));
+    EXPECT_EQ(payees(), (QStringList{"Landlord", "Green Basket", "Corner cafe"}));
+    model.setSearch(QString());
+    EXPECT_EQ(model.count(), 4);
+}
+
+TEST_F(RegisterTest, ChangesOfTheBookMoveOnlyTheRowsConcerned)
+{
+    QSignalSpy resets(&model, &QAbstractItemModel::modelReset);
+    QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
+    QSignalSpy removed(&model, &QAbstractItemModel::rowsRemoved);
+    QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+
+    m_store->add(tx(checking, "2025-03-07T15:00:00Z", "-9", "Hardware store", "Household"));
+    ASSERT_EQ(inserted.count(), 1);
+    EXPECT_EQ(inserted.at(0).at(1).toInt(), 1) << "the new line lands between the 10th and the 5th";
+    EXPECT_EQ(payees().at(1), "Hardware store");
+
+    bridge.setCleared(model.idAt(3), false);
+    ASSERT_EQ(changed.count(), 1);
+    EXPECT_EQ(changed.at(0).at(0).value<QModelIndex>().row(), 3);
+    EXPECT_FALSE(model.data(model.index(3), TransactionListModel::ClearedRole).toBool());
+
+    bridge.deleteTransaction(model.idAt(0));
+    ASSERT_EQ(removed.count(), 1);
+    EXPECT_EQ(removed.at(0).at(1).toInt(), 0);
+    EXPECT_EQ(resets.count(), 0) << "the list keeps its place";
+    EXPECT_EQ(model.linesText(), "4 lines");
+}
+
+TEST_F(RegisterTest, ABookChangeWhileSearchingKeepsTheSearch)
+{
+    model.setSearch(QStringLiteral("cafe"));
+    m_store->add(tx(savings, "2025-03-12T15:00:00Z", "-3.75", "Cafe Roma", "Dining out"));
+    EXPECT_EQ(payees(), (QStringList{"Cafe Roma", "Corner cafe"}));
+    Transaction renamed = lineNamed("Corner cafe");
+    renamed.payee = QStringLiteral("Bakery");
+    m_store->update(renamed);
+    EXPECT_EQ(payees(), QStringList{"Cafe Roma"});
+}
+
+TEST_F(RegisterTest, RowsCarryWhatTheLineShows)
+{
+    model.setSearch(QStringLiteral("corner"));
+    ASSERT_EQ(model.count(), 1);
+    const QModelIndex row = model.index(0);
+    EXPECT_EQ(model.data(row, TransactionListModel::DateTextRole).toString(), "Feb 20, 2025");
+    EXPECT_EQ(model.data(row, TransactionListModel::AccountNameRole).toString(), "Main checking");
+    EXPECT_EQ(model.data(row, TransactionListModel::AmountRole).toString(), "-4.5");
+    EXPECT_EQ(model.data(row, TransactionListModel::AmountTextRole).toString(), "-$4.50");
+    EXPECT_TRUE(model.data(row, TransactionListModel::NegativeRole).toBool());
+    EXPECT_EQ(model.data(row, TransactionListModel::KindRole).toString(), "expense");
+    EXPECT_FALSE(model.data(row, TransactionListModel::ClearedRole).toBool());
+    EXPECT_EQ(model.rowOf(model.idAt(0)), 0);
+
+    model.setSearch(QString());
+    model.setLimit(2);
+    EXPECT_EQ(payees(), (QStringList{"Landlord", "Green Basket"}));
+}
+
+TEST_F(RegisterTest, SavingAnExpenseStoresItNegativeAndSaysSo)
+{
+    const bool saved = bridge.saveTransaction({{"income", false},
+                                               {"date", double(at("2025-03-14T09:30:00.250Z").msecs())},
+                                               {"amount", "-4.50"},
+                                               {"payee", "Corner cafe"},
+                                               {"category", "Dining out"},
+                                               {"accountId", idText(checking)},
+                                               {"note", ""},
+                                               {"cleared", true}});
+    ASSERT_TRUE(saved);
+    const Transaction &t = m_store->book().transactions.front();
+    EXPECT_EQ(t.amount, d("-4.5"));
+    EXPECT_EQ(t.kind, TxKind::expense);
+    EXPECT_EQ(t.date, at("2025-03-14T09:30:00Z"));
+    EXPECT_EQ(m_store->status(), "Spent $4.50 · Corner cafe.");
+}
+
+TEST_F(RegisterTest, MoneyInIsPositiveAndRoyaltiesAreTheirOwnKind)
+{
+    QVariantMap form{{"income", true},          {"date", double(at("2025-03-14T12:00:00Z").msecs())},
+                     {"amount", "(312.40)"},    {"payee", "Label Co"},
+                     {"category", "Royalties"}, {"accountId", idText(savings)}};
+    ASSERT_TRUE(bridge.saveTransaction(form));
+    EXPECT_EQ(m_store->book().transactions.front().amount, d("312.4"));
+    EXPECT_EQ(m_store->book().transactions.front().kind, TxKind::royalty);
+    EXPECT_EQ(m_store->status(), "Logged $312.40 · Label Co.");
+
+    form["category"] = QStringLiteral("Gigs");
+    form["date"] = double(at("2025-03-14T13:00:00Z").msecs());
+    ASSERT_TRUE(bridge.saveTransaction(form));
+    EXPECT_EQ(m_store->book().transactions.front().kind, TxKind::deposit);
+}
+
+TEST_F(RegisterTest, BadInputSavesNothing)
+{
+    const size_t before = m_store->book().transactions.size();
+    m_store->setStatus(QString());
+    QVariantMap form{{"income", false}, {"date", double(at("2025-03-14T12:00:00Z").msecs())},
+                     {"amount", "4.5o"}, {"payee", "Cafe"}, {"accountId", idText(checking)}};
+    EXPECT_FALSE(bridge.saveTransaction(form));
+    form["amount"] = QStringLiteral("4.50");
+    form["accountId"] = QString();
+    EXPECT_FALSE(bridge.saveTransaction(form));
+    EXPECT_FALSE(bridge.transfer(idText(checking), QString(), QStringLiteral("10"), 0, QString()));
+    EXPECT_FALSE(bridge.transfer(idText(checking), idText(savings), QStringLiteral(""), 0, QString()));
+    EXPECT_EQ(m_store->book().transactions.size(), before);
+    EXPECT_EQ(m_store->status(), "");
+}
+
+TEST_F(RegisterTest, AChangedLineKeepsItsIdentityLinkAndFingerprint)
+{
+    Transaction bill = lineNamed("Landlord");
+    bill.kind = TxKind::bill;
+    bill.importHash = QStringLiteral("abc123");
+    bill.transferPairID = newId();
+    m_store->update(bill);
+
+    QVariantMap form = bridge.transaction(bill.id.toString());
+    EXPECT_EQ(form["magnitude"].toString(), "1200.00");
+    EXPECT_EQ(form["income"].toBool(), false);
+    form["amount"] = form["magnitude"];
+    form["payee"] = QStringLiteral("Landlord LLC");
+    ASSERT_TRUE(bridge.saveTransaction(form));
+
+    const Transaction &saved = lineNamed("Landlord LLC");
+    EXPECT_EQ(saved.id, bill.id);
+    EXPECT_EQ(saved.kind, TxKind::bill) << "a bill payment stays one";
+    EXPECT_EQ(saved.importHash, bill.importHash);
+    EXPECT_EQ(saved.transferPairID, bill.transferPairID);
+    EXPECT_EQ(saved.date, bill.date);
+    EXPECT_EQ(m_store->book().transactions.size(), 4u);
+}
+
+TEST_F(RegisterTest, ATransferMakesTwoLinesAndSaysHowMuchMoved)
+{
+    ASSERT_TRUE(bridge.transfer(idText(checking), idText(savings), QStringLiteral("-250"),
+                                double(at("2025-03-14T12:00:00Z").msecs()), QStringLiteral("rainy day")));
+    EXPECT_EQ(m_store->status(), "Moved $250.00.");
+    EXPECT_EQ(payees().mid(0, 2), (QStringList{"Transfer to Savings", "Transfer from Main checking"}));
+}
+
+TEST_F(RegisterTest, AFailedSaveIsNotHiddenByTheEditorsMessage)
+{
+    // A second Store on the same folder may not write the money file.
+    Store second(StoreOptions{m_dir.path(), nullptr, std::make_shared<SilentNotifier>()});
+    ASSERT_FALSE(second.writable());
+    LedgerBridge other;
+    other.setStore(&second);
+    ASSERT_TRUE(other.saveTransaction({{"income", false}, {"date", 0.0}, {"amount", "3"},
+                                       {"payee", "Kiosk"}, {"accountId", idText(checking)}}));
+    EXPECT_TRUE(second.status().startsWith("Could not save: ")) << second.status().toStdString();
+}
+
+TEST(LedgerBridgeDates, DaysAreTypedAsYearMonthDayAndKeepTheirTime)
+{
+    LedgerBridge dates;
+    const double noon = double(at("2025-03-08T17:00:00Z").msecs()); // 12:00 in New York
+    EXPECT_EQ(dates.dayText(noon), "2025-03-08");
+    // Across the change to summer time the wall clock stays at noon.
+    EXPECT_EQ(dates.addDays(noon, 1), double(at("2025-03-09T16:00:00Z").msecs()));
+    EXPECT_EQ(dates.onDay(noon, QStringLiteral("2025-03-10")), double(at("2025-03-10T16:00:00Z").msecs()));
+    for (const char *bad : {"2025-02-30", "2025-3-10", "10/03/2025", "", "2025-03-10x"})
+        EXPECT_TRUE(std::isnan(dates.onDay(noon, QString::fromLatin1(bad)))) << bad;
+}
+
+} // namespace

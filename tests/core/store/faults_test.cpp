@@ -1,0 +1,463 @@
+// Faults of the disk, the folder, the clock and the money file itself. In every case
+// the program goes on, says what happened, and the last good data stays on disk.
+#include "storetesting.h"
+
+#include <QCryptographicHash>
+#include <QDate>
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QSettings>
+
+#include <gtest/gtest.h>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <csignal>
+
+namespace {
+
+// Writes past `bytes` fail with "File too large", as on a full disk; even root
+// cannot write through it.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_original);
+        rlimit limit = m_original;
+        limit.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_original); }
+
+private:
+    rlimit m_original{};
+};
+
+// The folder refuses new files. Mode bits stop everyone but root; root (as in CI)
+// gets the same refusal from a limit of no new open files at all, which it cannot
+// pass either. Both fail where a read-only folder fails: creating the temporary file.
+class ReadOnlyFolder
+{
+public:
+    explicit ReadOnlyFolder(const QString &dir)
+        : m_dir(QFile::encodeName(dir))
+    {
+        if (geteuid() != 0) {
+            ::chmod(m_dir.constData(), 0500);
+            return;
+        }
+        getrlimit(RLIMIT_NOFILE, &m_original);
+        rlimit none = m_original;
+        none.rlim_cur = 0;
+        setrlimit(RLIMIT_NOFILE, &none);
+    }
+    ~ReadOnlyFolder()
+    {
+        if (geteuid() != 0)
+            ::chmod(m_dir.constData(), 0700);
+        else
+            setrlimit(RLIMIT_NOFILE, &m_original);
+    }
+    static QString reason() { return geteuid() != 0 ? "Permission denied" : "Too many open files"; }
+
+private:
+    QByteArray m_dir;
+    rlimit m_original{};
+};
+
+// What the code under test says on standard error.
+QStringList warnings;
+void keepWarning(QtMsgType, const QMessageLogContext &, const QString &text)
+{
+    warnings << text;
+}
+
+QString today(int days = 0)
+{
+    return QDate::currentDate().addDays(days).toString(QStringLiteral("yyyy-MM-dd"));
+}
+
+Book goodBook()
+{
+    Book book;
+    book.accounts.push_back({newId(), QStringLiteral("Studio"), AccountKind::business, d("100"), false});
+    for (int i = 0; i < 40; ++i)
+        book.transactions.push_back(line(book.accounts[0], "2025-03-04T09:00:00Z", "-12.5", "Corner shop"));
+    book.categories = Category::defaults();
+    return book;
+}
+
+class Faults : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(temp.isValid());
+        dir = temp.path() + QStringLiteral("/QFS Coinhall");
+        QDir().mkpath(dir);
+        QSettings(QStringLiteral("QFS"), QStringLiteral("Coinhall")).remove(QStringLiteral("requireUnlock"));
+        warnings.clear();
+        qInstallMessageHandler(keepWarning);
+    }
+    void TearDown() override { qInstallMessageHandler(nullptr); }
+
+    QString file() const { return dir + QStringLiteral("/coinhall.json"); }
+    QString backup(int days = 0) const { return dir + QStringLiteral("/Backups/coinhall-%1.json").arg(today(days)); }
+    QStringList keptAside() const { return QDir(dir).entryList({QStringLiteral("coinhall.json.unreadable-*")}); }
+    // What is in a folder besides the `expected` names: what a failed write left behind.
+    static QStringList strays(const QString &folder, const QStringList &expected)
+    {
+        QStringList names = QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        names.removeIf([&](const QString &n) { return expected.contains(n); });
+        return names;
+    }
+    QStringList strays() const
+    {
+        return strays(dir, {"coinhall.json", "coinhall.lock", "Backups"});
+    }
+
+    // A day's start that saved the good Book and backed it up, then quit.
+    QByteArray startedOnce()
+    {
+        writeAll(file(), MoneyFile::encode(good));
+        Store({dir});
+        return readAll(file());
+    }
+
+    QTemporaryDir temp;
+    QString dir;
+    const Book good = goodBook();
+};
+
+} // namespace
+
+// -- The disk fills -----------------------------------------------------------
+
+TEST_F(Faults, DiskFullHalfwayThroughASaveKeepsTheOldFile)
+{
+    Store store({dir});
+    store.setBook(good);
+    const QByteArray before = readAll(file());
+    {
+        FileSizeLimit half(rlim_t(before.size() / 2));
+        store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3"));
+    }
+    EXPECT_EQ(store.status(), "Could not save: File too large");
+    EXPECT_EQ(store.book().transactions.size(), 41u);
+    EXPECT_EQ(readAll(file()), before);
+    EXPECT_EQ(strays(), QStringList());
+
+    store.add(line(store.book().accounts[0], "2025-03-06T09:00:00Z", "-4"));
+    EXPECT_EQ(decodeFile(file()), store.book());
+}
+
+TEST_F(Faults, DiskFullDuringTheBackupLeavesNoHalfCopy)
+{
+    const QByteArray goodBytes = MoneyFile::encode(good);
+    writeAll(file(), goodBytes);
+    QDir().mkpath(dir + QStringLiteral("/Backups"));
+    {
+        FileSizeLimit half(rlim_t(goodBytes.size() / 2));
+        Store store({dir});
+        EXPECT_EQ(store.book(), good);
+        EXPECT_TRUE(store.status().isEmpty());
+    }
+    // Qt's copy does not learn why its last write fell short.
+    EXPECT_EQ(warnings, QStringList{"Coinhall: could not make today's backup: Cannot create " + backup() +
+                                    " for output: Unknown error"});
+    EXPECT_FALSE(QFile::exists(backup()));
+    EXPECT_EQ(strays(dir + QStringLiteral("/Backups"), {}), QStringList());
+    EXPECT_EQ(readAll(file()), goodBytes);
+
+    // The next start with room on the disk makes the day's backup after all.
+    Store again({dir});
+    EXPECT_EQ(readAll(backup()), goodBytes);
+}
+
+TEST_F(Faults, DiskFullDuringAnExportKeepsTheEarlierExport)
+{
+    Store store({dir});
+    store.setBook(good);
+    const QString path = temp.path() + QStringLiteral("/export.csv");
+    writeAll(path, "the export of last week\n");
+    {
+        FileSizeLimit tiny(64);
+        EXPECT_FALSE(store.exportCSV(path));
+    }
+    EXPECT_EQ(store.status(), "Could not save: File too large");
+    EXPECT_EQ(readAll(path), "the export of last week\n");
+    EXPECT_EQ(strays(temp.path(), {"QFS Coinhall", "export.csv"}), QStringList());
+
+    EXPECT_TRUE(store.exportCSV(path));
+    EXPECT_EQ(readAll(path), store.exportText());
+}
+
+// -- The folder turns read-only -----------------------------------------------
+
+TEST_F(Faults, FolderTurnsReadOnlyWhileOpen)
+{
+    Store store({dir});
+    store.setBook(good);
+    const QByteArray before = readAll(file());
+    const Account studio = store.book().accounts[0];
+    {
+        ReadOnlyFolder readOnly(dir);
+        store.add(line(studio, "2025-03-05T09:00:00Z", "-3"));
+        EXPECT_FALSE(store.exportCSV(dir + QStringLiteral("/export.csv")));
+    }
+    EXPECT_EQ(store.status(), "Could not save: " + ReadOnlyFolder::reason());
+    EXPECT_EQ(store.book().transactions.size(), 41u);
+    EXPECT_EQ(readAll(file()), before);
+    EXPECT_EQ(strays(), QStringList());
+
+    // Writable again: the next change saves everything the Book holds.
+    store.add(line(studio, "2025-03-06T09:00:00Z", "-4"));
+    EXPECT_EQ(decodeFile(file()).transactions.size(), 42u);
+}
+
+// -- The money file is replaced -----------------------------------------------
+
+TEST_F(Faults, MoneyFileReplacedByWhatCannotBeRead)
+{
+    const QByteArray deepArrays = QByteArray(100000, '[') + QByteArray(100000, ']');
+    const QByteArray deepObjects = QByteArray("{\"a\":").repeated(100000) + "1" + QByteArray(100000, '}');
+    const struct
+    {
+        const char *what;
+        QByteArray bytes;
+        const char *error;
+    } cases[] = {
+        {"garbage", QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16), "line 1, column 1: Invalid value."},
+        {"an empty file", QByteArray(), "line 1, column 1: The document is empty."},
+        {"arrays 100,000 deep", deepArrays, "expected an object"},
+        {"objects 100,000 deep", deepObjects, "missing key \"accounts\""},
+        {"objects 100,000 deep, never closed", QByteArray("{\"a\":").repeated(100000),
+         "line 1, column 500001: Invalid value."},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        QTemporaryDir other;
+        dir = other.path();
+        const QByteArray goodBytes = startedOnce();
+        writeAll(file(), c.bytes);
+
+        Store store({dir});
+        EXPECT_EQ(store.loadError(), c.error);
+        const QStringList kept = keptAside();
+        ASSERT_EQ(kept.size(), 1);
+        EXPECT_EQ(store.status(), "Your money file could not be read. It was kept as " + kept[0] + ".");
+        EXPECT_EQ(readAll(dir + QLatin1Char('/') + kept[0]), c.bytes);
+        EXPECT_EQ(readAll(backup()), goodBytes);
+
+        // The first change writes a new file; neither earlier file is touched.
+        store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3"));
+        EXPECT_EQ(decodeFile(file()).transactions.size(), 1u);
+        EXPECT_EQ(readAll(dir + QLatin1Char('/') + kept[0]), c.bytes);
+        EXPECT_EQ(readAll(backup()), goodBytes);
+    }
+}
+
+TEST_F(Faults, MoneyFileReplacedBy200MegabytesIsSetAsideQuickly)
+{
+    const QByteArray goodBytes = startedOnce();
+
+    // A money file that looks right for 200 MB, then turns to junk.
+    constexpr qint64 size = 200ll << 20;
+    QByteArray record = R"(
+    {
+      "accountID": "6F1C2B9E-0A4D-4C1E-9B7A-3D2E1F0A9B8C",
+      "amount": -45.1,
+      "category": "Dining out",
+      "cleared": true,
+      "date": "2025-03-01T19:45:00Z",
+      "id": "C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C53",
+      "kind": "expense",
+      "note": "",
+      "payee": "Corner shop"
+    },)";
+    QByteArray chunk = R"({
+  "accounts": [],
+  "bills": [],
+  "categories": [],
+  "currency": "USD",
+  "royalties": [],
+  "transactions": [)";
+    QCryptographicHash sha(QCryptographicHash::Sha256);
+    {
+        QFile out(file());
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        qint64 written = 0;
+        while (written < size) {
+            while (chunk.size() < (1 << 20))
+                chunk += record;
+            chunk.truncate(std::min<qint64>(chunk.size(), size - written));
+            if (written + chunk.size() == size)
+                chunk.replace(chunk.size() - 8, 8, "\x01junk!\xff\n");
+            sha.addData(chunk);
+            ASSERT_EQ(out.write(chunk), chunk.size());
+            written += chunk.size();
+            chunk.clear();
+        }
+    }
+    const QByteArray digest = sha.result();
+
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    const long peakBeforeKiB = usage.ru_maxrss;
+    QElapsedTimer timer;
+    timer.start();
+    Store store({dir});
+    const qint64 ms = timer.elapsed();
+    getrusage(RUSAGE_SELF, &usage);
+    const long grownKiB = usage.ru_maxrss - peakBeforeKiB;
+
+    EXPECT_EQ(store.loadError(), "line 7393807, column 41: Invalid escape character in string.");
+    const QStringList kept = keptAside();
+    ASSERT_EQ(kept.size(), 1);
+    QFile keptFile(dir + QLatin1Char('/') + kept[0]);
+    ASSERT_TRUE(keptFile.open(QIODevice::ReadOnly));
+    EXPECT_EQ(keptFile.size(), size);
+    QCryptographicHash keptSha(QCryptographicHash::Sha256);
+    keptSha.addData(&keptFile);
+    EXPECT_EQ(keptSha.result(), digest);
+    EXPECT_EQ(readAll(backup()), goodBytes);
+
+    // Generous bounds: about half a second and 1.6 times the file on this machine's
+    // plain build, several times that with the sanitizers.
+    EXPECT_LT(ms, 30000);
+    EXPECT_LT(grownKiB, 3 * (size >> 10)) << grownKiB << " KiB";
+    std::fprintf(stderr, "200 MB file: set aside in %lld ms, peak memory grew by %ld MiB\n", ms, grownKiB >> 10);
+}
+
+TEST_F(Faults, SixtyDigitAmountsAreRoundedTo38DigitsAndTheDaysBackupKeepsThem)
+{
+    Book book = good;
+    book.transactions.resize(2);
+    QByteArray bytes = MoneyFile::encode(book);
+    bytes.replace("\"amount\": -12.5,", "\"amount\": 123456789012345678901234567890123456789012345678901234567890,");
+    bytes.replace("\"opening\": 100", "\"opening\": 0.123456789012345678901234567890123456789012345678901234567891");
+    writeAll(file(), bytes);
+
+    Store store({dir});
+    EXPECT_TRUE(store.loadError().isEmpty());
+    EXPECT_EQ(store.book().transactions[0].amount.toStdString(),
+              "123456789012345678901234567890123456790000000000000000000000");
+    EXPECT_EQ(store.book().accounts[0].opening.toStdString(), "0.12345678901234567890123456789012345679");
+    EXPECT_EQ(readAll(backup()), bytes);
+
+    // The first save writes the rounded amounts; the day's backup still has every digit.
+    store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3"));
+    EXPECT_TRUE(readAll(file()).contains("\"amount\": 123456789012345678901234567890123456790000000000000000000000,"));
+    EXPECT_EQ(readAll(backup()), bytes);
+}
+
+TEST_F(Faults, AmountsBeyondTheRangeAreRefusedWithTheirPlace)
+{
+    const QByteArray goodBytes = startedOnce();
+    QByteArray bytes = goodBytes;
+    bytes.replace("\"amount\": -12.5,", "\"amount\": -1e200,");
+    writeAll(file(), bytes);
+
+    Store store({dir});
+    EXPECT_EQ(store.loadError(), "transactions[0].amount: not an amount \"-1e200\"");
+    ASSERT_EQ(keptAside().size(), 1);
+    EXPECT_EQ(readAll(dir + QLatin1Char('/') + keptAside()[0]), bytes);
+    EXPECT_EQ(readAll(backup()), goodBytes);
+}
+
+// -- The backups folder -------------------------------------------------------
+
+TEST_F(Faults, BackupsFolderThatIsAFileStopsOnlyTheBackup)
+{
+    const QByteArray goodBytes = MoneyFile::encode(good);
+    writeAll(file(), goodBytes);
+    writeAll(dir + QStringLiteral("/Backups"), "not a folder");
+
+    Store store({dir});
+    EXPECT_EQ(store.book(), good);
+    EXPECT_TRUE(store.status().isEmpty());
+    EXPECT_EQ(warnings, QStringList{"Coinhall: could not make today's backup: cannot make the folder " + dir +
+                                    "/Backups"});
+    EXPECT_EQ(readAll(dir + QStringLiteral("/Backups")), "not a folder");
+    EXPECT_EQ(readAll(file()), goodBytes);
+
+    store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3"));
+    EXPECT_EQ(decodeFile(file()), store.book());
+}
+
+// -- The clock goes back ------------------------------------------------------
+
+// Backups are named by the computer's date, which the test cannot move; backups
+// named for the coming days are what a clock set back a day finds.
+TEST_F(Faults, ClockBackADayAmongThirtyLaterBackupsDropsOnlyTodaysCopy)
+{
+    const QByteArray goodBytes = MoneyFile::encode(good);
+    writeAll(file(), goodBytes);
+    QDir().mkpath(dir + QStringLiteral("/Backups"));
+    for (int day = 1; day <= 30; ++day)
+        writeAll(backup(day), QByteArray::number(day));
+
+    {
+        Store store({dir});
+        EXPECT_EQ(store.book(), good);
+    }
+    // Today's copy sorts before the thirty later names, so the pruning that keeps the
+    // thirty newest names removes it at once; every later one stays as it was.
+    EXPECT_FALSE(QFile::exists(backup()));
+    for (int day = 1; day <= 30; ++day)
+        EXPECT_EQ(readAll(backup(day)), QByteArray::number(day));
+    EXPECT_EQ(readAll(file()), goodBytes);
+
+    // With fewer later names, today's copy stays.
+    QFile::remove(backup(30));
+    Store again({dir});
+    EXPECT_EQ(readAll(backup()), goodBytes);
+}
+
+TEST_F(Faults, ClockBackADayKeepsPaymentsAndSaves)
+{
+    Store store({dir});
+    Instant now = at("2025-03-10T15:00:00Z");
+    store.setClock([&] { return now; });
+    Bill rent;
+    rent.name = QStringLiteral("Rent");
+    rent.amount = d("1200");
+    rent.due = at("2025-03-10T14:00:00Z");
+    store.save(rent);
+    store.pay(store.book().bills[0], std::nullopt, now, std::nullopt);
+
+    now = at("2025-03-09T15:00:00Z");
+    EXPECT_FALSE(store.isOverdue(store.book().bills[0]));
+    store.pay(store.book().bills[0], std::nullopt, now, std::nullopt);
+
+    // Both payments are kept in the order they were made, the later one dated earlier.
+    const std::vector<Bill::Payment> &history = store.book().bills[0].history;
+    ASSERT_EQ(history.size(), 2u);
+    EXPECT_EQ(history[0].date, at("2025-03-10T15:00:00Z"));
+    EXPECT_EQ(history[1].date, at("2025-03-09T15:00:00Z"));
+    EXPECT_EQ(store.book().bills[0].due, at("2025-05-10T14:00:00Z"));
+    EXPECT_EQ(store.status(), "Paid Rent: $1,200.00.");
+    EXPECT_EQ(decodeFile(file()), store.book());
+}
+
+TEST_F(Faults, ClockBackToAnEarlierSetAsideStampLosesNeitherFile)
+{
+    // Earlier starts set unreadable files aside with the stamps the clock now shows again.
+    const QDateTime start = QDateTime::currentDateTime();
+    for (int s = 0; s < 5; ++s)
+        writeAll(dir + QStringLiteral("/coinhall.json.unreadable-") +
+                     start.addSecs(s).toString(QStringLiteral("yyyyMMdd-HHmmss")),
+                 "an earlier unreadable file");
+    writeAll(file(), "{\"version\": 1,");
+
+    Store store({dir});
+    EXPECT_EQ(store.status(), "Your money file could not be read, and it could not be set aside, so nothing will be saved.");
+    EXPECT_FALSE(store.writable());
+    store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3"));
+    EXPECT_EQ(readAll(file()), "{\"version\": 1,");
+    for (const QString &name : keptAside())
+        EXPECT_EQ(readAll(dir + QLatin1Char('/') + name), "an earlier unreadable file");
+}

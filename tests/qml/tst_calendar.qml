@@ -1,0 +1,215 @@
+import QtQuick
+import QtTest
+import Coinhall
+
+// The calendar as a user reads and drives it. The Book gets, on March 12, 2031, two
+// bills, two royalties, money in and money out (six items), and a transfer on March 20.
+Item {
+    id: stage
+
+    width: 1300
+    height: 1100
+
+    Component {
+        id: screenComponent
+
+        CalendarScreen {
+            anchors.fill: parent
+        }
+    }
+
+    Component {
+        id: mondayScreenComponent
+
+        CalendarScreen {
+            anchors.fill: parent
+            locale: Qt.locale("de_DE")
+        }
+    }
+
+    Component {
+        id: ledgerComponent
+
+        LedgerBridge {
+            store: Store
+        }
+    }
+
+    Component {
+        id: billsComponent
+
+        BillsBridge {
+            store: Store
+        }
+    }
+
+    Component {
+        id: royaltiesComponent
+
+        RoyaltiesBridge {
+            store: Store
+        }
+    }
+
+    TestCase {
+        id: testCase
+
+        name: "Calendar"
+        when: windowShown
+
+        function at(month: int, day: int, hour: int): real {
+            return new Date(2031, month - 1, day, hour, 0, 0).getTime()
+        }
+
+        function initTestCase() {
+            const ledger = ledgerComponent.createObject(stage)
+            const bills = billsComponent.createObject(stage)
+            const royalties = royaltiesComponent.createObject(stage)
+            const checking = ledger.firstAccountId()
+            const savings = ledger.accounts[1].id
+            for (const [name, amount, repeats] of [["Rent", "1200", "One time"], ["Phone", "65.5", "Monthly"]]) {
+                const bill = bills.newBill()
+                bill.name = name
+                bill.amount = amount
+                bill.due = at(3, 12, 9)
+                bill.repeats = repeats
+                verify(bills.saveBill(bill))
+            }
+            for (const [payer, amount, hour] of [["BMI", "80", 10], ["ASCAP", "20", 11]]) {
+                verify(royalties.saveRoyalty(Object.assign({}, royalties.newRoyalty(),
+                                                            { payer: payer, amount: amount,
+                                                              expectedDate: at(3, 12, hour) })))
+            }
+            for (const [income, amount, payee] of [[true, "500", "The Blue Room"], [false, "30", "Corner cafe"]]) {
+                verify(ledger.saveTransaction({ id: "", income: income, date: at(3, 12, 14), amount: amount,
+                                                payee: payee, category: "Other", accountId: checking, note: "",
+                                                cleared: true }))
+            }
+            verify(ledger.transfer(checking, savings, "25", at(3, 20, 9), "To savings"))
+            ledger.destroy()
+            bills.destroy()
+            royalties.destroy()
+        }
+
+        function findAll(item: var, name: string): var {
+            let found = []
+            for (let i = 0; i < item.children.length; ++i) {
+                const child = item.children[i]
+                if (child.objectName === name)
+                    found.push(child)
+                found = found.concat(findAll(child, name))
+            }
+            return found
+        }
+
+        function cell(screen: var, day: int): var {
+            return findAll(screen, "dayCell").find(c => c.day.day === day)
+        }
+
+        function texts(item: var, name: string): var {
+            return findAll(item, name).filter(t => t.visible).map(t => t.text)
+        }
+
+        function shown(component: var, month: int): var {
+            const screen = createTemporaryObject(component, stage)
+            screen.calendar.showMonthOf(at(month, 1, 12))
+            waitForRendering(screen)
+            return screen
+        }
+
+        function test_grid_starts_on_the_locales_first_weekday() {
+            // US weeks start on Sunday: June 2031 begins on a Sunday, March 2031 on the Saturday before.
+            let screen = shown(screenComponent, 6)
+            compare(findAll(screen, "blankCell").length, 0)
+            compare(findAll(screen, "dayCell").length, 30)
+            screen = shown(screenComponent, 3)
+            compare(findAll(screen, "blankCell").length, 6)
+            compare(findAll(screen, "dayCell").length, 31)
+            compare(texts(screen, "weekdayName"), ["Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"])
+
+            // German weeks start on Monday: September 2031 begins on a Monday, June on the Sunday before.
+            screen = shown(mondayScreenComponent, 9)
+            compare(findAll(screen, "blankCell").length, 0)
+            screen = shown(mondayScreenComponent, 6)
+            compare(findAll(screen, "blankCell").length, 6)
+        }
+
+        function test_a_full_day_lists_four_items_and_the_rest_on_hover_and_pick() {
+            const screen = shown(screenComponent, 3)
+            const day = cell(screen, 12)
+            compare(texts(day, "itemTitle"), ["Rent", "Phone", "BMI", "ASCAP"])
+            compare(texts(day, "itemAmount"), ["$1,200.00", "$65.50", "$80.00", "$20.00"])
+            compare(texts(day, "moreText"), ["+2 more"])
+            compare(day.help, "Rent: $1,200.00\nPhone: $65.50\nBMI: $80.00\nASCAP: $20.00\n"
+                    + "Money in: $500.00\nMoney out: -$30.00")
+            const chips = findAll(day, "cellItem")
+            compare(chips[0].tone, screen.look.video)
+            compare(chips[2].tone, screen.royaltyBlue)
+
+            const panel = findAll(screen, "pickedPanel")[0]
+            compare(findAll(panel, "pickedItem").length, 0)
+            mouseClick(day)
+            compare(screen.picked, 12)
+            compare(texts(panel, "itemTitle"), ["Rent", "Phone", "BMI", "ASCAP", "Money in", "Money out"])
+            compare(texts(panel, "itemAmount")[5], "$30.00")
+            const pickedChips = findAll(panel, "pickedItem")
+            compare(pickedChips[4].tone, Tokens.positive)
+            compare(pickedChips[5].tone, screen.moneyOutGrey)
+        }
+
+        function test_a_transfer_adds_no_money_line() {
+            const screen = shown(screenComponent, 3)
+            compare(findAll(cell(screen, 20), "cellItem").length, 0)
+            compare(cell(screen, 20).help, "")
+        }
+
+        function test_the_header_sums_the_months_bills_and_royalties() {
+            const screen = shown(screenComponent, 3)
+            compare(findAll(screen, "headerLine")[0].text,
+                    "Bills this month: $1,265.50   ·   Royalties expected: $100.00")
+            // The monthly phone bill comes again in April; the one-time rent does not.
+            mouseClick(findAll(screen, "nextMonthKey")[0])
+            compare(findAll(screen, "monthTitle")[0].text, "April 2031")
+            compare(findAll(screen, "headerLine")[0].text,
+                    "Bills this month: $65.50   ·   Royalties expected: $0.00")
+            compare(texts(cell(screen, 12), "itemTitle"), ["Phone"])
+        }
+
+        function test_month_keys_and_today() {
+            const screen = shown(screenComponent, 1)
+            const title = findAll(screen, "monthTitle")[0]
+            compare(title.text, "January 2031")
+            mouseClick(findAll(screen, "previousMonthKey")[0])
+            compare(title.text, "December 2030")
+            mouseClick(findAll(screen, "nextMonthKey")[0])
+            mouseClick(findAll(screen, "nextMonthKey")[0])
+            compare(title.text, "February 2031")
+            mouseClick(findAll(screen, "todayKey")[0])
+            compare(title.text, Fmt.month(Date.now()))
+            const today = findAll(screen, "dayCell").filter(c => c.day.today)
+            compare(today.length, 1)
+            compare(today[0].day.day, new Date().getDate())
+        }
+
+        function test_keyboard_moves_and_picks_the_day() {
+            const screen = shown(screenComponent, 3)
+            screen.grid.forceActiveFocus()
+            screen.cursor = 12
+            keyClick(Qt.Key_Space)
+            compare(screen.picked, 12)
+            keyClick(Qt.Key_Right)
+            compare(screen.picked, 13)
+            keyClick(Qt.Key_Up)
+            compare(screen.picked, 6)
+            keyClick(Qt.Key_Left)
+            keyClick(Qt.Key_Down)
+            compare(screen.picked, 12)
+            compare(findAll(findAll(screen, "pickedPanel")[0], "pickedItem").length, 6)
+            // Past the month's end the grid turns to the next month.
+            screen.cursor = 31
+            keyClick(Qt.Key_Right)
+            compare(screen.calendar.title, "April 2031")
+            compare(screen.picked, 1)
+        }
+    }
+}

@@ -1,0 +1,205 @@
+import QtQuick
+import QtTest
+import Coinhall
+
+// The import sheet as a user works it: choose a bank file, read the preview and its
+// counts, correct a column, flip the signs, import, and see the same file again
+// offer nothing new. Files come from tests/data/bank.
+Item {
+    id: stage
+
+    width: 760
+    height: 720
+
+    Component {
+        id: sheetComponent
+
+        ImportSheet {}
+    }
+
+    Component {
+        id: spyComponent
+
+        SignalSpy {}
+    }
+
+    TestCase {
+        id: testCase
+
+        name: "Import"
+        when: windowShown
+
+        function bankFile(name: string): url {
+            return Qt.resolvedUrl("../data/bank/" + name)
+        }
+
+        function spyOn(target: var, signalName: string): var {
+            return createTemporaryObject(spyComponent, stage, { target: target, signalName: signalName })
+        }
+
+        function findAll(item: var, test: var): var {
+            let found = []
+            for (let i = 0; i < item.children.length; ++i) {
+                const child = item.children[i]
+                if (test(child))
+                    found.push(child)
+                found = found.concat(findAll(child, test))
+            }
+            return found
+        }
+
+        function named(item: var, objectName: string): var {
+            return findAll(item, c => c.objectName === objectName)[0]
+        }
+
+        function importKey(sheet: var): var {
+            return findAll(sheet, c => c.Accessible.role === Accessible.Button && c.title.startsWith("Import"))[0]
+        }
+
+        function picker(sheet: var, label: string): var {
+            return findAll(sheet, c => c.objectName === "columnPicker" && c.label === label)[0]
+        }
+
+        // The preview lines as shown, scrolling through the list: "date payee category amount".
+        function previewLines(sheet: var): var {
+            const list = named(sheet, "previewList")
+            const texts = []
+            for (let i = 0; i < list.count; ++i) {
+                list.positionViewAtIndex(i, ListView.Contain)
+                const row = list.itemAtIndex(i)
+                verify(row, "line " + i + " is drawn")
+                texts.push(findAll(row, c => c.text !== undefined).map(t => t.text).join(" "))
+            }
+            list.positionViewAtBeginning()
+            return texts
+        }
+
+        function openSheet(): var {
+            const sheet = createTemporaryObject(sheetComponent, stage, { sheet: CHSheet.importCSV() })
+            sheet.forceActiveFocus()
+            const chooseKey = named(sheet, "chooseFileKey")
+            tryVerify(() => chooseKey.activeFocus, 1000, "the file key has the focus first")
+            return sheet
+        }
+
+        function test_beforeAFileIsChosen() {
+            const sheet = openSheet()
+            compare(sheet.title, "Import from your bank")
+            compare(named(sheet, "fileName").text, "No file chosen")
+            verify(!named(sheet, "message").visible)
+            verify(!named(sheet, "columnPickers").visible)
+            verify(!named(sheet, "previewTitle").visible)
+            compare(importKey(sheet).title, "Import 0")
+            verify(!importKey(sheet).enabled)
+            compare(named(sheet, "accountPicker").box.displayText, "Main checking")
+        }
+
+        function test_previewCountsGoodDuplicateAndBadRows() {
+            const sheet = openSheet()
+            sheet.chooseFile(bankFile("harbor_checking.csv"))
+            compare(named(sheet, "fileName").text, "harbor_checking.csv")
+            verify(named(sheet, "columnPickers").visible)
+            compare(named(sheet, "previewTitle").text, "Preview · 14 new · 1 already in · 2 unreadable")
+            compare(importKey(sheet).title, "Import 14")
+            verify(importKey(sheet).enabled)
+            const lines = previewLines(sheet)
+            compare(lines.length, 14)
+            compare(lines[0], "Jan 31 PAYROLL ACME ROOFING INC Paycheck +$2,150.00")
+            compare(lines[1], "Jan 30 SAFEWAY #1432 PORTLAND OR Groceries -$86.41")
+        }
+
+        function test_columnPickersOfferEveryHeader() {
+            const sheet = openSheet()
+            sheet.chooseFile(bankFile("lumen_pay.csv"))
+            compare(findAll(sheet, c => c.objectName === "columnPicker").map(p => p.label),
+                    ["Date", "Description", "Amount", "Debit (money out)", "Credit (money in)", "Category (optional)"])
+            const date = picker(sheet, "Date")
+            compare(date.model, ["—", "ID", "Date/Time", "Name", "Details", "Money In", "Money Out", "Fee", "Status"])
+            compare(date.currentText, "Date/Time")
+            compare(picker(sheet, "Amount").currentText, "—")
+            compare(picker(sheet, "Debit (money out)").currentText, "Money Out")
+        }
+
+        function test_changingAColumnUpdatesThePreviewAtOnce() {
+            const sheet = openSheet()
+            sheet.chooseFile(bankFile("harbor_checking.csv"))
+            const amount = picker(sheet, "Amount")
+            compare(amount.currentText, "Amount")
+
+            amount.box.forceActiveFocus()
+            for (let i = 0; i < 4; ++i)
+                keyClick(Qt.Key_Up)
+            compare(amount.currentText, "—")
+            compare(named(sheet, "previewTitle").text, "Preview · 0 new · 0 already in · 17 unreadable",
+                    "no amount, debit or credit column: no row is usable")
+            compare(importKey(sheet).title, "Import 0")
+            verify(!importKey(sheet).enabled, "nothing to import at zero")
+            compare(previewLines(sheet), [])
+
+            for (let i = 0; i < 4; ++i)
+                keyClick(Qt.Key_Down)
+            compare(amount.currentText, "Amount")
+            compare(named(sheet, "previewTitle").text, "Preview · 14 new · 1 already in · 2 unreadable")
+
+            const description = picker(sheet, "Description")
+            description.box.forceActiveFocus()
+            keyClick(Qt.Key_Up) // "Transaction Date" as the payee
+            compare(previewLines(sheet)[0], "Jan 31 01/30/2025 Other income +$2,150.00")
+        }
+
+        function test_flipSignsTurnsSpendingIntoMoneyIn() {
+            const sheet = openSheet()
+            sheet.chooseFile(bankFile("maple_card.csv"))
+            compare(previewLines(sheet)[0], "Feb 14 SWEETWATER SOUND Music Equipment -$289.00")
+            const flip = named(sheet, "flipToggle")
+            compare(flip.text, "Flip signs (use if spending shows up as money in — common with credit cards)")
+            mouseClick(flip)
+            compare(previewLines(sheet)[0], "Feb 14 SWEETWATER SOUND Music Equipment +$289.00")
+            compare(previewLines(sheet)[2], "Feb 10 PAYMENT THANK YOU Other income -$500.00")
+        }
+
+        function test_unreadableFileSaysSo() {
+            const sheet = openSheet()
+            sheet.chooseFile(bankFile("harbor_checking.csv"))
+            sheet.chooseFile(bankFile("no_such_download.csv"))
+            verify(named(sheet, "message").visible)
+            compare(named(sheet, "message").text, "That file couldn't be read as a bank CSV.")
+            verify(!named(sheet, "columnPickers").visible, "the earlier file is dropped")
+            verify(!named(sheet, "previewTitle").visible)
+            compare(importKey(sheet).title, "Import 0")
+            verify(!importKey(sheet).enabled)
+
+            sheet.chooseFile(Qt.resolvedUrl("../data/bank/"))
+            compare(named(sheet, "message").text, "That file couldn't be read as a bank CSV.", "a folder is no file")
+
+            sheet.chooseFile(bankFile("thistle_uk.csv"))
+            verify(!named(sheet, "message").visible, "a good file clears the message")
+            compare(named(sheet, "previewTitle").text, "Preview · 9 new · 0 already in · 1 unreadable")
+        }
+
+        function test_importThenTheSameFileAgainOffersNothing() {
+            const sheet = openSheet()
+            const done = spyOn(sheet, "done")
+            const accountBox = named(sheet, "accountPicker").box
+            accountBox.forceActiveFocus()
+            keyClick(Qt.Key_Down)
+            compare(accountBox.displayText, "Savings")
+            sheet.chooseFile(bankFile("riverbend_savings.csv"))
+            compare(importKey(sheet).title, "Import 7")
+
+            mouseClick(importKey(sheet))
+            compare(Store.status, "Imported 7 transactions from riverbend_savings.csv.")
+            compare(done.count, 1)
+
+            const again = openSheet()
+            named(again, "accountPicker").box.forceActiveFocus()
+            keyClick(Qt.Key_Down)
+            again.chooseFile(bankFile("riverbend_savings.csv"))
+            compare(named(again, "previewTitle").text, "Preview · 0 new · 7 already in · 1 unreadable")
+            compare(importKey(again).title, "Import 0")
+            verify(!importKey(again).enabled)
+            keyClick(Qt.Key_Return)
+            compare(Store.status, "Imported 7 transactions from riverbend_savings.csv.", "Return imports nothing at zero")
+        }
+    }
+}

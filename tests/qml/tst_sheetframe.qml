@@ -1,0 +1,204 @@
+import QtQuick
+import QtTest
+import Coinhall
+
+Item {
+    id: stage
+
+    width: 700
+    height: 600
+
+    Component {
+        id: sheetComponent
+
+        SheetFrame {
+            property alias amountField: amountField
+            property alias accountPicker: accountPicker
+
+            title: "New bill"
+            saveTitle: "Add bill"
+            canSave: amountField.valid
+
+            MoneyField {
+                id: amountField
+
+                label: "Amount"
+            }
+
+            AccountPicker {
+                id: accountPicker
+
+                label: "Pay from"
+            }
+        }
+    }
+
+    Component {
+        id: spyComponent
+
+        SignalSpy {}
+    }
+
+    TestCase {
+        id: testCase
+
+        name: "SheetFrame"
+        when: windowShown
+
+        function spyOn(target: var, signalName: string): var {
+            return createTemporaryObject(spyComponent, stage, { target: target, signalName: signalName })
+        }
+
+        function openSheet(properties: var): var {
+            const sheet = createTemporaryObject(sheetComponent, stage, properties || {})
+            sheet.forceActiveFocus()
+            tryVerify(() => sheet.amountField.field.activeFocus, 1000, "the first field has the focus")
+            return sheet
+        }
+
+        function findKey(item: var, title: string): var {
+            for (let i = 0; i < item.children.length; ++i) {
+                const child = item.children[i]
+                if (child.title === title && child.Accessible.role === Accessible.Button)
+                    return child
+                const found = findKey(child, title)
+                if (found)
+                    return found
+            }
+            return null
+        }
+
+        function visibleKeys(item: var): var {
+            let titles = []
+            for (let i = 0; i < item.children.length; ++i) {
+                const child = item.children[i]
+                if (!child.visible)
+                    continue
+                if (child.Accessible.role === Accessible.Button)
+                    titles.push(child.title)
+                titles = titles.concat(visibleKeys(child))
+            }
+            return titles
+        }
+
+        function type(text: string) {
+            for (const c of text)
+                keyClick(c)
+        }
+
+        function test_returnSavesOnlyWhenSavingIsAllowed() {
+            const sheet = openSheet()
+            const saves = spyOn(sheet, "save")
+            keyClick(Qt.Key_Return)
+            compare(saves.count, 0, "Return does nothing while saving is not allowed")
+
+            type("12.50")
+            verify(sheet.canSave)
+            keyClick(Qt.Key_Return)
+            compare(saves.count, 1)
+            keyClick(Qt.Key_Enter)
+            compare(saves.count, 2)
+        }
+
+        function test_escapeAlwaysCancels() {
+            const sheet = openSheet()
+            const cancels = spyOn(sheet, "cancel")
+            const saves = spyOn(sheet, "save")
+            keyClick(Qt.Key_Escape)
+            compare(cancels.count, 1)
+            type("3")
+            keyClick(Qt.Key_Escape)
+            compare(cancels.count, 2)
+            compare(saves.count, 0)
+        }
+
+        function test_buttonRow() {
+            const sheet = openSheet()
+            const saves = spyOn(sheet, "save")
+            const cancels = spyOn(sheet, "cancel")
+            const saveKey = findKey(sheet, "Add bill")
+            const cancelKey = findKey(sheet, "Cancel")
+            verify(saveKey && cancelKey)
+            compare(visibleKeys(sheet), ["Cancel", "Add bill"], "no destructive key unless asked for")
+
+            mouseClick(saveKey)
+            compare(saves.count, 0, "a disabled confirming key does nothing")
+            sheet.amountField.text = "40"
+            mouseClick(saveKey)
+            compare(saves.count, 1)
+            mouseClick(cancelKey)
+            compare(cancels.count, 1)
+        }
+
+        function test_extraKeyIsOffered() {
+            const sheet = openSheet({ extraTitle: "Delete" })
+            const extras = spyOn(sheet, "extra")
+            const deleteKey = findKey(sheet, "Delete")
+            compare(visibleKeys(sheet), ["Delete", "Cancel", "Add bill"])
+            verify(deleteKey.x < findKey(sheet, "Cancel").x, "at the leading end")
+            mouseClick(deleteKey)
+            compare(extras.count, 1)
+        }
+
+        function test_tabOrderRunsThroughFieldsThenKeys() {
+            const sheet = openSheet()
+            sheet.amountField.text = "1"
+            keyClick(Qt.Key_Tab)
+            verify(sheet.accountPicker.box.activeFocus, "the picker follows the amount")
+            keyClick(Qt.Key_Tab)
+            verify(findKey(sheet, "Cancel").activeFocus)
+            keyClick(Qt.Key_Tab)
+            verify(findKey(sheet, "Add bill").activeFocus)
+        }
+
+        function test_moneyFieldParsesExactly_data() {
+            return [
+                { tag: "parentheses", typed: "(45.10)", amount: "-45.1", valid: true },
+                { tag: "dollars", typed: "$1,234.50", amount: "1234.5", valid: true },
+                { tag: "letters", typed: "abc", amount: "", valid: false }
+            ]
+        }
+
+        function test_moneyFieldParsesExactly(data) {
+            const sheet = openSheet()
+            type(data.typed)
+            compare(sheet.amountField.text, data.typed)
+            compare(sheet.amountField.amount, data.amount)
+            compare(sheet.amountField.valid, data.valid)
+            compare(sheet.canSave, data.valid)
+        }
+
+        function test_moneyFieldIsNamedByItsLabel() {
+            const sheet = openSheet()
+            compare(sheet.amountField.field.Accessible.name, "Amount")
+            compare(sheet.accountPicker.box.Accessible.name, "Pay from")
+        }
+
+        function test_accountPickerOffersActiveAccountsInOrder() {
+            const sheet = openSheet()
+            const picker = sheet.accountPicker
+            compare(picker.accounts.count, 2)
+            compare(picker.box.textAt(0), "Main checking")
+            compare(picker.box.textAt(1), "Savings")
+            compare(picker.box.currentIndex, -1, "nothing chosen while the selection is empty")
+            compare(picker.box.displayText, "")
+
+            picker.box.forceActiveFocus(Qt.TabFocusReason)
+            keyClick(Qt.Key_Down)
+            compare(picker.selection, picker.accounts.idAt(0))
+            keyClick(Qt.Key_Down)
+            compare(picker.selection, picker.accounts.idAt(1))
+            compare(picker.box.displayText, "Savings")
+        }
+
+        function test_accountPickerShowsNothingForAnAccountNotOffered() {
+            const sheet = openSheet()
+            const picker = sheet.accountPicker
+            picker.selection = picker.accounts.idAt(1)
+            compare(picker.box.displayText, "Savings")
+            picker.selection = "{00000000-0000-4000-8000-000000000001}"
+            compare(picker.box.currentIndex, -1)
+            compare(picker.box.displayText, "")
+        }
+    }
+}

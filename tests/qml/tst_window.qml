@@ -1,0 +1,131 @@
+import QtQuick
+import QtQuick.Controls
+import QtTest
+import Qt.labs.settings
+import Coinhall
+
+// The main window as the user meets it: its menus, the theme choice, the kit's hooks
+// and the about panel.
+TestCase {
+    id: testCase
+
+    name: "Window"
+    when: windowShown
+
+    Settings {
+        id: prefs
+    }
+
+    Component {
+        id: mainComponent
+
+        Main {}
+    }
+
+    function init() {
+        prefs.setValue("welcomed", true)
+        Looks.choose("studio")
+        QFZoom.actualSize()
+    }
+
+    function makeWindow() {
+        const window = createTemporaryObject(mainComponent, null)
+        verify(window !== null)
+        waitForRendering(window.contentItem)
+        return window
+    }
+
+    function titles(menu) {
+        const list = []
+        for (let i = 0; i < menu.count; ++i)
+            list.push(menu.itemAt(i).text !== undefined ? menu.itemAt(i).text : "")
+        return list
+    }
+
+    // Chooses a menu's item as the user does: opens the menu and clicks the item.
+    function choose(menu, index) {
+        menu.open()
+        tryCompare(menu, "opened", true)
+        const item = menu.itemAt(index)
+        waitForRendering(item)
+        mouseClick(item)
+        tryCompare(menu, "visible", false)
+    }
+
+    function test_windowAndMenus() {
+        const window = makeWindow()
+        compare(window.title, "QFS Coinhall")
+        compare(window.width, 1380)
+        compare(window.height, 900)
+        compare(titles(window.themeMenu), ["Studio", "Ice Blue", "Rose Gold", "Lavender", "Carbon", "Graphite"])
+        compare(titles(window.helpMenu), ["QFS Coinhall Help", "Quillfern Website", "", "About QFS Coinhall"])
+        const menus = []
+        for (let i = 0; i < window.menuBar.count; ++i)
+            menus.push(window.menuBar.menuAt(i).title)
+        compare(menus, ["File", "Theme", "View", "Help"])
+    }
+
+    function test_themeMenuRecoloursAndIsStored() {
+        const window = makeWindow()
+        const menu = window.themeMenu
+        verify(menu.itemAt(0).checked)
+
+        choose(menu, 5)
+        compare(String(prefs.value("look")), "graphite")
+        compare(Looks.current.id, "graphite")
+        compare(window.color, Looks.graphite.bg)
+        compare(window.rootView.look.id, "graphite")
+        // Exactly the current look is checked, also after a second change.
+        choose(menu, 1)
+        const checked = []
+        for (let i = 0; i < menu.count; ++i)
+            checked.push(menu.itemAt(i).checked)
+        compare(checked, [false, true, false, false, false, false])
+        compare(String(prefs.value("look")), "ice")
+
+        // The kit draws with the look too: its theme's colours follow the change.
+        compare(QFSKitHost.theme.bg, Looks.ice.bg)
+        compare(QFSKitHost.theme.dim, Looks.ice.muted)
+        compare(QFSKitHost.theme.rim, Looks.ice.line)
+        compare(QFSKitHost.theme.accent, Looks.ice.accent)
+    }
+
+    function test_helpMenuAndKitHookOpenTheHelpSheet() {
+        const window = makeWindow()
+        compare(window.rootView.sheet, null)
+        choose(window.helpMenu, 0)
+        compare(window.rootView.sheet.kind, "help")
+        window.rootView.closeSheet()
+        QFSKitHost.openHelp("Themes & zoom")
+        compare(window.rootView.sheet.kind, "help")
+        compare(window.rootView.sheetHost.view.topic, 0)
+    }
+
+    function test_zoomScalesTheRootViewAboveItsMinimumSize() {
+        const window = makeWindow()
+        const view = window.rootView
+        compare(view.width, window.contentItem.width)
+        QFZoom.setLevel(200)
+        compare(view.width, 1180)
+        compare(view.height, 760)
+        const corner = view.mapToItem(window.contentItem, 10, 10)
+        compare(corner.x, 20)
+        compare(corner.y, 20)
+    }
+
+    function test_aboutPanelCredits() {
+        const window = makeWindow()
+        choose(window.helpMenu, 3)
+        const about = window.aboutPanel
+        tryCompare(about, "visible", true)
+        compare(about.title, "About QFS Coinhall")
+        const name = findChild(about.contentItem, "aboutName")
+        compare(name.text, "QFS Coinhall")
+        compare(findChild(about.contentItem, "aboutCredit").text, "Coinhall by Quillfern · QFS")
+        const link = findChild(about.contentItem, "aboutLink")
+        verify(HelpBook.websiteText.length > 0)
+        compare(link.text, "<a href=\"" + HelpBook.website + "\">" + HelpBook.websiteText + "</a>")
+        verify(HelpBook.website.toString().indexOf(HelpBook.websiteText) > 0)
+        about.close()
+    }
+}

@@ -1,0 +1,200 @@
+import QtQuick
+import QtQuick.Controls
+import QtTest
+import Qt.labs.settings
+import Coinhall
+
+// Whole-window zoom: the stored factor, the steps of the View menu, and the host
+// that lays the content out at the logical size.
+TestCase {
+    id: testCase
+
+    name: "Zoom"
+    width: 1380
+    height: 900
+    visible: true
+    when: windowShown
+
+    // The settings as another program (or an older Coinhall) left them.
+    Settings {
+        id: raw
+    }
+
+    Component {
+        id: hostComponent
+
+        QFZoomHost {
+            width: 1380
+            height: 900
+            minSize: Qt.size(1180, 760)
+
+            property alias page: page
+
+            Rectangle {
+                id: page
+
+                anchors.fill: parent
+                color: "steelblue"
+            }
+        }
+    }
+
+    Component {
+        id: commandsComponent
+
+        QFZoomCommands {}
+    }
+
+    function store(value) {
+        raw.setValue("qfs.zoom", value)
+        QFZoom.reload()
+    }
+
+    function stored() {
+        return Number(raw.value("qfs.zoom", -1))
+    }
+
+    function steps(count, stepper) {
+        const seen = []
+        for (let i = 0; i < count; ++i) {
+            stepper()
+            seen.push(QFZoom.value.toFixed(2))
+        }
+        return seen
+    }
+
+    function test_freshSettingsReadActualSizeAndStepFromThere() {
+        store(0)
+        compare(QFZoom.value, 1.0)
+        QFZoom.zoomIn()
+        compare(QFZoom.value, 1.15)
+        compare(stored(), 1.15)
+        store(0)
+        QFZoom.zoomOut()
+        compare(QFZoom.value, 0.85)
+        store("not a number")
+        compare(QFZoom.value, 1.0)
+    }
+
+    function test_ladderFromMinimumToMaximumAndBack() {
+        QFZoom.setLevel(85)
+        compare(steps(9, QFZoom.zoomIn),
+                ["1.00", "1.15", "1.30", "1.45", "1.60", "1.75", "1.90", "2.00", "2.00"])
+        compare(stored(), 2.0)
+        compare(steps(9, QFZoom.zoomOut),
+                ["1.85", "1.70", "1.55", "1.40", "1.25", "1.10", "0.95", "0.85", "0.85"])
+        // The menu's 150% is off the ladder; stepping from it keeps its own rungs.
+        QFZoom.setLevel(150)
+        compare(steps(4, QFZoom.zoomIn), ["1.65", "1.80", "1.95", "2.00"])
+    }
+
+    function test_repeatedStepsStoreWholePercentsWithoutDrift() {
+        QFZoom.setLevel(100)
+        for (let i = 0; i < 6; ++i)
+            QFZoom.zoomIn()
+        for (let i = 0; i < 6; ++i)
+            QFZoom.zoomOut()
+        compare(stored(), 1.0)
+        QFZoom.zoomIn()
+        compare(String(raw.value("qfs.zoom")), "1.15")
+    }
+
+    function test_storedValuesAreRoundedAndClamped() {
+        store(1.234)
+        compare(QFZoom.value, 1.23)
+        store(1.235)
+        compare(QFZoom.value, 1.24)
+        store(7)
+        compare(QFZoom.value, 2.0)
+        store(-3)
+        compare(QFZoom.value, 0.85)
+        // From below the minimum, In goes to 100% and Out to the minimum.
+        store(0.5)
+        QFZoom.zoomIn()
+        compare(QFZoom.value, 1.0)
+        store(0.5)
+        QFZoom.zoomOut()
+        compare(QFZoom.value, 0.85)
+        // A stored value above the maximum steps as if it were the maximum.
+        store(3)
+        QFZoom.zoomOut()
+        compare(QFZoom.value, 1.85)
+        QFZoom.setValue(1.999)
+        compare(stored(), 2.0)
+        QFZoom.actualSize()
+        compare(stored(), 1.0)
+    }
+
+    function test_viewMenuCommands() {
+        const menu = createTemporaryObject(commandsComponent, testCase)
+        compare(menu.title, "View")
+        const titles = []
+        for (let i = 0; i < menu.count; ++i)
+            titles.push(menu.itemAt(i).text)
+        compare(titles, ["Zoom In", "Zoom Out", "Actual Size (100%)", "Zoom Level"])
+
+        const levels = menu.menuAt(3)
+        verify(levels !== null)
+        const levelTitles = []
+        for (let i = 0; i < levels.count; ++i)
+            levelTitles.push(levels.itemAt(i).text)
+        compare(levelTitles, ["85%", "100%", "115%", "130%", "150%", "175%", "200%"])
+
+        levels.itemAt(4).triggered()
+        compare(QFZoom.value, 1.5)
+        verify(levels.itemAt(4).checked)
+        verify(!levels.itemAt(1).checked)
+        menu.itemAt(0).action.trigger()
+        compare(QFZoom.value, 1.65)
+        menu.itemAt(1).action.trigger()
+        menu.itemAt(1).action.trigger()
+        compare(QFZoom.value, 1.35)
+        menu.itemAt(2).action.trigger()
+        compare(QFZoom.value, 1.0)
+        verify(levels.itemAt(1).checked)
+    }
+
+    function test_zoomShortcuts() {
+        const menu = createTemporaryObject(commandsComponent, testCase)
+        QFZoom.actualSize()
+        keyClick(Qt.Key_Plus, Qt.ControlModifier)
+        compare(QFZoom.value, 1.15)
+        keyClick(Qt.Key_Minus, Qt.ControlModifier)
+        keyClick(Qt.Key_Minus, Qt.ControlModifier)
+        compare(QFZoom.value, 0.85)
+        keyClick(Qt.Key_0, Qt.ControlModifier)
+        compare(QFZoom.value, 1.0)
+    }
+
+    function test_hostLaysOutAtTheLogicalSizeAndScrollsWhenLarger() {
+        QFZoom.actualSize()
+        const host = createTemporaryObject(hostComponent, testCase)
+        // At 100% a window larger than the minimum shows more content, without scroll bars.
+        compare(host.page.width, 1380)
+        compare(host.page.height, 900)
+        verify(!host.scrollsH && !host.scrollsV)
+
+        // At 200% the content keeps its minimum size, drawn twice as large, and scrolls.
+        QFZoom.setLevel(200)
+        compare(host.page.width, 1180)
+        compare(host.page.height, 760)
+        const corner = host.page.mapToItem(host, 100, 50)
+        compare(corner.x, 200)
+        compare(corner.y, 100)
+        verify(host.scrollsH && host.scrollsV)
+
+        // The wheel scrolls the zoomed content, and never past its end.
+        mouseWheel(host, 600, 400, -120 * 50, -120 * 50)
+        const scrolled = host.page.mapToItem(host, 1180, 760)
+        compare(scrolled.x, 1380)
+        compare(scrolled.y, 900)
+
+        // At 85% the content is laid out wider than the window, to fill it.
+        QFZoom.setLevel(85)
+        fuzzyCompare(host.page.width, 1380 / 0.85, 0.01)
+        verify(!host.scrollsH && !host.scrollsV)
+        const origin = host.page.mapToItem(host, 0, 0)
+        compare(origin.x, 0)
+        compare(origin.y, 0)
+    }
+}
