@@ -25,12 +25,12 @@ Book generatedBook(int lines)
     Book book;
     for (const char *name : {"Main checking", "Savings", "Visa", "Studio"})
         book.accounts.push_back({newId(), QString::fromLatin1(name), AccountKind::checking, Decimal(1000), false});
-    const QStringList payees = {QStringLiteral("Corner Grocery"), QStringLiteral("Bandcamp"),
-                                QStringLiteral("Hosting Co"),     QStringLiteral("Coffee Bar"),
-                                QStringLiteral("Landlord"),       QStringLiteral("Music Store"),
+    const QStringList payees = {QStringLiteral("Corner Grocery"),     QStringLiteral("Bandcamp"),
+                                QStringLiteral("Hosting Co"),         QStringLiteral("Coffee Bar"),
+                                QStringLiteral("Landlord"),           QStringLiteral("Music Store"),
                                 QStringLiteral("City Power & Light"), QStringLiteral("Gas Station 24")};
-    const QStringList notes = {QString(), QString(), QStringLiteral("strings and picks"),
-                               QStringLiteral("monthly"), QStringLiteral("for the studio")};
+    const QStringList notes = {QString(), QString(), QStringLiteral("strings and picks"), QStringLiteral("monthly"),
+                               QStringLiteral("for the studio")};
     const Instant start = Instant::now();
     book.transactions.reserve(size_t(lines));
     for (int i = 0; i < lines; ++i) {
@@ -38,8 +38,8 @@ Book generatedBook(int lines)
         t.date = start.addSecs(-std::int64_t(i) * 1800); // about 5.7 years of lines
         t.accountID = book.accounts[size_t(i % 4)].id;
         const bool in = i % 7 == 0;
-        t.amount = *Decimal::fromString(std::string(in ? "" : "-") + std::to_string(i % 9000 + 1) + "."
-                                        + std::to_string(10 + i % 90));
+        t.amount = *Decimal::fromString(std::string(in ? "" : "-") + std::to_string(i % 9000 + 1) + "." +
+                                        std::to_string(10 + i % 90));
         t.payee = payees[i % payees.size()] + (i % 3 == 0 ? QStringLiteral(" #%1").arg(i % 500) : QString());
         t.category = book.categories[size_t(in ? i % 8 : 8 + i % 17)].name;
         t.note = notes[i % notes.size()];

@@ -93,7 +93,7 @@ ApplicationWindow {
                 text: "Quillfern Website"
                 onTriggered: Qt.openUrlExternally(HelpBook.website)
             }
-            MenuSeparator {}
+            QFMenuSeparator {}
             Action {
                 text: "About QFS Coinhall"
                 enabled: !Store.locked

@@ -39,6 +39,7 @@ FocusScope {
     }
     function closeSheet() {
         sheet = null
+        screenLoader.forceActiveFocus()
     }
     // The help request of the Help menu and the kit: opens the help sheet.
     function openHelp() {
@@ -59,6 +60,16 @@ FocusScope {
     }
 
     Component.onCompleted: welcomeOnce()
+
+    // Once the books open, the keyboard goes back to the screen.
+    Connections {
+        target: Store
+
+        function onLockedChanged() {
+            if (!Store.locked)
+                screenLoader.forceActiveFocus()
+        }
+    }
 
     Settings {
         id: prefs
@@ -166,16 +177,19 @@ FocusScope {
 
                             Readout {
                                 objectName: "totalReadout"
+                                look: root.look
                                 caption: "TOTAL"
                                 value: Store.totalText
                             }
                             Readout {
                                 objectName: "royaltiesReadout"
+                                look: root.look
                                 caption: "ROYALTIES DUE"
                                 value: Store.royaltiesDueText
                             }
                             Readout {
                                 objectName: "dueSoonReadout"
+                                look: root.look
                                 caption: "DUE 14 DAYS"
                                 value: String(Store.dueSoonCount)
                             }

@@ -20,6 +20,25 @@ MenuItem {
         sequence: root.action && root.action.shortcut !== undefined ? root.action.shortcut : ""
     }
 
+    indicator: Text {
+        x: root.leftPadding
+        y: (root.height - height) / 2
+        width: 18
+        visible: root.checkable
+        text: root.checked ? "\u2713" : ""
+        font: root.font
+        color: QFSKitHost.theme.accent
+    }
+
+    arrow: Text {
+        x: root.width - width - root.rightPadding
+        y: (root.height - height) / 2
+        visible: root.subMenu !== null
+        text: "\u203A"
+        font.pointSize: Tokens.pt(18)
+        color: QFSKitHost.theme.dim
+    }
+
     contentItem: RowLayout {
         spacing: 24
 

@@ -122,7 +122,7 @@ Item {
                                 objectName: "editAccountKey"
                                 title: "Edit"
                                 look: root.look
-                                Accessible.name: "Edit " + (line.account.name || "")
+                                Accessible.description: line.account.name || ""
                                 onClicked: root.openSheet(CHSheet.editAccount(line.account))
                             }
                         }

@@ -73,7 +73,8 @@ Item {
             placeholderTextColor: root.look.muted
             inputMethodHints: Qt.ImhFormattedNumbersOnly
             selectByMouse: true
-            Accessible.name: root.name + " budget"
+            Accessible.name: root.name
+            Accessible.description: "Monthly budget"
 
             // Return and Enter commit here, and so does losing the focus.
             onEditingFinished: root.commit()

@@ -16,6 +16,8 @@ FocusScope {
     property var look: Looks.current
     // What a screen reader calls the whole picker.
     property string name
+    // The widest label's need: every segment gets it, or more when the picker is stretched.
+    property real widest: 0
 
     // The user picked the segment at `index`.
     signal activated(int index)
@@ -27,8 +29,6 @@ FocusScope {
         activated(index)
     }
 
-    // Every segment is as wide as the widest label needs, or wider when the picker is stretched.
-    property real widest: 0
     implicitWidth: options.length * widest + Math.max(0, options.length - 1) * segments.spacing + 2 * segments.anchors.margins
     implicitHeight: Tokens.fieldHeight
     Accessible.role: Accessible.Grouping

@@ -86,11 +86,11 @@ Book demoBook(QDate today)
     };
 
     static const Spend everyday[] = {
-        {"Corner cafe", "Dining out", 350, 1450},      {"Green Basket Market", "Groceries", 2400, 11800},
-        {"Shell", "Car & gas", 3200, 6400},            {"Sweetwater", "Studio gear", 1999, 38900},
-        {"Noodle Bar", "Dining out", 1600, 4800},      {"Target", "Shopping", 1200, 9400},
-        {"CVS Pharmacy", "Health", 800, 4200},         {"Guitar Center", "Studio gear", 899, 12900},
-        {"Meta Ads", "Marketing & ads", 2000, 7500},   {"Trader Joe's", "Groceries", 1800, 9600},
+        {"Corner cafe", "Dining out", 350, 1450},    {"Green Basket Market", "Groceries", 2400, 11800},
+        {"Shell", "Car & gas", 3200, 6400},          {"Sweetwater", "Studio gear", 1999, 38900},
+        {"Noodle Bar", "Dining out", 1600, 4800},    {"Target", "Shopping", 1200, 9400},
+        {"CVS Pharmacy", "Health", 800, 4200},       {"Guitar Center", "Studio gear", 899, 12900},
+        {"Meta Ads", "Marketing & ads", 2000, 7500}, {"Trader Joe's", "Groceries", 1800, 9600},
     };
 
     const QDate start = today.addMonths(-6);
@@ -124,8 +124,7 @@ Book demoBook(QDate today)
         for (int gig = dice.between(1, 3); gig > 0; --gig) {
             const QDate d = day(dice.between(1, 28));
             if (inRange(d))
-                add(checking, d, Decimal(dice.between(2, 9) * 50), "The Blue Room", "Gigs & bookings",
-                    TxKind::deposit);
+                add(checking, d, Decimal(dice.between(2, 9) * 50), "The Blue Room", "Gigs & bookings", TxKind::deposit);
         }
         // Everyday spending, mostly on the card.
         for (int n = dice.between(17, 21); n > 0; --n) {
@@ -162,8 +161,8 @@ Book demoBook(QDate today)
     bill("Car insurance", 38400, today.addDays(24), Repeat::quarterly, checking, "Insurance", "geico.com");
     bill("Web hosting", 14400, today.addDays(70), Repeat::yearly, card, "Software & hosting", "");
 
-    auto royalty = [&](const char *payer, RoyaltySource source, const char *work, const char *period,
-                       int expectedCents, QDate expected, Repeat repeats, RoyaltyStatus status) {
+    auto royalty = [&](const char *payer, RoyaltySource source, const char *work, const char *period, int expectedCents,
+                       QDate expected, Repeat repeats, RoyaltyStatus status) {
         Royalty r;
         r.payer = QString::fromUtf8(payer);
         r.source = source;
@@ -176,12 +175,12 @@ Book demoBook(QDate today)
         r.accountID = paypal.id;
         return r;
     };
-    book.royalties.push_back(royalty("BMI", RoyaltySource::pro, "Night Ferry (album)", "Q2", 42000,
-                                     today.addDays(9), Repeat::quarterly, RoyaltyStatus::expected));
-    book.royalties.push_back(royalty("SoundExchange", RoyaltySource::neighboring, "Night Ferry (album)", "H1",
-                                     18550, today.addDays(-12), Repeat::once, RoyaltyStatus::disputed));
-    book.royalties.push_back(royalty("Northlight Films", RoyaltySource::sync, "\"Low Tide\" in a trailer",
-                                     "One-off", 150000, today.addDays(30), Repeat::once, RoyaltyStatus::expected));
+    book.royalties.push_back(royalty("BMI", RoyaltySource::pro, "Night Ferry (album)", "Q2", 42000, today.addDays(9),
+                                     Repeat::quarterly, RoyaltyStatus::expected));
+    book.royalties.push_back(royalty("SoundExchange", RoyaltySource::neighboring, "Night Ferry (album)", "H1", 18550,
+                                     today.addDays(-12), Repeat::once, RoyaltyStatus::disputed));
+    book.royalties.push_back(royalty("Northlight Films", RoyaltySource::sync, "\"Low Tide\" in a trailer", "One-off",
+                                     150000, today.addDays(30), Repeat::once, RoyaltyStatus::expected));
     Royalty received = royalty("DistroKid", RoyaltySource::distributor, "Catalog streams", "Q1", 60000,
                                today.addDays(-40), Repeat::quarterly, RoyaltyStatus::received);
     received.receivedAmount = cents(61875);

@@ -31,7 +31,9 @@ class ScreenShots : public QObject
     Q_OBJECT
 
 public:
-    explicit ScreenShots(QString dir) : m_dir(std::move(dir)) {}
+    explicit ScreenShots(QString dir)
+        : m_dir(std::move(dir))
+    {}
     int failures() const { return m_failures; }
 
     // Draws `window` as it is now into <dir>/<name>.png.

@@ -11,7 +11,9 @@ constexpr int answerWaitMs = 1000;
 
 } // namespace
 
-SingleCopy::SingleCopy(QString name, QObject *parent) : QObject(parent), m_name(std::move(name))
+SingleCopy::SingleCopy(QString name, QObject *parent)
+    : QObject(parent)
+    , m_name(std::move(name))
 {
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&m_server, &QLocalServer::newConnection, this, [this] {

@@ -16,6 +16,7 @@
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <cstdio>
+#include <memory>
 
 Q_IMPORT_QML_PLUGIN(CoinhallPlugin)
 
@@ -24,9 +25,9 @@ namespace {
 // The type faces embedded at build time; a face that is missing falls back to the system font.
 void registerFonts()
 {
-    for (const char *face : {":/fonts/Unbounded.ttf", ":/fonts/Unbounded_700Bold.ttf", ":/fonts/Manrope.ttf",
-                             ":/fonts/Manrope-SemiBold.ttf", ":/fonts/Manrope-Bold.ttf",
-                             ":/fonts/MaterialIcons-Regular.ttf"})
+    for (const char *face :
+         {":/fonts/Unbounded.ttf", ":/fonts/Unbounded_700Bold.ttf", ":/fonts/Manrope.ttf",
+          ":/fonts/Manrope-SemiBold.ttf", ":/fonts/Manrope-Bold.ttf", ":/fonts/MaterialIcons-Regular.ttf"})
         QFontDatabase::addApplicationFont(QString::fromLatin1(face));
 }
 

@@ -56,8 +56,8 @@ protected:
         bridge.setStore(m_store.get());
     }
 
-    Transaction tx(const Account &account, const char *iso, const char *amount, const char *payee,
-                   const char *category, const char *note = "", bool cleared = true)
+    Transaction tx(const Account &account, const char *iso, const char *amount, const char *payee, const char *category,
+                   const char *note = "", bool cleared = true)
     {
         Transaction t;
         t.date = at(iso);
@@ -244,8 +244,11 @@ TEST_F(RegisterTest, BadInputSavesNothing)
 {
     const size_t before = m_store->book().transactions.size();
     m_store->setStatus(QString());
-    QVariantMap form{{"income", false}, {"date", double(at("2025-03-14T12:00:00Z").msecs())},
-                     {"amount", "4.5o"}, {"payee", "Cafe"}, {"accountId", idText(checking)}};
+    QVariantMap form{{"income", false},
+                     {"date", double(at("2025-03-14T12:00:00Z").msecs())},
+                     {"amount", "4.5o"},
+                     {"payee", "Cafe"},
+                     {"accountId", idText(checking)}};
     EXPECT_FALSE(bridge.saveTransaction(form));
     form["amount"] = QStringLiteral("4.50");
     form["accountId"] = QString();
@@ -295,8 +298,8 @@ TEST_F(RegisterTest, AFailedSaveIsNotHiddenByTheEditorsMessage)
     ASSERT_FALSE(second.writable());
     LedgerBridge other;
     other.setStore(&second);
-    ASSERT_TRUE(other.saveTransaction({{"income", false}, {"date", 0.0}, {"amount", "3"},
-                                       {"payee", "Kiosk"}, {"accountId", idText(checking)}}));
+    ASSERT_TRUE(other.saveTransaction(
+        {{"income", false}, {"date", 0.0}, {"amount", "3"}, {"payee", "Kiosk"}, {"accountId", idText(checking)}}));
     EXPECT_TRUE(second.status().startsWith("Could not save: ")) << second.status().toStdString();
 }
 

@@ -150,6 +150,7 @@ Item {
         function test_flipSignsTurnsSpendingIntoMoneyIn() {
             const sheet = openSheet()
             sheet.chooseFile(bankFile("maple_card.csv"))
+            waitForRendering(sheet)
             compare(previewLines(sheet)[0], "Feb 14 SWEETWATER SOUND Music Equipment -$289.00")
             const flip = named(sheet, "flipToggle")
             compare(flip.text, "Flip signs (use if spending shows up as money in — common with credit cards)")
@@ -185,6 +186,7 @@ Item {
             keyClick(Qt.Key_Down)
             compare(accountBox.displayText, "Savings")
             sheet.chooseFile(bankFile("riverbend_savings.csv"))
+            waitForRendering(sheet)
             compare(importKey(sheet).title, "Import 7")
 
             mouseClick(importKey(sheet))

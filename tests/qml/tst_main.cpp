@@ -25,7 +25,9 @@ class TestHooks : public QObject
     Q_OBJECT
 
 public:
-    explicit TestHooks(QString pamDir) : m_pamDir(std::move(pamDir)) {}
+    explicit TestHooks(QString pamDir)
+        : m_pamDir(std::move(pamDir))
+    {}
 
     // Makes the private PAM configuration run `module` ("pam_permit.so", "pam_deny.so")
     // for both authentication and the account check.

@@ -4,9 +4,9 @@
 
 #include <QVariantMap>
 
-HelpBook::HelpBook(QObject *parent) : QObject(parent)
-{
-}
+HelpBook::HelpBook(QObject *parent)
+    : QObject(parent)
+{}
 
 QVariantList HelpBook::chapters() const
 {

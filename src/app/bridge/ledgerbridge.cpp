@@ -43,8 +43,7 @@ QString editText(const Decimal &amount)
 
 // Runs a Store operation, then puts `text` in the status line, unless the operation
 // could not save: then its "Could not save: ..." stays, so a failed save is never hidden.
-template <typename Operation>
-void reportAfter(Store &store, const QString &text, Operation &&operation)
+template <typename Operation> void reportAfter(Store &store, const QString &text, Operation &&operation)
 {
     if (store.status().startsWith(couldNotSave))
         store.setStatus({});
@@ -68,8 +67,7 @@ std::optional<Transaction> findTransaction(const Store &store, const QString &id
 
 LedgerBridge::LedgerBridge(QObject *parent)
     : QObject(parent)
-{
-}
+{}
 
 QObject *LedgerBridge::store() const
 {
@@ -177,8 +175,8 @@ bool LedgerBridge::saveTransaction(const QVariantMap &form)
     else
         tx.kind = changed && changed->kind == TxKind::bill ? TxKind::bill : TxKind::expense;
 
-    const QString status = (income ? QStringLiteral("Logged ") : QStringLiteral("Spent ")) + Money::s(m)
-                           + QStringLiteral(" · ") + tx.payee + QLatin1Char('.');
+    const QString status = (income ? QStringLiteral("Logged ") : QStringLiteral("Spent ")) + Money::s(m) +
+                           QStringLiteral(" · ") + tx.payee + QLatin1Char('.');
     reportAfter(*m_store, status, [&] {
         if (changed)
             m_store->update(tx);

@@ -201,9 +201,9 @@ void TransactionListModel::refilter()
         m_keys = makeKeys(m_lines);
 
     // A longer search over the same other filters can only drop lines: look only at those found.
-    const bool narrows = next.account == m_applied.account && next.flow == m_applied.flow
-                         && next.monthOnly == m_applied.monthOnly && next.month == m_applied.month
-                         && next.needle.contains(m_applied.needle);
+    const bool narrows = next.account == m_applied.account && next.flow == m_applied.flow &&
+                         next.monthOnly == m_applied.monthOnly && next.month == m_applied.month &&
+                         next.needle.contains(m_applied.needle);
     std::vector<int> matches = matching(m_lines, m_keys, next, narrows ? &m_matches : nullptr);
 
     const int before = count();
@@ -386,15 +386,10 @@ QVariant TransactionListModel::data(const QModelIndex &index, int role) const
 
 QHash<int, QByteArray> TransactionListModel::roleNames() const
 {
-    return {{TxIdRole, "txId"},
-            {DateTextRole, "dateText"},
-            {PayeeRole, "payee"},
-            {CategoryRole, "category"},
-            {NoteRole, "note"},
-            {AccountNameRole, "accountName"},
-            {AmountRole, "amount"},
-            {AmountTextRole, "amountText"},
-            {NegativeRole, "negative"},
-            {KindRole, "kind"},
+    return {{TxIdRole, "txId"},         {DateTextRole, "dateText"},
+            {PayeeRole, "payee"},       {CategoryRole, "category"},
+            {NoteRole, "note"},         {AccountNameRole, "accountName"},
+            {AmountRole, "amount"},     {AmountTextRole, "amountText"},
+            {NegativeRole, "negative"}, {KindRole, "kind"},
             {ClearedRole, "cleared"}};
 }

@@ -19,8 +19,8 @@ class Store;
 // category and note. Follows every change of the Book.
 //
 // Built for large Books: the lower-cased search keys are made once per Book (when a
-// search needs them), a search that only grows narrows the lines already found, and a change of the Book that adds, removes or edits a few lines
-// tells the view about those rows only, so the list keeps its place.
+// search needs them), a search that only grows narrows the lines already found, and a change of the Book that adds,
+// removes or edits a few lines tells the view about those rows only, so the list keeps its place.
 class TransactionListModel : public QAbstractListModel
 {
     Q_OBJECT

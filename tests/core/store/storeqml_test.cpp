@@ -15,7 +15,10 @@ Instant local(int year, int month, int day, int hour = 9)
 class HeaderFigures : public ::testing::Test
 {
 protected:
-    HeaderFigures() { store.setClock([] { return local(2025, 3, 15, 10); }); }
+    HeaderFigures()
+    {
+        store.setClock([] { return local(2025, 3, 15, 10); });
+    }
     QVariant read(const char *name) const { return store.property(name); }
 
     QTemporaryDir temp;
@@ -45,10 +48,15 @@ TEST_F(HeaderFigures, TotalLeavesOutClosedAccountsAndKeepsTheSign)
 TEST_F(HeaderFigures, RoyaltiesDueCountsOnlyThoseNotYetReceived)
 {
     store.save(Royalty{.payer = "BMI", .expectedAmount = d("310.25"), .expectedDate = local(2025, 4, 1)});
-    store.save(Royalty{.payer = "ASCAP", .expectedAmount = d("1000"), .expectedDate = local(2025, 2, 1),
+    store.save(Royalty{.payer = "ASCAP",
+                       .expectedAmount = d("1000"),
+                       .expectedDate = local(2025, 2, 1),
                        .status = RoyaltyStatus::disputed});
-    store.save(Royalty{.payer = "DistroKid", .expectedAmount = d("88"), .expectedDate = local(2025, 1, 1),
-                       .status = RoyaltyStatus::received, .receivedAmount = d("90")});
+    store.save(Royalty{.payer = "DistroKid",
+                       .expectedAmount = d("88"),
+                       .expectedDate = local(2025, 1, 1),
+                       .status = RoyaltyStatus::received,
+                       .receivedAmount = d("90")});
 
     EXPECT_EQ(read("royaltiesDueText").toString(), "$1,310.25");
 }
@@ -58,11 +66,11 @@ TEST_F(HeaderFigures, DueSoonIncludesOverdueBillsAndOverdueStartsBeforeToday)
     auto bill = [](const char *name, Instant due, bool active = true) {
         return Bill{.name = name, .amount = d("10"), .due = due, .active = active};
     };
-    store.save(bill("Phone", local(2025, 3, 14, 23)));        // yesterday: overdue
-    store.save(bill("Rent", local(2025, 3, 15, 0)));          // today: not overdue
-    store.save(bill("Hosting", local(2025, 3, 29, 0)));       // the 14th day, at its start
-    store.save(bill("Insurance", local(2025, 3, 30, 9)));     // beyond the window
-    store.save(bill("Finished", local(2025, 3, 1), false));   // inactive: never counted
+    store.save(bill("Phone", local(2025, 3, 14, 23)));      // yesterday: overdue
+    store.save(bill("Rent", local(2025, 3, 15, 0)));        // today: not overdue
+    store.save(bill("Hosting", local(2025, 3, 29, 0)));     // the 14th day, at its start
+    store.save(bill("Insurance", local(2025, 3, 30, 9)));   // beyond the window
+    store.save(bill("Finished", local(2025, 3, 1), false)); // inactive: never counted
 
     EXPECT_EQ(read("dueSoonCount").toInt(), 3);
     EXPECT_EQ(read("overdueCount").toInt(), 1);
