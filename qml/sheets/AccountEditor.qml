@@ -14,9 +14,8 @@ SheetFrame {
     readonly property bool isNew: !sheet || sheet.kind !== "editAccount"
     // The edited account as the Book has it (see AccountsBridge.account), read by load().
     property var stored: ({ found: false })
-    // What the form starts from: the stored account; a record the Book does not know
-    // is taken as given.
-    readonly property var given: isNew ? ({}) : (stored.found ? stored : sheet.record)
+    // The id of the edited account; empty for a new one.
+    property string accountId
     readonly property bool hasTransactions: stored.found === true && stored.hasTransactions === true
     // Edit state.
     property alias name: nameRow.text
@@ -34,23 +33,27 @@ SheetFrame {
     extraTitle: !isNew && !hasTransactions ? "Delete account" : ""
 
     onSave: {
-        bridge.saveAccount(isNew ? "" : String(given.id || ""), name.trim(), bridge.kinds[Math.max(0, kindIndex)],
-                           opening, closed)
+        bridge.saveAccount(accountId, name.trim(), bridge.kinds[Math.max(0, kindIndex)], opening, closed)
         done()
     }
     onCancel: done()
     onExtra: {
-        bridge.deleteAccount(String(given.id || ""))
+        bridge.deleteAccount(accountId)
         done()
     }
 
-    // Fills the form from the account (or the defaults of a new one).
+    // Fills the form from the account, as the Book has it; a record the Book does not
+    // know is taken as given; a new account starts empty. Reads `sheet` itself: the
+    // bindings that follow it may not have caught up yet.
     function load() {
-        stored = bridge.account(isNew ? "" : String(sheet.record.id))
-        name = given.name || ""
-        kindIndex = Math.max(0, bridge.kinds.indexOf(given.kind || ""))
-        opening = given.opening !== undefined && given.opening !== "0" ? String(given.opening) : ""
-        closed = given.closed === true
+        const editing = !!sheet && sheet.kind === "editAccount" && !!sheet.record
+        stored = bridge.account(editing ? String(sheet.record.id) : "")
+        const from = !editing ? {} : stored.found ? stored : sheet.record
+        accountId = editing ? String(from.id || "") : ""
+        name = from.name || ""
+        kindIndex = Math.max(0, bridge.kinds.indexOf(from.kind || ""))
+        opening = from.opening !== undefined && from.opening !== "0" ? String(from.opening) : ""
+        closed = from.closed === true
     }
 
     // The sheet host hands the case over after the editor is made.

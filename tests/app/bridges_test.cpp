@@ -8,11 +8,14 @@
 #include "store/store.h"
 
 #include <QDateTime>
+#include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QUrl>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace {
 
@@ -60,19 +63,20 @@ protected:
         savings = store->book().accounts.at(1);
     }
 
-    // Imports a bank download into checking as the import sheet does.
+    // Imports a bank download into `account` as the import sheet does.
     void importInto(const Account &account, const char *file)
     {
         ImportBridge sheet;
         sheet.setStore(store.get());
         sheet.setAccount(account.id.toString(QUuid::WithoutBraces));
         sheet.open(bankFile(file));
-        sheet.importNow();
+        ASSERT_GT(sheet.importNow(), 0);
     }
 
     void spend(const Account &account, Instant date, const char *amount, const char *category)
     {
-        store->add({.date = date, .accountID = account.id, .amount = d(amount), .category = QString::fromUtf8(category)});
+        store->add(
+            {.date = date, .accountID = account.id, .amount = d(amount), .category = QString::fromUtf8(category)});
     }
 
     int categoryIndex(const QString &name) const
@@ -84,7 +88,10 @@ protected:
         return -1;
     }
 
-    std::optional<Decimal> budgetOf(const QString &name) const { return store->book().categories.at(size_t(categoryIndex(name))).budget; }
+    std::optional<Decimal> budgetOf(const QString &name) const
+    {
+        return store->book().categories.at(size_t(categoryIndex(name))).budget;
+    }
 
     QTemporaryDir temp;
     std::unique_ptr<Store> store;
@@ -126,20 +133,7 @@ TEST_F(Bridges, AccountLinesShowBalanceClosedMarkAndTheOpenTotal)
     EXPECT_EQ(screen.totalText(), "$354.98");
 }
 
-TEST_F(Bridges, BudgetRowsAreTheSpendingCategoriesInBookOrder)
-{
-    AccountsBridge screen;
-    screen.setStore(store.get());
-    const QVariantList rows = screen.budgets();
-
-    ASSERT_EQ(rows.size(), 18);
-    EXPECT_EQ(at(rows, 0).value("index").toInt(), categoryIndex(at(rows, 0).value("name").toString()));
-    EXPECT_EQ(at(rows, 0).value("index").toInt(), 8); // after the 8 income categories
-    EXPECT_EQ(at(rows, 17).value("name").toString(), "Transfer");
-    EXPECT_EQ(at(rows, 0).value("budget").toString(), "");
-}
-
-TEST_F(Bridges, BudgetCommitSetsClearsAndWritesOnlyChanges)
+TEST_F(Bridges, BudgetCommitReadsTypedAmountsAndClearsOnAnythingElse)
 {
     AccountsBridge screen;
     screen.setStore(store.get());
@@ -148,46 +142,18 @@ TEST_F(Bridges, BudgetCommitSetsClearsAndWritesOnlyChanges)
 
     EXPECT_TRUE(screen.commitBudget(groceries, QStringLiteral("$1,250.50")));
     EXPECT_EQ(budgetOf(QStringLiteral("Groceries")), d("1250.5"));
+    const QVariantList rows = screen.budgets();
+    const auto row = std::find_if(rows.begin(), rows.end(),
+                                  [](const QVariant &r) { return r.toMap().value("name") == "Groceries"; });
+    ASSERT_NE(row, rows.end());
+    EXPECT_EQ(row->toMap().value("index").toInt(), groceries);
+    EXPECT_EQ(row->toMap().value("budget").toString(), "1250.5");
     EXPECT_FALSE(screen.commitBudget(groceries, QStringLiteral("1250.50")));
-    EXPECT_EQ(writes.count(), 1);
-
-    EXPECT_TRUE(screen.commitBudget(groceries, QStringLiteral("0")));
-    EXPECT_EQ(budgetOf(QStringLiteral("Groceries")), std::nullopt);
-    screen.commitBudget(groceries, QStringLiteral("300"));
-    EXPECT_TRUE(screen.commitBudget(groceries, QStringLiteral("-5")));
-    EXPECT_EQ(budgetOf(QStringLiteral("Groceries")), std::nullopt);
-    screen.commitBudget(groceries, QStringLiteral("300"));
     EXPECT_TRUE(screen.commitBudget(groceries, QStringLiteral("lots")));
     EXPECT_EQ(budgetOf(QStringLiteral("Groceries")), std::nullopt);
     EXPECT_FALSE(screen.commitBudget(groceries, QString()));
-    EXPECT_EQ(writes.count(), 6);
     EXPECT_FALSE(screen.commitBudget(99, QStringLiteral("5")));
-}
-
-TEST_F(Bridges, AccountEditorSavesReadsAndRefusesToDeleteAccountsWithLines)
-{
-    AccountsBridge editor;
-    editor.setStore(store.get());
-
-    const QString id = editor.saveAccount({}, QStringLiteral("Card"), QStringLiteral("Credit card"),
-                                          QStringLiteral("abc"), false);
-    const QVariantMap saved = editor.account(id);
-    EXPECT_EQ(saved.value("name").toString(), "Card");
-    EXPECT_EQ(saved.value("kind").toString(), "Credit card");
-    EXPECT_EQ(saved.value("opening").toString(), "0");
-    EXPECT_EQ(store->book().accounts.size(), 3u);
-
-    editor.saveAccount(id, QStringLiteral("Maple card"), QStringLiteral("Credit card"), QStringLiteral("(450)"), true);
-    EXPECT_EQ(editor.account(id).value("opening").toString(), "-450");
-    EXPECT_TRUE(editor.account(id).value("closed").toBool());
-    EXPECT_EQ(store->book().accounts.size(), 3u);
-
-    spend(savings, local(2025, 1, 5), "-5", "Fees & charges");
-    EXPECT_TRUE(editor.account(savings.id.toString()).value("hasTransactions").toBool());
-    EXPECT_FALSE(editor.deleteAccount(savings.id.toString()));
-    EXPECT_TRUE(editor.deleteAccount(id));
-    EXPECT_EQ(store->book().accounts.size(), 2u);
-    EXPECT_FALSE(editor.account(id).value("found").toBool());
+    EXPECT_EQ(writes.count(), 2);
 }
 
 // -- Reports -------------------------------------------------------------------
@@ -275,52 +241,30 @@ TEST(CategorySharesTest, SharesArePercentsTruncatedAndZeroWithoutATotal)
 
 // -- Import --------------------------------------------------------------------
 
-TEST_F(Bridges, ImportPreviewCountsNewDuplicateAndUnreadableRows)
+TEST_F(Bridges, ImportColumnPickersNameEveryColumnAndDriveThePreview)
 {
+    const QString path = temp.filePath(QStringLiteral("cafe.csv"));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("Date,,Amount\n01/02/2025,Corner cafe,-4.50\n");
+    file.close();
     ImportBridge sheet;
     sheet.setStore(store.get());
-    EXPECT_EQ(sheet.account(), checking.id.toString(QUuid::WithoutBraces));
-    EXPECT_FALSE(sheet.hasPreview());
-    EXPECT_EQ(sheet.importTitle(), "Import 0");
+    sheet.open(QUrl::fromLocalFile(path));
 
-    sheet.open(bankFile("harbor_checking.csv"));
-    EXPECT_EQ(sheet.fileName(), "harbor_checking.csv");
-    EXPECT_EQ(sheet.previewTitle(), "Preview · 14 new · 1 already in · 2 unreadable");
-    EXPECT_EQ(sheet.importTitle(), "Import 14");
-    const QVariantMap first = at(sheet.previewLines(), 0);
-    EXPECT_EQ(first.value("date").toString(), "Jan 31");
-    EXPECT_EQ(first.value("payee").toString(), "PAYROLL ACME ROOFING INC");
-    EXPECT_EQ(first.value("category").toString(), "Paycheck");
-    EXPECT_EQ(first.value("amountText").toString(), "+$2,150.00");
-
-    EXPECT_EQ(sheet.importNow(), 14);
-    EXPECT_EQ(store->status(), "Imported 14 transactions from harbor_checking.csv.");
-    EXPECT_EQ(store->book().transactions.size(), 14u);
-    EXPECT_EQ(sheet.previewTitle(), "Preview · 0 new · 15 already in · 2 unreadable");
-    EXPECT_EQ(sheet.importTitle(), "Import 0");
-    EXPECT_EQ(sheet.importNow(), 0);
-}
-
-TEST_F(Bridges, ImportColumnPickersChangeTheMappingAndThePreview)
-{
-    ImportBridge sheet;
-    sheet.setStore(store.get());
-    sheet.open(bankFile("maple_card.csv"));
-    EXPECT_EQ(sheet.columnChoices(), (QStringList{"—", "Transaction Date", "Posted Date", "Card No.", "Description",
-                                                  "Category", "Debit", "Credit"}));
-    EXPECT_EQ(sheet.choices(), (QVariantList{1, 4, 0, 6, 7, 5}));
-    EXPECT_EQ(at(sheet.previewLines(), 0).value("category").toString(), "Music Equipment");
+    EXPECT_EQ(sheet.columnChoices(), (QStringList{"—", "Date", "Column 2", "Amount"}));
+    EXPECT_EQ(sheet.choices(), (QVariantList{1, 0, 3, 0, 0, 0}));
+    EXPECT_EQ(at(sheet.previewLines(), 0).value("payee").toString(), "Imported");
 
     QSignalSpy preview(&sheet, &ImportBridge::previewChanged);
-    sheet.setChoice(ImportBridge::Category, 0);
+    sheet.setChoice(ImportBridge::Description, 2);
     EXPECT_EQ(preview.count(), 1);
-    EXPECT_EQ(sheet.choices().at(ImportBridge::Category).toInt(), 0);
-    EXPECT_EQ(at(sheet.previewLines(), 0).value("category").toString(), "Bills & Utilities"); // "water" comes first
-
+    EXPECT_EQ(at(sheet.previewLines(), 0).value("payee").toString(), "Corner cafe");
+    EXPECT_EQ(at(sheet.previewLines(), 0).value("category").toString(), "Other spending");
+    sheet.setChoice(ImportBridge::Date, 9); // no such column: ignored
+    EXPECT_EQ(sheet.choices().at(ImportBridge::Date).toInt(), 1);
     sheet.setChoice(ImportBridge::Date, 0);
-    EXPECT_EQ(sheet.previewTitle(), "Preview · 0 new · 0 already in · 12 unreadable");
-    sheet.setChoice(ImportBridge::Date, 99); // no such column: ignored
-    EXPECT_EQ(sheet.choices().at(ImportBridge::Date).toInt(), 0);
+    EXPECT_EQ(sheet.previewTitle(), "Preview · 0 new · 0 already in · 1 unreadable");
 }
 
 TEST_F(Bridges, ImportFlipNegatesAndRetypesTheLines)
@@ -335,24 +279,6 @@ TEST_F(Bridges, ImportFlipNegatesAndRetypesTheLines)
     const Transaction &sweetwater = store->book().transactions.front();
     EXPECT_EQ(sweetwater.amount, d("289"));
     EXPECT_EQ(sweetwater.kind, TxKind::deposit);
-}
-
-TEST_F(Bridges, ImportOfAnUnreadableFileSaysSoAndDropsTheLastFile)
-{
-    ImportBridge sheet;
-    sheet.setStore(store.get());
-    sheet.open(bankFile("harbor_checking.csv"));
-    sheet.open(bankFile("no_such_file.csv"));
-
-    EXPECT_EQ(sheet.message(), "That file couldn't be read as a bank CSV.");
-    EXPECT_EQ(sheet.fileName(), "no_such_file.csv");
-    EXPECT_FALSE(sheet.hasFile());
-    EXPECT_FALSE(sheet.hasPreview());
-    EXPECT_EQ(sheet.importTitle(), "Import 0");
-
-    sheet.open(bankFile("lumen_pay.csv"));
-    EXPECT_EQ(sheet.message(), "");
-    EXPECT_EQ(sheet.previewTitle(), "Preview · 8 new · 1 already in · 1 unreadable");
 }
 
 TEST_F(Bridges, ImportWithoutAnAccountHasNoPreview)

@@ -20,6 +20,14 @@ Item {
     }
 
     Component {
+        id: hostComponent
+
+        SheetHost {
+            anchors.fill: parent
+        }
+    }
+
+    Component {
         id: editorComponent
 
         AccountEditor {}
@@ -132,6 +140,27 @@ Item {
             compare(total.text, Store.totalText)
             verify(findKey(screen, "Add account"))
             compare(findAll(screen, c => c.objectName === "editAccountKey").length, accountTitles(screen).length)
+        }
+
+        function test_keysOpenTheEditorThroughTheSheetHost() {
+            const screen = openScreen()
+            const host = createTemporaryObject(hostComponent, stage)
+            const closed = spyOn(host, "done")
+            screen.openSheet.connect(sheet => host.sheet = sheet)
+
+            mouseClick(findAll(screen, c => c.objectName === "editAccountKey")[0])
+            tryVerify(() => host.view !== null)
+            compare(host.view.title, "Change account")
+            compare(host.view.name, "Main checking")
+            compare(findAll(host.view, c => c.objectName === "kindPicker")[0].currentText, "Checking")
+            keyClick(Qt.Key_Escape)
+            compare(closed.count, 1)
+
+            host.sheet = null
+            mouseClick(findKey(screen, "Add account"))
+            tryVerify(() => host.view !== null)
+            compare(host.view.title, "New account")
+            compare(host.view.name, "")
         }
 
         function test_budgetRowCommitRules() {

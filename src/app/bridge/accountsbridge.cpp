@@ -8,8 +8,7 @@
 
 AccountsBridge::AccountsBridge(QObject *parent)
     : QObject(parent)
-{
-}
+{}
 
 QObject *AccountsBridge::store() const
 {
@@ -52,7 +51,8 @@ QString AccountsBridge::unlockText() const
 QString AccountsBridge::privacyText() const
 {
 #ifdef Q_OS_MACOS
-    return QStringLiteral("Your money file stays on this Mac. A backup copy is made each day and the last 30 are kept.");
+    return QStringLiteral(
+        "Your money file stays on this Mac. A backup copy is made each day and the last 30 are kept.");
 #else
     return QStringLiteral(
         "Your money file stays on this computer. A backup copy is made each day and the last 30 are kept.");
@@ -144,8 +144,8 @@ QVariantMap AccountsBridge::account(const QString &id) const
     };
 }
 
-QString AccountsBridge::saveAccount(const QString &id, const QString &name, const QString &kind,
-                                    const QString &opening, bool closed)
+QString AccountsBridge::saveAccount(const QString &id, const QString &name, const QString &kind, const QString &opening,
+                                    bool closed)
 {
     const std::optional<AccountKind> typedKind = fromRawValue<AccountKind>(kind);
     if (!m_store || !typedKind)

@@ -65,8 +65,8 @@ public:
     // Saves a new account (empty or unknown id: appended) or a change to one. The
     // starting balance is read as typed; text that is no amount counts as 0. Returns
     // the account's id, or empty when there is no Store or the kind is unknown.
-    Q_INVOKABLE QString saveAccount(const QString &id, const QString &name, const QString &kind,
-                                    const QString &opening, bool closed);
+    Q_INVOKABLE QString saveAccount(const QString &id, const QString &name, const QString &kind, const QString &opening,
+                                    bool closed);
     // Deletes an account that has no transactions; true when it was removed.
     Q_INVOKABLE bool deleteAccount(const QString &id);
 

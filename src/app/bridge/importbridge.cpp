@@ -22,8 +22,7 @@ std::array<std::optional<int> *, 6> columnsOf(CSVImporter::Mapping &m)
 
 ImportBridge::ImportBridge(QObject *parent)
     : QObject(parent)
-{
-}
+{}
 
 QObject *ImportBridge::store() const
 {

@@ -36,8 +36,7 @@ QString percentText(const Decimal &amount, const Decimal &total)
 
 ReportsBridge::ReportsBridge(QObject *parent)
     : QObject(parent)
-{
-}
+{}
 
 QObject *ReportsBridge::store() const
 {
@@ -124,8 +123,7 @@ void ReportsBridge::reload()
 
 CategoryShares::CategoryShares(QObject *parent)
     : QObject(parent)
-{
-}
+{}
 
 QVariantList CategoryShares::lines(const QVariantList &rows, const QString &total, const QVariantMap &budgets,
                                    int months) const
@@ -136,7 +134,8 @@ QVariantList CategoryShares::lines(const QVariantList &rows, const QString &tota
     for (const QVariant &row : rows) {
         const QVariantMap fields = row.toMap();
         const QString name = fields.value(QStringLiteral("name")).toString();
-        const Decimal amount = Decimal::fromString(fields.value(QStringLiteral("amount")).toString()).value_or(Decimal());
+        const Decimal amount =
+            Decimal::fromString(fields.value(QStringLiteral("amount")).toString()).value_or(Decimal());
         QVariantMap line{
             {QStringLiteral("name"), name},
             {QStringLiteral("amountText"), Money::s(amount)},

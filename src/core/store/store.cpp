@@ -265,9 +265,12 @@ bool Store::requireUnlock() const
 
 void Store::setRequireUnlock(bool on)
 {
-    Q_EMIT requireUnlockChanged();
+    // Stored first: Qt observers read the new value when they are told of the change.
+    if (requireUnlock() == on)
+        return;
     auto settings = preferences();
     settings.setValue(QStringLiteral("requireUnlock"), on);
+    Q_EMIT requireUnlockChanged();
 }
 
 void Store::setLocked(bool locked)
