@@ -42,8 +42,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     std::optional<CSVImporter> importer = CSVImporter::fromUtf8(input.mid(lineEnd + 1));
     if (!importer)
         return 0;
-    importer->setMapping({column(picks[0]), column(picks[1]), column(picks[2]), column(picks[3]),
-                          column(picks[4]), column(picks[5])});
+    importer->setMapping(
+        {column(picks[0]), column(picks[1]), column(picks[2]), column(picks[3]), column(picks[4]), column(picks[5])});
 
     const QUuid account = QUuid::fromString(QLatin1String("{6A1F0C4E-2B7D-4C1A-9E3F-5D2B8A7C6E10}"));
     const CSVImporter::Conversion first = importer->transactions(account, {}, {});
@@ -63,15 +63,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     book.transactions = first.newTransactions;
     const QByteArray saved = MoneyFile::encode(book);
     const MoneyFile::Decoded reread = MoneyFile::decode(std::string_view(saved.constData(), size_t(saved.size())));
-    FUZZ_CHECK(reread.book && reread.book->transactions == book.transactions,
-               file + "\n" + reread.error.toStdString());
+    FUZZ_CHECK(reread.book && reread.book->transactions == book.transactions, file + "\n" + reread.error.toStdString());
 
     // The usual categorizer over an empty Book answers as the plain guess does.
     const AutoCategory::Guesser guesser({});
-    const CSVImporter::Conversion guessed =
-        importer->transactions(account, {}, [&](const QString &payee, const Decimal &amount) {
-            return guesser(payee, amount);
-        });
+    const CSVImporter::Conversion guessed = importer->transactions(
+        account, {}, [&](const QString &payee, const Decimal &amount) { return guesser(payee, amount); });
     FUZZ_CHECK(guessed.newTransactions.size() == first.newTransactions.size(), file);
     for (size_t i = 0; i < guessed.newTransactions.size(); ++i)
         FUZZ_CHECK(guessed.newTransactions[i].category == first.newTransactions[i].category, file);

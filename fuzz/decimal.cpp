@@ -1,15 +1,15 @@
 // Decimal text and arithmetic. The input is up to three lines: two numbers and a
 // count of places. Whatever parses must print canonically and read back as itself,
 // and the arithmetic must keep the laws that hold whatever the rounding.
-#include "fuzzcheck.h"
 #include "model/decimal.h"
+#include "fuzzcheck.h"
 
 #include <QString>
 
 #include <algorithm>
 #include <charconv>
-#include <cstdlib>
 #include <cstdint>
+#include <cstdlib>
 #include <string_view>
 
 namespace {
@@ -54,8 +54,8 @@ void checkValue(const Decimal &v)
 bool sumIsExact(const Decimal &a, const Decimal &b)
 {
     const __int128 bound = 1000000000000000000;
-    return a.coefficient() < bound && a.coefficient() > -bound && b.coefficient() < bound &&
-           b.coefficient() > -bound && std::abs(a.exponent() - b.exponent()) <= 18;
+    return a.coefficient() < bound && a.coefficient() > -bound && b.coefficient() < bound && b.coefficient() > -bound &&
+           std::abs(a.exponent() - b.exponent()) <= 18;
 }
 
 // Two coefficients below 10^19 multiply to at most 38 digits; exact when the exponent fits.
@@ -63,8 +63,8 @@ bool productIsExact(const Decimal &a, const Decimal &b)
 {
     const __int128 bound = 10000000000000000000ull;
     const int e = a.exponent() + b.exponent();
-    return a.coefficient() < bound && a.coefficient() > -bound && b.coefficient() < bound &&
-           b.coefficient() > -bound && e >= Decimal::minExponent && e <= Decimal::maxExponent - 38;
+    return a.coefficient() < bound && a.coefficient() > -bound && b.coefficient() < bound && b.coefficient() > -bound &&
+           e >= Decimal::minExponent && e <= Decimal::maxExponent - 38;
 }
 
 void checkPair(const Decimal &a, const Decimal &b)

@@ -1,8 +1,8 @@
 // The money-file decoder on any bytes. What it accepts must survive a save: the
 // encoded Book decodes again to the same Book (dates to the whole second, as the
 // file keeps them) and encodes to the same bytes.
-#include "fuzzcheck.h"
 #include "model/moneyfile.h"
+#include "fuzzcheck.h"
 
 #include <cstdint>
 #include <string_view>
@@ -50,8 +50,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 
     const QByteArray saved = MoneyFile::encode(*decoded.book);
     const MoneyFile::Decoded again = MoneyFile::decode(view(saved));
-    FUZZ_CHECK(again.book.has_value(), "the saved file does not read back: " + again.error.toStdString() + "\n" +
-                                           saved.toStdString());
+    FUZZ_CHECK(again.book.has_value(),
+               "the saved file does not read back: " + again.error.toStdString() + "\n" + saved.toStdString());
     FUZZ_CHECK(*again.book == asSaved(*decoded.book), saved.toStdString());
     FUZZ_CHECK(MoneyFile::encode(*again.book) == saved, saved.toStdString());
     return 0;

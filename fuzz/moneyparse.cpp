@@ -32,7 +32,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     // Every accepted amount has a currency text, with the sign where the amount has one.
     const QString money = Money::s(*value);
     FUZZ_CHECK(!money.isEmpty(), canonical);
-    FUZZ_CHECK(money.startsWith(QLatin1Char('-')) == value->isNegative(), canonical + " shown as " + money.toStdString());
+    FUZZ_CHECK(money.startsWith(QLatin1Char('-')) == value->isNegative(),
+               canonical + " shown as " + money.toStdString());
     FUZZ_CHECK(Money::signed_(*value).startsWith(QLatin1Char('+')) == (value->signum() > 0), canonical);
     return 0;
 }
