@@ -315,4 +315,25 @@ TEST(LedgerBridgeDates, DaysAreTypedAsYearMonthDayAndKeepTheirTime)
         EXPECT_TRUE(std::isnan(dates.onDay(noon, QString::fromLatin1(bad)))) << bad;
 }
 
+// New Year's Eve of 9999 in the evening in New York is already year 10000 in UTC, which
+// no money file can hold: such a day is no date, and a line dated there is not saved.
+TEST_F(RegisterTest, DaysPastTheYear9999AreNoDates)
+{
+    const double evening = double(at("9999-12-31T01:30:00Z").msecs());
+    EXPECT_EQ(bridge.dayText(evening), "9999-12-30");
+    EXPECT_TRUE(std::isnan(bridge.onDay(evening, QStringLiteral("9999-12-31"))));
+    EXPECT_TRUE(std::isnan(bridge.addDays(evening, 1)));
+    EXPECT_EQ(bridge.dayText(bridge.onDay(evening, QStringLiteral("0001-01-01"))), "0001-01-01");
+
+    const size_t before = m_store->book().transactions.size();
+    EXPECT_FALSE(bridge.saveTransaction({{"income", false},
+                                         {"date", evening + 86400000.0},
+                                         {"amount", "4.50"},
+                                         {"payee", "Cafe"},
+                                         {"accountId", idText(checking)}}));
+    EXPECT_FALSE(bridge.transfer(idText(checking), idText(savings), QStringLiteral("10"), evening + 86400000.0,
+                                 QString()));
+    EXPECT_EQ(m_store->book().transactions.size(), before);
+}
+
 } // namespace

@@ -20,14 +20,18 @@ inline QString idText(const QUuid &id)
 }
 
 // A date given as milliseconds since the epoch; nothing for NaN, an empty value or a
-// number no calendar holds (beyond about 31,000 years).
+// moment outside the years 0000 to 9999 (UTC), which the money file could not hold:
+// 31 December 9999 in the evening in New York is already year 10000 there.
 inline std::optional<Instant> instant(const QVariant &value)
 {
     bool ok = false;
     const double msecs = value.toDouble(&ok);
     if (!ok || !std::isfinite(msecs) || std::abs(msecs) > 1e15)
         return std::nullopt;
-    return Instant::fromMSecs(static_cast<std::int64_t>(std::floor(msecs)));
+    const Instant when = Instant::fromMSecs(static_cast<std::int64_t>(std::floor(msecs)));
+    if (!when.inIsoRange())
+        return std::nullopt;
+    return when;
 }
 
 // An account id as the account picker gives it; empty or unreadable text is no account.

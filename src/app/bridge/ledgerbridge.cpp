@@ -1,5 +1,7 @@
 #include "ledgerbridge.h"
 
+#include "bridgeinput.h"
+
 #include "model/money.h"
 #include "store/store.h"
 
@@ -15,17 +17,19 @@ namespace {
 
 const QString couldNotSave = QStringLiteral("Could not save:");
 
-QString idText(const QUuid &id)
-{
-    return id.toString(QUuid::WithoutBraces);
-}
+using BridgeInput::idText;
 
-// A moment handed over from QML; none for NaN, infinities and years beyond any calendar.
+// A moment handed over from QML; none for NaN and dates the money file cannot hold.
 std::optional<Instant> instantOf(double msecs)
 {
-    if (!std::isfinite(msecs) || std::abs(msecs) > 1e16)
-        return std::nullopt;
-    return Instant::fromMSecs(static_cast<std::int64_t>(std::floor(msecs)));
+    return BridgeInput::instant(msecs);
+}
+
+// A moment for QML; NaN (no date) where the money file could not hold it.
+double msecsOf(const QDateTime &moment)
+{
+    const std::optional<Instant> when = instantOf(double(moment.toMSecsSinceEpoch()));
+    return when ? double(when->msecs()) : std::numeric_limits<double>::quiet_NaN();
 }
 
 // The size of an amount as the editor shows it: at least two decimal places ("45.10",
@@ -258,8 +262,7 @@ double LedgerBridge::onDay(double msecs, const QString &day) const
     const QDate date = QDate::fromString(text, QStringLiteral("yyyy-MM-dd"));
     if (!when || !shape.match(text).hasMatch() || !date.isValid())
         return std::numeric_limits<double>::quiet_NaN();
-    const QDateTime moment(date, when->toLocal().time());
-    return double(moment.toMSecsSinceEpoch());
+    return msecsOf(QDateTime(date, when->toLocal().time()));
 }
 
 double LedgerBridge::addDays(double msecs, int days) const
@@ -267,5 +270,5 @@ double LedgerBridge::addDays(double msecs, int days) const
     const std::optional<Instant> when = instantOf(msecs);
     if (!when)
         return std::numeric_limits<double>::quiet_NaN();
-    return double(when->toLocal().addDays(days).toMSecsSinceEpoch());
+    return msecsOf(when->toLocal().addDays(days));
 }

@@ -27,5 +27,9 @@ std::optional<Instant> next(Repeat repeat, Instant after)
     }
     if (!following.isValid())
         return std::nullopt;
-    return Instant::fromDateTime(following);
+    // The money file holds the years 0000 to 9999; a schedule ends there.
+    const Instant when = Instant::fromDateTime(following);
+    if (!when.inIsoRange())
+        return std::nullopt;
+    return when;
 }

@@ -159,6 +159,22 @@ TEST_F(Bills, PayingAOneTimeBillFinishesIt)
     EXPECT_EQ(onDisk(), store.book());
 }
 
+// The money file holds dates up to the end of year 9999: a schedule that would go past
+// it ends, so the next start can still read the file.
+TEST_F(Bills, ScheduleEndsAtTheLastYearTheFileHolds)
+{
+    EXPECT_EQ(next(Repeat::yearly, local(9999, 3, 1, 9)), std::nullopt);
+    EXPECT_EQ(next(Repeat::weekly, local(9999, 12, 28, 9)), std::nullopt);
+    EXPECT_EQ(next(Repeat::monthly, local(9999, 11, 15, 9)), local(9999, 12, 15, 9));
+
+    added(bill("Studio rent", "800", local(9999, 12, 15, 9)));
+    store.pay(first(), std::nullopt, today, std::nullopt);
+    EXPECT_FALSE(first().active);
+    EXPECT_EQ(first().due, local(9999, 12, 15, 9));
+    EXPECT_EQ(first().history.size(), 1u);
+    EXPECT_EQ(onDisk(), store.book());
+}
+
 TEST_F(Bills, PayingAnotherAmountLateKeepsTheSchedule)
 {
     const Bill rent = added(bill("Rent", "10", local(2025, 3, 1, 9)));
