@@ -935,6 +935,8 @@ public:
     {}
 
     const QString &error() const { return m_error; }
+    int roundedCount() const { return m_roundedCount; }
+    const QString &firstRounded() const { return m_firstRounded; }
 
     bool Null()
     {
@@ -993,6 +995,8 @@ public:
             std::optional<Decimal> value = Decimal::fromString(text);
             if (!value)
                 return fail(QStringLiteral("not an amount ") + quoted(text));
+            if (significantDigits(text) > Decimal::maxDigits && m_roundedCount++ == 0)
+                m_firstRounded = fieldPlace();
             if (m_slot == Slot::Amount)
                 *static_cast<Decimal *>(m_target) = *value;
             else
@@ -1328,6 +1332,28 @@ private:
         return true;
     }
 
+    // The digits of a number's text that carry its value: those between the first and
+    // the last digit that is not zero ("0.0450" has 2).
+    static int significantDigits(std::string_view text)
+    {
+        int first = -1;
+        int last = -1;
+        int index = 0;
+        for (const char c : text) {
+            if (c == 'e' || c == 'E')
+                break;
+            if (c < '0' || c > '9')
+                continue;
+            if (c != '0') {
+                if (first < 0)
+                    first = index;
+                last = index;
+            }
+            ++index;
+        }
+        return first < 0 ? 0 : last - first + 1;
+    }
+
     static std::optional<int> wholeNumber(std::string_view text)
     {
         std::size_t i = text.starts_with('-') ? 1 : 0;
@@ -1398,6 +1424,14 @@ private:
     // A problem with the value of the key just read.
     bool fail(const QString &problem)
     {
+        m_error = fieldPlace() + QStringLiteral(": ") + problem;
+        return false;
+    }
+    bool fail(const char *problem) { return fail(QString::fromLatin1(problem)); }
+
+    // "transactions[3].amount": the key just read, with its record.
+    QString fieldPlace() const
+    {
         Kind kind = m_kind;
         if (m_level == Level::Book)
             kind = Kind::Book;
@@ -1406,13 +1440,13 @@ private:
         const std::string_view key = fieldsOf(kind)[std::size_t(m_field)].key;
         const QString name = QString::fromLatin1(key.data(), qsizetype(key.size()));
         const QString where = recordPlace();
-        m_error = (where.isEmpty() ? name : where + QLatin1Char('.') + name) + QStringLiteral(": ") + problem;
-        return false;
+        return where.isEmpty() ? name : where + QLatin1Char('.') + name;
     }
-    bool fail(const char *problem) { return fail(QString::fromLatin1(problem)); }
 
     Book &m_book;
     QString m_error;
+    int m_roundedCount = 0;
+    QString m_firstRounded;
     TextPool m_pool;
     std::vector<std::vector<Transaction>> m_chunks;
 
@@ -1496,7 +1530,7 @@ Decoded decode(std::string_view json)
         return {std::nullopt,
                 textPlace(json, stream.Tell()) + QStringLiteral(": ") +
                     QString::fromLatin1(rapidjson::GetParseError_En(rapidjson::kParseErrorDocumentRootNotSingular))};
-    return {std::move(book), QString()};
+    return {std::move(book), QString(), decoder.roundedCount(), decoder.firstRounded()};
 }
 
 } // namespace MoneyFile

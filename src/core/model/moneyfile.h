@@ -23,6 +23,10 @@ struct Decoded
 {
     std::optional<Book> book;
     QString error;
+    // Amounts written with more significant digits than a Decimal keeps, which were
+    // rounded to 38 digits, and the place of the first ("transactions[0].amount").
+    int roundedAmounts = 0;
+    QString firstRounded;
 };
 
 // Strict: every required key present and of the right type, every enumeration text

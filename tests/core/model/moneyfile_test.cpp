@@ -311,6 +311,27 @@ TEST(MoneyFileTest, AcceptsAnyJsonNumberAndIgnoresUnknownKeys)
     const MoneyFile::Decoded decoded = decode(file);
     ASSERT_TRUE(decoded.book) << decoded.error.toStdString();
     EXPECT_EQ(*decoded.book, sampleBook());
+    EXPECT_EQ(decoded.roundedAmounts, 0);
+}
+
+// Zeros after the last digit cost nothing; a 39th digit that carries value is
+// rounded away, and the reader says where.
+TEST(MoneyFileTest, CountsAmountsRoundedTo38Digits)
+{
+    QByteArray file = sampleWith(R"("opening": -120.5)", R"("opening": -120.50000000000000000000000000000000000000000000e0)");
+    file.replace(R"("amount": -45.1)", R"("amount": -45.1000000000000000000000000000000000001)");
+    MoneyFile::Decoded decoded = decode(file);
+    ASSERT_TRUE(decoded.book) << decoded.error.toStdString();
+    EXPECT_EQ(decoded.roundedAmounts, 1);
+    EXPECT_EQ(decoded.firstRounded, "transactions[0].amount");
+    EXPECT_EQ(decoded.book->transactions[0].amount.toStdString(), "-45.1");
+
+    // The bill's amount and its payment's: the first in the file is named.
+    file.replace(R"("amount": 89.99)", R"("amount": 123456789012345678901234567890123456789012345678901234567890)");
+    decoded = decode(file);
+    ASSERT_TRUE(decoded.book) << decoded.error.toStdString();
+    EXPECT_EQ(decoded.roundedAmounts, 3);
+    EXPECT_EQ(decoded.firstRounded, "bills[0].amount");
 }
 
 TEST(MoneyFileTest, MissingKeysFailTheWholeBook)
