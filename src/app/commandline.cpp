@@ -6,19 +6,25 @@
 #include "help/helptexts.h"
 #include "model/money.h"
 #include "model/moneyfile.h"
+#include "platform/authenticator.h"
 #include "store/store.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <QSettings>
 #include <QTemporaryDir>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <future>
 #include <memory>
 #include <utility>
+
+#include <termios.h>
+#include <unistd.h>
 
 namespace {
 
@@ -66,13 +72,16 @@ Options:
   --help          Show this text.
   --version       Show the version.
 
+When Coinhall is set to ask for your password when it opens, every command
+first asks for it (one line on standard input) and does nothing without it.
+
 import saves the money file as the window does: atomically, after the day's
 backup. While a running Coinhall holds the money file, import refuses and
 changes nothing. check, report, export and import --dry-run never change the
 application folder.
 
-Exit status: 0 done; 1 a file could not be read or saved, or the money file is
-unsound; 2 wrong usage or no such account; 3 the money file is held by a running
+Exit status: 0 done; 1 a file could not be read or saved, the money file is
+unsound, or the password did not open Coinhall; 2 wrong usage or no such account; 3 the money file is held by a running
 Coinhall.
 )";
 
@@ -261,6 +270,58 @@ std::unique_ptr<Store> openForWriting(const QString &dir, std::FILE *err)
                               "Close Coinhall and try again.")
                    .arg(QDir::toNativeSeparators(store->dir())));
     return nullptr;
+}
+
+// -- unlock --------------------------------------------------------------------
+
+// One line from `in`, without its line break; on a terminal the typing is not shown.
+QString readPassword(std::FILE *in, std::FILE *err)
+{
+    const int fd = ::fileno(in);
+    termios saved{};
+    const bool terminal = ::isatty(fd) && ::tcgetattr(fd, &saved) == 0;
+    if (terminal) {
+        std::fputs("Password to open Coinhall: ", err);
+        std::fflush(err);
+        termios quiet = saved;
+        quiet.c_lflag &= ~tcflag_t(ECHO);
+        ::tcsetattr(fd, TCSAFLUSH, &quiet);
+    }
+    QByteArray line;
+    for (int c = std::fgetc(in); c != EOF && c != '\n'; c = std::fgetc(in))
+        line.append(char(c));
+    if (terminal) {
+        ::tcsetattr(fd, TCSAFLUSH, &saved);
+        std::fputc('\n', err);
+    }
+    if (line.endsWith('\r'))
+        line.chop(1);
+    return QString::fromUtf8(line);
+}
+
+// The window's lock, for the command line: with "requireUnlock" on, nothing of the
+// books is read or changed until the owner's password is given. A computer that
+// cannot check its owner opens, as the window does.
+bool unlocked(const CommandLineUnlock &unlock, std::FILE *err)
+{
+    const QSettings preferences(AppInfo::organizationName(), AppInfo::applicationName());
+    if (!preferences.value(QStringLiteral("requireUnlock"), false).toBool())
+        return true;
+    std::shared_ptr<Authenticator> authenticator = unlock.authenticator;
+    if (!authenticator)
+        authenticator = makePlatformAuthenticator();
+    if (!authenticator || !authenticator->canEvaluate())
+        return true;
+    const QString password = readPassword(unlock.in, err);
+    // The answer may come on another thread; nothing else runs meanwhile.
+    auto answer = std::make_shared<std::promise<bool>>();
+    std::future<bool> opened = answer->get_future();
+    authenticator->evaluate(QStringLiteral("Open your Coinhall"), password,
+                            [answer](bool ok) { answer->set_value(ok); });
+    if (opened.get())
+        return true;
+    print(err, QStringLiteral("That password did not open Coinhall, so nothing was read or changed."));
+    return false;
 }
 
 // -- check ---------------------------------------------------------------------
@@ -621,7 +682,7 @@ QString dataDirArgument(const QStringList &arguments)
     return split(arguments).dir;
 }
 
-int runCommandLine(const QStringList &arguments, std::FILE *out, std::FILE *err)
+int runCommandLine(const QStringList &arguments, std::FILE *out, std::FILE *err, const CommandLineUnlock &unlock)
 {
     Split s = split(arguments);
     if (!s.error.isEmpty())
@@ -640,6 +701,8 @@ int runCommandLine(const QStringList &arguments, std::FILE *out, std::FILE *err)
     }
     const QString dir = s.dir.isEmpty() ? Store::defaultDir() : s.dir;
     const QString command = s.rest.takeFirst();
+    if (commands.contains(command) && !unlocked(unlock, err))
+        return ExitStatus::failed;
     if (command == QLatin1String("import"))
         return importFile(dir, s.rest, out, err);
     if (command == QLatin1String("export"))
