@@ -10,6 +10,7 @@ ApplicationWindow {
     readonly property alias themeMenu: themeMenu
     readonly property alias helpMenu: helpMenu
     readonly property alias aboutPanel: about
+    readonly property CHHelpWindow helpWindow: rootView.helpWindow
 
     width: 1380
     height: 900
@@ -19,7 +20,7 @@ ApplicationWindow {
     title: HelpBook.appName
     color: Looks.current.bg
 
-    // The kit's hooks: its colours come from the current look, its help opens the help sheet.
+    // The kit's hooks: its colours come from the current look, its help opens the help window.
     function connectKit() {
         QFSKitHost.theme = lookTheme
         QFSKitHost.showHelp = page => rootView.openHelp()
@@ -83,10 +84,10 @@ ApplicationWindow {
 
             title: "Help"
 
+            // The help and the about panel show no data: they work while the books are locked too.
             Action {
                 text: "QFS Coinhall Help"
                 shortcut: StandardKey.HelpContents
-                enabled: !Store.locked
                 onTriggered: QFSKitHost.openHelp("")
             }
             Action {
@@ -96,7 +97,6 @@ ApplicationWindow {
             QFMenuSeparator {}
             Action {
                 text: "About QFS Coinhall"
-                enabled: !Store.locked
                 onTriggered: about.show()
             }
         }

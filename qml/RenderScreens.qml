@@ -2,8 +2,9 @@ import QtQuick
 import Coinhall
 
 // The window of `coinhall --render-screens`: the main window, driven through every
-// look, both zooms, every screen and every sheet, each state saved as a picture by
-// `shots` (a C++ object with save(window, name) and finish(count)).
+// look, both zooms, every screen and every sheet, the lock, the about panel and the
+// help window, each state saved as a picture by `shots` (a C++ object with
+// save(window, name) and finish(count)).
 Main {
     id: root
 
@@ -12,6 +13,8 @@ Main {
     // One entry per picture: look id, zoom in per cent, and the screen key or the sheet.
     property var jobs: []
     property int next: 0
+    // Frames the help window has drawn since it was last shown.
+    property int helpFrames: 0
 
     // Sample records for the sheets that carry one, named like the demo Book's.
     readonly property var samples: ({
@@ -36,7 +39,6 @@ Main {
             { name: "sheet-newRoyalty", sheet: CHSheet.newRoyalty() },
             { name: "sheet-newAccount", sheet: CHSheet.newAccount() },
             { name: "sheet-importCSV", sheet: CHSheet.importCSV() },
-            { name: "sheet-help", sheet: CHSheet.help() },
             { name: "sheet-settings", sheet: CHSheet.settings() }
         ]
     }
@@ -51,6 +53,9 @@ Main {
                     list.push({ look: look.id, zoom: zoom, name: view.name, screen: "dashboard", sheet: view.sheet })
                 list.push({ look: look.id, zoom: zoom, name: "locked", screen: "dashboard", sheet: null, locked: true })
                 list.push({ look: look.id, zoom: zoom, name: "about", screen: "dashboard", sheet: null, about: true })
+                // The help window on its first chapter, and on the longest one to see it scroll.
+                list.push({ look: look.id, zoom: zoom, name: "help", screen: "dashboard", sheet: null, help: 0 })
+                list.push({ look: look.id, zoom: zoom, name: "help-themes", screen: "dashboard", sheet: null, help: 9 })
             }
         }
         jobs = list
@@ -77,6 +82,11 @@ Main {
             aboutPanel.show()
         else
             aboutPanel.close()
+        // Closed first, so that each picture's window is sized for its zoom.
+        helpWindow.close()
+        helpFrames = 0
+        if (job.help !== undefined)
+            helpWindow.show(job.help)
         settle.restart()
     }
 
@@ -89,6 +99,14 @@ Main {
         visible: false
     }
 
+    Connections {
+        target: root.helpWindow
+
+        function onFrameSwapped() {
+            root.helpFrames += 1
+        }
+    }
+
     // Lets layouts, loaders and bindings settle before the picture.
     Timer {
         id: settle
@@ -96,7 +114,13 @@ Main {
         interval: 30
         onTriggered: {
             const job = root.jobs[root.next]
-            root.shots.save(job.about === true ? root.aboutPanel : root, job.look + "-" + job.zoom + "-" + job.name)
+            // A window just shown lays itself out with its first frames; grabbed sooner, it shows the old layout.
+            if (job.help !== undefined && root.helpFrames < 2) {
+                restart()
+                return
+            }
+            const window = job.about === true ? root.aboutPanel : job.help !== undefined ? root.helpWindow : root
+            root.shots.save(window, job.look + "-" + job.zoom + "-" + job.name)
             root.next += 1
             root.step()
         }

@@ -6,7 +6,7 @@ import Coinhall
 // The whole window's content: the header with the money keys, the read-outs and the
 // theme picker; the "Console" sidebar that picks one of the seven screens; the
 // current screen; the status line; the open sheet on top; and, while the books are
-// locked, the lock overlay over everything.
+// locked, the lock overlay in place of all that. The help is a window of its own.
 //
 // Screens are given the look and two signals, `openSheet(sheet)` and
 // `showScreen(key)`; sheets are given their CHSheet value as `sheet` and close
@@ -18,7 +18,7 @@ FocusScope {
     property var look: Looks.current
     // The key of the current screen; the dashboard at start.
     property string screen: "dashboard"
-    // The open sheet (a CHSheet value), or null.
+    // The open sheet (a CHSheet value), or null. Never the help: that opens its window.
     property var sheet: null
 
     // The seven screens in sidebar order: key, title (as shown) and symbol.
@@ -32,22 +32,34 @@ FocusScope {
         { key: "accounts", title: "Accounts", icon: "building.columns" }
     ]
     readonly property alias sheetHost: host
-    readonly property alias screenView: screenLoader
+    // The loader of the current screen; null while the books are locked.
+    readonly property Loader screenView: desk.item ? desk.item.screenLoader : null
+    // The help window, shared by every way into the help.
+    readonly property alias helpWindow: helpWindow
 
     function openSheet(next: var) {
+        if (next && next.kind === "help") {
+            openHelp()
+            return
+        }
         sheet = next
     }
     function closeSheet() {
         sheet = null
-        screenLoader.forceActiveFocus()
+        focusScreen()
     }
-    // The help request of the Help menu and the kit: opens the help sheet.
+    // The help request of the Help menu, the kit and the sidebar: the help window at
+    // its first chapter. It holds no data, so the lock lets it through.
     function openHelp() {
-        sheet = CHSheet.help()
+        helpWindow.show(0)
     }
     function showScreen(key: string) {
         if (screens.some(s => s.key === key))
             screen = key
+    }
+    function focusScreen() {
+        if (screenView)
+            screenView.forceActiveFocus()
     }
 
     // On the very first run, and only then, the help opens by itself.
@@ -61,276 +73,291 @@ FocusScope {
 
     Component.onCompleted: welcomeOnce()
 
-    // Once the books open, the keyboard goes back to the screen.
-    Connections {
-        target: Store
-
-        function onLockedChanged() {
-            if (!Store.locked)
-                screenLoader.forceActiveFocus()
-        }
-    }
-
     Settings {
         id: prefs
     }
 
+    // While locked, the overlay draws its own ground: nothing but it shows.
     Rectangle {
         anchors.fill: parent
+        visible: !Store.locked
         color: root.look.bg
     }
 
-    // Everything the lock hides; it takes no input while a sheet is open.
-    Item {
+    CHHelpWindow {
+        id: helpWindow
+    }
+
+    // Everything of the books: made only once they are open, so while they are locked
+    // no amount, name or date exists to be drawn, reached by the keyboard or read out.
+    Loader {
         id: desk
 
+        objectName: "desk"
         anchors.fill: parent
-        visible: !Store.locked
+        active: !Store.locked
+        visible: active
+        focus: true
+        // It takes no input while a sheet is open.
         enabled: root.sheet === null
+        sourceComponent: deskComponent
+        // The books just opened (or the view was made on open books): the keyboard goes to the screen.
+        onLoaded: root.focusScreen()
+    }
 
-        ColumnLayout {
-            anchors.fill: parent
-            anchors.margins: Tokens.spaceM
-            spacing: Tokens.spaceM
+    Component {
+        id: deskComponent
 
-            Panel {
-                id: header
+        FocusScope {
+            readonly property alias screenLoader: screenLoader
 
-                Layout.fillWidth: true
-                look: root.look
-                screws: true
-                leftPadding: 24
-                rightPadding: 24
-                topPadding: 12
-                bottomPadding: 12
+            focus: true
 
-                RowLayout {
-                    anchors.fill: parent
-                    spacing: Tokens.spaceL
-
-                    ColumnLayout {
-                        Layout.fillWidth: true
-                        Layout.minimumWidth: 150
-                        spacing: 2
-
-                        Text {
-                            Layout.fillWidth: true
-                            text: "QFS COINHALL"
-                            font.family: Tokens.displayFamily
-                            font.weight: Font.ExtraBold
-                            font.pointSize: Tokens.pt(20)
-                            color: root.look.text
-                            elide: Text.ElideRight
-                            textFormat: Text.PlainText
-                            Accessible.role: Accessible.Heading
-                        }
-                        Text {
-                            Layout.fillWidth: true
-                            text: "Bills · income · royalties · private on this computer"
-                            font.family: Tokens.textFamily
-                            font.weight: Font.DemiBold
-                            font.pointSize: Tokens.pt(11)
-                            color: root.look.soft
-                            elide: Text.ElideRight
-                            textFormat: Text.PlainText
-                        }
-                        Text {
-                            Layout.fillWidth: true
-                            text: HelpBook.fullName + " · " + HelpBook.websiteText
-                            font.family: Tokens.textFamily
-                            font.pointSize: Tokens.pt(9.5)
-                            color: root.look.muted
-                            elide: Text.ElideRight
-                            textFormat: Text.PlainText
-                        }
-                    }
-
-                    Key {
-                        objectName: "moneyInKey"
-                        title: "Money in"
-                        icon.name: "plus.circle"
-                        look: root.look
-                        onClicked: root.openSheet(CHSheet.newTx(true))
-                    }
-                    Key {
-                        objectName: "moneyOutKey"
-                        title: "Money out"
-                        icon.name: "minus.circle"
-                        look: root.look
-                        onClicked: root.openSheet(CHSheet.newTx(false))
-                    }
-                    Key {
-                        objectName: "transferKey"
-                        title: "Transfer"
-                        icon.name: "arrow.left.arrow.right"
-                        look: root.look
-                        onClicked: root.openSheet(CHSheet.transfer())
-                    }
-
-                    LCD {
-                        objectName: "headerLCD"
-                        look: root.look
-
-                        RowLayout {
-                            anchors.fill: parent
-                            spacing: 18
-
-                            Readout {
-                                objectName: "totalReadout"
-                                look: root.look
-                                caption: "TOTAL"
-                                value: Store.totalText
-                            }
-                            Readout {
-                                objectName: "royaltiesReadout"
-                                look: root.look
-                                caption: "ROYALTIES DUE"
-                                value: Store.royaltiesDueText
-                            }
-                            Readout {
-                                objectName: "dueSoonReadout"
-                                look: root.look
-                                caption: "DUE 14 DAYS"
-                                value: String(Store.dueSoonCount)
-                            }
-                        }
-                    }
-
-                    Rectangle {
-                        objectName: "overdueBadge"
-                        visible: Store.overdueCount > 0
-                        implicitWidth: badgeText.implicitWidth + 2 * Tokens.spaceM
-                        implicitHeight: badgeText.implicitHeight + Tokens.spaceS
-                        radius: height / 2
-                        color: root.look.accent
-
-                        Text {
-                            id: badgeText
-
-                            anchors.centerIn: parent
-                            text: Store.overdueCount + " overdue"
-                            font.family: Tokens.textFamily
-                            font.weight: Font.ExtraBold
-                            font.pointSize: Tokens.pt(Tokens.captionSize)
-                            color: root.look.bg
-                            textFormat: Text.PlainText
-                        }
-                    }
-
-                    ThemePicker {
-                        look: root.look
-                    }
-                }
-            }
-
-            RowLayout {
-                Layout.fillWidth: true
-                Layout.fillHeight: true
+            ColumnLayout {
+                anchors.fill: parent
+                anchors.margins: Tokens.spaceM
                 spacing: Tokens.spaceM
 
                 Panel {
-                    id: sidebar
+                    id: header
 
-                    Layout.preferredWidth: 212
-                    Layout.fillHeight: true
+                    Layout.fillWidth: true
                     look: root.look
                     screws: true
-                    topPadding: 22
-                    bottomPadding: 22
+                    leftPadding: 24
+                    rightPadding: 24
+                    topPadding: 12
+                    bottomPadding: 12
 
-                    ColumnLayout {
+                    RowLayout {
                         anchors.fill: parent
-                        spacing: Tokens.spaceS
+                        spacing: Tokens.spaceL
 
-                        Label2 {
-                            Layout.bottomMargin: Tokens.spaceXS
-                            text: "Console"
-                            look: root.look
-                        }
+                        ColumnLayout {
+                            Layout.fillWidth: true
+                            Layout.minimumWidth: 150
+                            spacing: 2
 
-                        Repeater {
-                            model: root.screens
-
-                            Key {
-                                required property var modelData
-
-                                objectName: "screenKey_" + modelData.key
+                            Text {
                                 Layout.fillWidth: true
-                                title: modelData.title
-                                icon.name: modelData.icon
-                                look: root.look
-                                lit: root.screen === modelData.key
-                                onClicked: root.screen = modelData.key
+                                text: "QFS COINHALL"
+                                font.family: Tokens.displayFamily
+                                font.weight: Font.ExtraBold
+                                font.pointSize: Tokens.pt(20)
+                                color: root.look.text
+                                elide: Text.ElideRight
+                                textFormat: Text.PlainText
+                                Accessible.role: Accessible.Heading
+                                Accessible.name: text
+                            }
+                            Text {
+                                Layout.fillWidth: true
+                                text: "Bills · income · royalties · private on this computer"
+                                font.family: Tokens.textFamily
+                                font.weight: Font.DemiBold
+                                font.pointSize: Tokens.pt(11)
+                                color: root.look.soft
+                                elide: Text.ElideRight
+                                textFormat: Text.PlainText
+                            }
+                            Text {
+                                Layout.fillWidth: true
+                                text: HelpBook.fullName + " · " + HelpBook.websiteText
+                                font.family: Tokens.textFamily
+                                font.pointSize: Tokens.pt(9.5)
+                                color: root.look.muted
+                                elide: Text.ElideRight
+                                textFormat: Text.PlainText
                             }
                         }
 
-                        Item {
-                            Layout.fillHeight: true
+                        Key {
+                            objectName: "moneyInKey"
+                            title: "Money in"
+                            icon.name: "plus.circle"
+                            look: root.look
+                            onClicked: root.openSheet(CHSheet.newTx(true))
+                        }
+                        Key {
+                            objectName: "moneyOutKey"
+                            title: "Money out"
+                            icon.name: "minus.circle"
+                            look: root.look
+                            onClicked: root.openSheet(CHSheet.newTx(false))
+                        }
+                        Key {
+                            objectName: "transferKey"
+                            title: "Transfer"
+                            icon.name: "arrow.left.arrow.right"
+                            look: root.look
+                            onClicked: root.openSheet(CHSheet.transfer())
                         }
 
-                        Key {
-                            objectName: "importKey"
-                            Layout.fillWidth: true
-                            title: "Import bank CSV"
-                            icon.name: "square.and.arrow.down"
+                        LCD {
+                            objectName: "headerLCD"
                             look: root.look
-                            onClicked: root.openSheet(CHSheet.importCSV())
+
+                            RowLayout {
+                                anchors.fill: parent
+                                spacing: 18
+
+                                Readout {
+                                    objectName: "totalReadout"
+                                    look: root.look
+                                    caption: "TOTAL"
+                                    value: Store.totalText
+                                }
+                                Readout {
+                                    objectName: "royaltiesReadout"
+                                    look: root.look
+                                    caption: "ROYALTIES DUE"
+                                    value: Store.royaltiesDueText
+                                }
+                                Readout {
+                                    objectName: "dueSoonReadout"
+                                    look: root.look
+                                    caption: "DUE 14 DAYS"
+                                    value: String(Store.dueSoonCount)
+                                }
+                            }
                         }
-                        Key {
-                            objectName: "helpKey"
-                            Layout.fillWidth: true
-                            title: "Help"
-                            icon.name: "questionmark.circle"
+
+                        Rectangle {
+                            objectName: "overdueBadge"
+                            visible: Store.overdueCount > 0
+                            implicitWidth: badgeText.implicitWidth + 2 * Tokens.spaceM
+                            implicitHeight: badgeText.implicitHeight + Tokens.spaceS
+                            radius: height / 2
+                            color: root.look.accent
+
+                            Text {
+                                id: badgeText
+
+                                anchors.centerIn: parent
+                                text: Store.overdueCount + " overdue"
+                                font.family: Tokens.textFamily
+                                font.weight: Font.ExtraBold
+                                font.pointSize: Tokens.pt(Tokens.captionSize)
+                                color: root.look.bg
+                                textFormat: Text.PlainText
+                            }
+                        }
+
+                        ThemePicker {
                             look: root.look
-                            onClicked: root.openHelp()
                         }
                     }
                 }
 
-                Loader {
-                    id: screenLoader
-
+                RowLayout {
                     Layout.fillWidth: true
                     Layout.fillHeight: true
-                    focus: true
-                    sourceComponent: {
-                        switch (root.screen) {
-                        case "register":
-                            return transactions
-                        case "bills":
-                            return bills
-                        case "royalties":
-                            return royalties
-                        case "calendar":
-                            return calendar
-                        case "reports":
-                            return reports
-                        case "accounts":
-                            return accounts
+                    spacing: Tokens.spaceM
+
+                    Panel {
+                        id: sidebar
+
+                        Layout.preferredWidth: 212
+                        Layout.fillHeight: true
+                        look: root.look
+                        screws: true
+                        topPadding: 22
+                        bottomPadding: 22
+
+                        ColumnLayout {
+                            anchors.fill: parent
+                            spacing: Tokens.spaceS
+
+                            Label2 {
+                                Layout.bottomMargin: Tokens.spaceXS
+                                text: "Console"
+                                look: root.look
+                            }
+
+                            Repeater {
+                                model: root.screens
+
+                                Key {
+                                    required property var modelData
+
+                                    objectName: "screenKey_" + modelData.key
+                                    Layout.fillWidth: true
+                                    title: modelData.title
+                                    icon.name: modelData.icon
+                                    look: root.look
+                                    lit: root.screen === modelData.key
+                                    onClicked: root.screen = modelData.key
+                                }
+                            }
+
+                            Item {
+                                Layout.fillHeight: true
+                            }
+
+                            Key {
+                                objectName: "importKey"
+                                Layout.fillWidth: true
+                                title: "Import bank CSV"
+                                icon.name: "square.and.arrow.down"
+                                look: root.look
+                                onClicked: root.openSheet(CHSheet.importCSV())
+                            }
+                            Key {
+                                objectName: "helpKey"
+                                Layout.fillWidth: true
+                                title: "Help"
+                                icon.name: "questionmark.circle"
+                                look: root.look
+                                onClicked: root.openHelp()
+                            }
                         }
-                        return dashboard
+                    }
+
+                    Loader {
+                        id: screenLoader
+
+                        Layout.fillWidth: true
+                        Layout.fillHeight: true
+                        focus: true
+                        sourceComponent: {
+                            switch (root.screen) {
+                            case "register":
+                                return transactions
+                            case "bills":
+                                return bills
+                            case "royalties":
+                                return royalties
+                            case "calendar":
+                                return calendar
+                            case "reports":
+                                return reports
+                            case "accounts":
+                                return accounts
+                            }
+                            return dashboard
+                        }
                     }
                 }
-            }
 
-            Text {
-                objectName: "statusLine"
-                Layout.fillWidth: true
-                Layout.leftMargin: Tokens.spaceXS
-                text: Store.status
-                font.family: Tokens.textFamily
-                font.pointSize: Tokens.pt(Tokens.captionSize)
-                color: root.look.muted
-                elide: Text.ElideRight
-                textFormat: Text.PlainText
-                // Keeps its line even when there is nothing to say.
-                Layout.preferredHeight: Math.ceil(fontMetrics.height)
-
-                FontMetrics {
-                    id: fontMetrics
-
+                Text {
+                    objectName: "statusLine"
+                    Layout.fillWidth: true
+                    Layout.leftMargin: Tokens.spaceXS
+                    text: Store.status
                     font.family: Tokens.textFamily
                     font.pointSize: Tokens.pt(Tokens.captionSize)
+                    color: root.look.muted
+                    elide: Text.ElideRight
+                    textFormat: Text.PlainText
+                    // Keeps its line even when there is nothing to say.
+                    Layout.preferredHeight: Math.ceil(fontMetrics.height)
+
+                    FontMetrics {
+                        id: fontMetrics
+
+                        font.family: Tokens.textFamily
+                        font.pointSize: Tokens.pt(Tokens.captionSize)
+                    }
                 }
             }
         }

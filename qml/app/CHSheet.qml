@@ -48,6 +48,7 @@ QtObject {
     function importCSV(): var {
         return make("importCSV", {}, "")
     }
+    // The help; the root view opens the help window for it rather than a sheet.
     function help(): var {
         return make("help", {}, "")
     }

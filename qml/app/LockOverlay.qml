@@ -4,7 +4,8 @@ import QtQuick.Layouts
 import Coinhall
 
 // Covers the whole window while the books are locked. It takes every click, wheel
-// turn, key and shortcut, so nothing reaches the screens beneath. It asks the Store
+// turn, key and shortcut but the help, zoom and quit commands, so nothing reaches
+// the screens beneath (which are not even made until the books open). It asks the Store
 // to unlock once by itself when it appears (a system that needs no password opens
 // at once); after that the password field and the "Unlock" key try again.
 FocusScope {
@@ -80,8 +81,15 @@ FocusScope {
         }
     }
 
-    // Every key that the password field does not use, and every shortcut, ends here.
-    Keys.onShortcutOverride: event => event.accepted = true
+    // The window's own commands that show no data: help, zoom and quit.
+    function passesThrough(event: var): bool {
+        const zoomKeys = event.modifiers & Qt.ControlModifier && (event.key === Qt.Key_0 || event.key === Qt.Key_Equal)
+        return event.matches(StandardKey.HelpContents) || event.matches(StandardKey.ZoomIn)
+            || event.matches(StandardKey.ZoomOut) || event.matches(StandardKey.Quit) || zoomKeys
+    }
+
+    // Every key that the password field does not use, and every other shortcut, ends here.
+    Keys.onShortcutOverride: event => event.accepted = !passesThrough(event)
     Keys.onPressed: event => event.accepted = true
 
     Rectangle {
@@ -125,6 +133,8 @@ FocusScope {
                 color: root.look.text
                 textFormat: Text.PlainText
                 wrapMode: Text.WordWrap
+                Accessible.role: Accessible.Heading
+                Accessible.name: text
             }
             Text {
                 Layout.fillWidth: true
@@ -136,6 +146,8 @@ FocusScope {
                 color: root.refused ? Tokens.destructive : root.look.muted
                 textFormat: Text.PlainText
                 wrapMode: Text.WordWrap
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
             }
             TextField {
                 id: password
@@ -144,6 +156,7 @@ FocusScope {
                 Layout.fillWidth: true
                 echoMode: TextInput.Password
                 placeholderText: "Account password"
+                Accessible.name: placeholderText
                 placeholderTextColor: root.look.muted
                 color: root.look.text
                 font.family: Tokens.textFamily

@@ -2,7 +2,8 @@ import QtQuick
 import Coinhall
 
 // Shows the open sheet (a CHSheet value) over a dimmed window, centred, and keeps
-// every click and wheel turn away from what lies beneath. The sheet's view closes
+// every click and wheel turn away from what lies beneath. The help is not among the
+// sheets: it has a window of its own (CHHelpWindow). The sheet's view closes
 // itself through its `done` signal, which ends here as `done`.
 FocusScope {
     id: root
@@ -40,8 +41,6 @@ FocusScope {
             return accountEditor
         case "importCSV":
             return importSheet
-        case "help":
-            return helpView
         case "settings":
             return settingsSheet
         }
@@ -121,11 +120,6 @@ FocusScope {
         id: importSheet
 
         ImportSheet {}
-    }
-    Component {
-        id: helpView
-
-        HelpView {}
     }
     // Kept for a settings panel; nothing opens it yet.
     Component {

@@ -12,8 +12,6 @@ FocusScope {
     property int startPage: 0
     // The chapter shown.
     property int topic: startPage
-    // The sheet case that opened the help (CHSheet), when it came as a sheet.
-    property var sheet
     // The look to draw with.
     property var look: Looks.current
 
@@ -31,8 +29,8 @@ FocusScope {
                       .replace(/\n/g, "<br>")
     }
 
-    width: 860
-    height: 560
+    implicitWidth: 860
+    implicitHeight: 560
     focus: true
 
     Accessible.role: Accessible.Dialog
@@ -44,9 +42,6 @@ FocusScope {
 
     Rectangle {
         anchors.fill: parent
-        radius: Tokens.sheetRadius
-        border.width: 1
-        border.color: root.look.line
         gradient: Gradient {
             GradientStop { position: 0; color: root.look.panelTop }
             GradientStop { position: 1; color: root.look.panelBottom }
@@ -63,7 +58,6 @@ FocusScope {
             Layout.preferredWidth: 250
             Layout.fillHeight: true
             color: root.look.well
-            radius: Tokens.sheetRadius
 
             ListView {
                 id: list
@@ -87,6 +81,8 @@ FocusScope {
 
                     width: ListView.view.width
                     height: 36
+                    // Drawn by the row below; named for the keyboard and screen readers.
+                    text: modelData.title
                     highlighted: index === root.topic
                     onClicked: root.topic = index
 
@@ -113,8 +109,9 @@ FocusScope {
                     background: Rectangle {
                         radius: Tokens.rowRadius
                         color: row.highlighted ? root.look.panelTop : row.hovered ? Qt.rgba(1, 1, 1, 0.04) : "transparent"
+                        // With the keyboard in the list, the chosen row wears the accent.
                         border.width: row.highlighted ? 1 : 0
-                        border.color: root.look.line
+                        border.color: list.activeFocus ? root.look.accent : root.look.line
                     }
                 }
             }
@@ -155,6 +152,7 @@ FocusScope {
                         wrapMode: Text.WordWrap
                         textFormat: Text.PlainText
                         Accessible.role: Accessible.Heading
+                        Accessible.name: text
                     }
                     Text {
                         objectName: "helpBody"
@@ -167,6 +165,8 @@ FocusScope {
                         linkColor: root.look.accent
                         wrapMode: Text.WordWrap
                         textFormat: Text.StyledText
+                        Accessible.role: Accessible.StaticText
+                        Accessible.name: root.chapter ? root.chapter.text : ""
                         onLinkActivated: link => Qt.openUrlExternally(link)
 
                         HoverHandler {
@@ -176,29 +176,35 @@ FocusScope {
                 }
             }
 
-            RowLayout {
+            // A positioner, not a layout: a layout here missed the keys showing and hiding
+            // when the window was reopened on another chapter.
+            Item {
                 Layout.fillWidth: true
-                spacing: Tokens.spaceM
+                implicitHeight: doneKey.implicitHeight
 
-                Key {
-                    objectName: "helpBack"
-                    visible: root.topic >= 1
-                    title: "← Back"
-                    look: root.look
-                    onClicked: root.topic = root.topic - 1
+                Row {
+                    spacing: Tokens.spaceM
+
+                    Key {
+                        objectName: "helpBack"
+                        visible: root.topic >= 1
+                        title: "← Back"
+                        look: root.look
+                        onClicked: root.topic = root.topic - 1
+                    }
+                    Key {
+                        objectName: "helpNext"
+                        visible: root.topic < root.lastTopic
+                        title: "Next →"
+                        look: root.look
+                        onClicked: root.topic = root.topic + 1
+                    }
                 }
                 Key {
-                    objectName: "helpNext"
-                    visible: root.topic < root.lastTopic
-                    title: "Next →"
-                    look: root.look
-                    onClicked: root.topic = root.topic + 1
-                }
-                Item {
-                    Layout.fillWidth: true
-                }
-                Key {
+                    id: doneKey
+
                     objectName: "helpDone"
+                    anchors.right: parent.right
                     title: "Done"
                     look: root.look
                     lit: true

@@ -73,7 +73,7 @@ void connectEngine(QQmlEngine &engine, Store &store)
     qmlRegisterSingletonInstance("Coinhall", 1, 0, "Store", &store);
 }
 
-int runWindow(int &argc, char **argv, const QString &dataDir)
+int runWindow(int &argc, char **argv, const QString &dataDir, const std::function<void(const WindowParts &)> &shown)
 {
     QGuiApplication app(argc, argv);
     prepareWindowApplication();
@@ -101,5 +101,7 @@ int runWindow(int &argc, char **argv, const QString &dataDir)
         if (Store *shared = Store::shared())
             shared->scheduleReminders();
     });
+    if (shown)
+        shown({store, *window, singleCopy});
     return QGuiApplication::exec();
 }

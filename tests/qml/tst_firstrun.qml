@@ -31,18 +31,24 @@ TestCase {
         compare(prefs.value("welcomed", "missing"), "missing")
 
         const first = createTemporaryObject(rootComponent, testCase)
-        compare(first.sheet.kind, "help")
-        const help = first.sheetHost.view
-        verify(help !== null)
-        compare(help.topic, 0)
-        compare(String(prefs.value("welcomed")), "true")
-        mouseClick(findChild(help, "helpDone"))
+        const window = first.helpWindow
+        tryCompare(window, "visible", true)
+        waitForRendering(window.contentItem)
+        compare(window.title, "QFS Coinhall Help")
+        compare(window.view.topic, 0)
+        compare(findChild(window.contentItem, "helpTitle").text, "Welcome")
+        // A window of its own: the main view opens no sheet for it.
         compare(first.sheet, null)
+        compare(first.sheetHost.view, null)
+        compare(String(prefs.value("welcomed")), "true")
+        mouseClick(findChild(window.contentItem, "helpDone"))
+        tryCompare(window, "visible", false)
         first.destroy()
         wait(0)
 
         const second = createTemporaryObject(rootComponent, testCase)
+        waitForRendering(second)
+        verify(!second.helpWindow.visible)
         compare(second.sheet, null)
-        compare(second.sheetHost.view, null)
     }
 }

@@ -2,7 +2,8 @@ import QtQuick
 import QtTest
 import Coinhall
 
-// The help view: the chapters, and which of "← Back" and "Next →" show where.
+// The help view (the chapters, and which of "← Back" and "Next →" show where) and the
+// window it lives in.
 TestCase {
     id: testCase
 
@@ -18,10 +19,21 @@ TestCase {
         HelpView {}
     }
 
+    Component {
+        id: windowComponent
+
+        CHHelpWindow {}
+    }
+
     SignalSpy {
         id: doneSpy
 
         signalName: "done"
+    }
+
+    function init() {
+        Looks.choose("studio")
+        QFZoom.actualSize()
     }
 
     function makeHelp(page) {
@@ -93,5 +105,119 @@ TestCase {
         help.forceActiveFocus()
         keyClick(Qt.Key_Escape)
         compare(doneSpy.count, 2)
+    }
+
+    function makeWindow() {
+        const window = createTemporaryObject(windowComponent, testCase)
+        verify(window !== null)
+        verify(!window.visible)
+        return window
+    }
+
+    function test_windowOpensOnThePageAskedAndDoneOnlyHidesIt() {
+        const window = makeWindow()
+        window.show(3)
+        tryCompare(window, "visible", true)
+        compare(window.title, "QFS Coinhall Help")
+        compare(window.width, 860)
+        compare(window.height, 560)
+        compare(window.view.topic, 3)
+        compare(findChild(window.contentItem, "helpTitle").text, "Bills & reminders")
+        // The view fills the window.
+        tryCompare(window.view, "width", 860)
+        tryCompare(window.view, "height", 560)
+
+        mouseClick(findChild(window.contentItem, "helpDone"))
+        tryCompare(window, "visible", false)
+        // The same window comes back, on the page asked for this time.
+        window.show(0)
+        tryCompare(window, "visible", true)
+        compare(window.view.topic, 0)
+        verify(!findChild(window.contentItem, "helpBack").visible)
+        // Asked again while open, it stays and goes to that chapter.
+        mouseClick(findChild(window.contentItem, "helpNext"))
+        compare(window.view.topic, 1)
+        window.show(0)
+        verify(window.visible)
+        compare(window.view.topic, 0)
+        window.close()
+    }
+
+    function test_windowFollowsTheLookAndTheZoomAndSitsMidScreen() {
+        const window = makeWindow()
+        QFZoom.setLevel(85)
+        window.show(0)
+        tryCompare(window, "visible", true)
+        compare(window.width, 731)
+        compare(window.height, 476)
+        verify(Math.abs(window.x + window.width / 2 - (window.screen.virtualX + window.screen.width / 2)) <= 1)
+        verify(Math.abs(window.y + window.height / 2 - (window.screen.virtualY + window.screen.height / 2)) <= 1)
+
+        Looks.choose("rose")
+        compare(window.color, Looks.rose.bg)
+        compare(window.view.look, Looks.rose)
+        window.close()
+
+        QFZoom.setLevel(200)
+        window.show(10)
+        tryCompare(window, "visible", true)
+        compare(window.width, 1720)
+        compare(window.height, 1120)
+        compare(findChild(window.contentItem, "helpTitle").text, "About QFS")
+        window.close()
+    }
+
+    // Reopened at another zoom, every part lays itself out to the new size.
+    function test_reopenedWindowFitsItsNewSize() {
+        const window = makeWindow()
+        QFZoom.setLevel(200)
+        window.show(9)
+        waitForRendering(window.contentItem)
+        window.close()
+        QFZoom.actualSize()
+        window.show(0)
+        // At once, before the window system has answered: a picture taken now must fit.
+        compare(window.width, 860)
+        compare(window.view.width, 860)
+        waitForRendering(window.contentItem)
+        const done = findChild(window.contentItem, "helpDone")
+        const body = findChild(window.contentItem, "helpBody")
+        tryVerify(() => done.mapToItem(window.contentItem, done.width, 0).x <= 860, 2000,
+                  "Done ends at " + done.mapToItem(window.contentItem, done.width, 0).x)
+        verify(body.mapToItem(window.contentItem, body.width, 0).x <= 860)
+        verify(done.visible)
+        window.close()
+    }
+
+    function test_keyboardMovesThroughTheChaptersAndEscapeCloses() {
+        const window = makeWindow()
+        window.show(0)
+        tryCompare(window, "active", true)
+        waitForRendering(window.contentItem)
+        const list = findChild(window.contentItem, "helpChapters")
+        const next = findChild(window.contentItem, "helpNext")
+        const done = findChild(window.contentItem, "helpDone")
+        keyClick(Qt.Key_Tab)
+        verify(list.activeFocus)
+        keyClick(Qt.Key_Down)
+        keyClick(Qt.Key_Down)
+        compare(window.view.topic, 2)
+        compare(findChild(window.contentItem, "helpTitle").text, "Money in & money out")
+
+        // Back, Next, Done in turn; Space presses the key that has the focus.
+        keyClick(Qt.Key_Tab)
+        verify(findChild(window.contentItem, "helpBack").activeFocus)
+        keyClick(Qt.Key_Space)
+        compare(window.view.topic, 1)
+        keyClick(Qt.Key_Tab)
+        verify(next.activeFocus)
+        keyClick(Qt.Key_Space)
+        keyClick(Qt.Key_Space)
+        compare(window.view.topic, 3)
+        keyClick(Qt.Key_Tab)
+        verify(done.activeFocus)
+
+        keyClick(Qt.Key_Escape)
+        tryCompare(window, "visible", false)
     }
 }

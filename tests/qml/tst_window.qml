@@ -4,8 +4,8 @@ import QtTest
 import Qt.labs.settings
 import Coinhall
 
-// The main window as the user meets it: its menus, the theme choice, the kit's hooks
-// and the about panel.
+// The main window as the user meets it: its menus, the theme choice, the kit's hooks,
+// the help window and the about panel.
 TestCase {
     id: testCase
 
@@ -90,15 +90,30 @@ TestCase {
         compare(QFSKitHost.theme.accent, Looks.ice.accent)
     }
 
-    function test_helpMenuAndKitHookOpenTheHelpSheet() {
+    function test_helpMenuKitHookAndHelpKeyShareOneHelpWindow() {
         const window = makeWindow()
-        compare(window.rootView.sheet, null)
+        const help = window.helpWindow
+        verify(!help.visible)
         choose(window.helpMenu, 0)
-        compare(window.rootView.sheet.kind, "help")
-        window.rootView.closeSheet()
+        tryCompare(help, "visible", true)
+        waitForRendering(help.contentItem)
+        compare(help.title, "QFS Coinhall Help")
+        compare(window.rootView.sheet, null)
+        mouseClick(findChild(help.contentItem, "helpNext"))
+        compare(help.view.topic, 1)
+
+        // The kit's hook brings the open window back to its first chapter.
         QFSKitHost.openHelp("Themes & zoom")
-        compare(window.rootView.sheet.kind, "help")
-        compare(window.rootView.sheetHost.view.topic, 0)
+        verify(help.visible)
+        compare(help.view.topic, 0)
+        compare(window.rootView.sheet, null)
+
+        // Closed, it is only hidden: the sidebar's key shows the same window again.
+        mouseClick(findChild(help.contentItem, "helpDone"))
+        tryCompare(help, "visible", false)
+        mouseClick(findChild(window.rootView, "helpKey"))
+        tryCompare(help, "visible", true)
+        help.close()
     }
 
     function test_zoomScalesTheRootViewAboveItsMinimumSize() {

@@ -1,35 +1,117 @@
 #include "store/atomicfile.h"
 
-#include <QSaveFile>
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include <unistd.h>
+
+namespace {
+
+QString systemError(int error)
+{
+    return QString::fromLocal8Bit(std::strerror(error));
+}
+
+// Writes all of `size` bytes. A write that falls short (the disk filled mid-way) sets
+// no error; the next one fails and says why ("No space left on device").
+bool writeAll(QFile &file, const char *bytes, qint64 size)
+{
+    for (qint64 done = 0; done < size;) {
+        const qint64 written = file.write(bytes + done, size - done);
+        if (written <= 0)
+            return false;
+        done += written;
+    }
+    return true;
+}
+
+// Replaces `path` with what `fill` writes, so that it holds either its old content or
+// all of the new. The new content goes to inProgressPath() first, reaches the disk,
+// and is then renamed over the old file. `fill` returns an error text, empty on success.
+template<typename Fill>
+bool replace(const QString &path, std::optional<QFileDevice::Permissions> permissions, QString *reason, Fill fill)
+{
+    // A link is followed: the file it points at is the one replaced, as QSaveFile does.
+    QFileInfo info(path);
+    for (int depth = 0; depth < 128 && info.isSymLink(); ++depth)
+        info.setFile(info.symLinkTarget());
+    const QString target = info.isSymLink() ? path : info.filePath();
+    if (info.isDir()) {
+        if (reason)
+            *reason = systemError(EISDIR);
+        return false;
+    }
+    if (!permissions && info.exists())
+        permissions = info.permissions(); // an export keeps the old file's permissions
+
+    const QString temp = inProgressPath(target);
+    QFile file(temp);
+    auto fail = [&](const QString &why) {
+        if (reason)
+            *reason = why;
+        file.close();
+        QFile::remove(temp);
+        return false;
+    };
+    // Made anew, never opened through whatever a crash or someone else left under that name.
+    QFile::remove(temp);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
+        return fail(file.errorString());
+    if (permissions && !file.setPermissions(*permissions))
+        return fail(file.errorString());
+    const QString error = fill(file);
+    if (!error.isEmpty())
+        return fail(error);
+    if (::fsync(file.handle()) != 0)
+        return fail(systemError(errno));
+    file.close();
+    if (std::rename(QFile::encodeName(temp).constData(), QFile::encodeName(target).constData()) != 0)
+        return fail(systemError(errno));
+    return true;
+}
+
+} // namespace
+
+QString inProgressPath(const QString &path)
+{
+    return path + QStringLiteral(".saving");
+}
 
 bool writeFileAtomically(const QString &path, const QByteArray &bytes, QString *reason,
                          std::optional<QFileDevice::Permissions> permissions)
 {
-    // QSaveFile writes a temporary file beside the target, flushes it to disk and
-    // renames it over the old one. Unbuffered, so that a short write (a full disk,
-    // a size limit) is seen here rather than lost inside a flush that reports success.
-    QSaveFile file(path);
-    auto fail = [&] {
+    // Unbuffered, so that a short write (a full disk, a size limit) is seen here
+    // rather than lost inside a flush that reports success.
+    return replace(path, permissions, reason, [&](QFile &file) {
+        return writeAll(file, bytes.constData(), bytes.size()) ? QString() : file.errorString();
+    });
+}
+
+bool copyFileAtomically(const QString &from, const QString &to, QString *reason,
+                        std::optional<QFileDevice::Permissions> permissions)
+{
+    // Not QFile::copy: that gives the copy the source's permissions, which may be
+    // anyone's, until they are changed after the copy.
+    QFile source(from);
+    if (!source.open(QIODevice::ReadOnly)) {
         if (reason)
-            *reason = file.errorString();
+            *reason = source.errorString();
         return false;
-    };
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        return fail();
-    if (permissions)
-        file.setPermissions(*permissions);
-    // A write that falls short (the disk filled mid-way) sets no error; the next one
-    // fails and says why ("No space left on device").
-    for (qint64 done = 0; done < bytes.size();) {
-        const qint64 written = file.write(bytes.constData() + done, bytes.size() - done);
-        if (written <= 0) {
-            fail();
-            file.cancelWriting();
-            return false;
-        }
-        done += written;
     }
-    if (!file.commit())
-        return fail();
-    return true;
+    return replace(to, permissions, reason, [&](QFile &file) {
+        QByteArray chunk(1 << 20, Qt::Uninitialized);
+        for (;;) {
+            const qint64 got = source.read(chunk.data(), chunk.size());
+            if (got < 0)
+                return source.errorString();
+            if (got == 0)
+                return QString();
+            if (!writeAll(file, chunk.constData(), got))
+                return file.errorString();
+        }
+    });
 }

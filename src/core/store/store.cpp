@@ -37,6 +37,24 @@ bool makePrivateFolder(const QString &path)
     return true;
 }
 
+// Owner-only again for a folder that exists; someone may have opened it up since it was made.
+void keepFolderPrivate(const QString &path)
+{
+    if (QFileInfo(path).isDir())
+        QFile::setPermissions(path, ownerOnlyFolder);
+}
+
+// Owner-only again for every plain file in `folder` whose name matches `names`
+// (all when empty). Links are left alone: their targets are not Coinhall's.
+void keepFilesPrivate(const QString &folder, const QStringList &names = {})
+{
+    const QFileInfoList files = QDir(folder).entryInfoList(names, QDir::Files | QDir::Hidden | QDir::System);
+    for (const QFileInfo &file : files) {
+        if (!file.isSymLink())
+            QFile::setPermissions(file.filePath(), ownerOnlyFile);
+    }
+}
+
 // Copies a folder with everything in it; stops quietly at the first failure.
 void copyFolder(const QString &from, const QString &to)
 {
@@ -99,8 +117,14 @@ Store::Store(StoreOptions options, QObject *parent)
     // Two processes never write one money file: the first to open it holds this
     // lock for its whole run; a lock left by a process that died is taken over.
     auto lock = std::make_unique<QLockFile>(m_dir + QLatin1Char('/') + lockFileName);
-    if (lock->tryLock(0))
+    if (lock->tryLock(0)) {
         m_lock = std::move(lock);
+        // A save that a crash cut short; the money file itself is whole.
+        QFile::remove(inProgressPath(moneyFilePath()));
+        // The money file, the lock and any file kept aside: owner-only, whatever
+        // loosened them since the last run. The backups follow at dailyBackup().
+        keepFilesPrivate(m_dir, {moneyFileName, moneyFileName + QStringLiteral(".*"), lockFileName});
+    }
 
     load();
     if (m_book.accounts.empty()) {
@@ -173,7 +197,11 @@ void Store::load()
     const QString keptName = moneyFileName + QStringLiteral(".unreadable-")
                              + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
     const QString keptPath = m_dir + QLatin1Char('/') + keptName;
-    if (QFile::rename(moneyFilePath(), keptPath) || QFile::copy(moneyFilePath(), keptPath)) {
+    // Neither way replaces a file that an earlier start kept under the same name.
+    if (QFile::rename(moneyFilePath(), keptPath)
+        || (!QFileInfo::exists(keptPath) && copyFileAtomically(moneyFilePath(), keptPath, nullptr, ownerOnlyFile))) {
+        // A rename keeps the file's own permissions, which may be anyone's.
+        QFile::setPermissions(keptPath, ownerOnlyFile);
         setStatus(tr("Your money file could not be read. It was kept as %1.").arg(keptName));
     } else {
         // Nowhere to put it aside: then nothing may be written over it either.
@@ -240,6 +268,9 @@ bool Store::save()
     QString reason;
     if (!writeFileAtomically(moneyFilePath(), bytes, &reason, ownerOnlyFile))
         return fail(reason);
+    // The file was made owner-only; the folders around it may have been opened up meanwhile.
+    keepFolderPrivate(m_dir);
+    keepFolderPrivate(backupsFolder());
     m_saveFailed = false;
     return true;
 }
@@ -323,18 +354,21 @@ void Store::dailyBackup()
                          + QStringLiteral(".json");
     const QString target = folder + QLatin1Char('/') + name;
     if (!QFileInfo::exists(target) && QFile::exists(moneyFilePath())) {
-        QFile source(moneyFilePath());
-        if (source.copy(target))
-            QFile::setPermissions(target, ownerOnlyFile);
-        else
-            qWarning("Coinhall: could not make today's backup: %s", qPrintable(source.errorString()));
+        QString reason;
+        if (!copyFileAtomically(moneyFilePath(), target, &reason, ownerOnlyFile))
+            qWarning("Coinhall: could not make today's backup: %s", qPrintable(reason));
     }
 
     const QDir dir(folder);
     if (!dir.exists())
         return;
+    // Backups that a crash cut short.
+    for (const QString &name : dir.entryList({QStringLiteral("coinhall-*.json.saving")}, QDir::Files | QDir::Hidden))
+        QFile::remove(folder + QLatin1Char('/') + name);
     QStringList entries = dir.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     std::sort(entries.begin(), entries.end(), std::greater<>());
     for (qsizetype i = backupsKept; i < entries.size(); ++i)
         removeEntry(folder + QLatin1Char('/') + entries.at(i));
+    // The backups kept are owner-only too, older ones that were opened up included.
+    keepFilesPrivate(folder);
 }

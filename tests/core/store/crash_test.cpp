@@ -37,3 +37,33 @@ TEST(CrashSafety, KilledWhileSavingLeavesAWholeBook)
     }
     EXPECT_GT(seen, 0u);
 }
+
+TEST(CrashSafety, WritesCutShortAreClearedAtTheNextStartAndNothingElse)
+{
+    QTemporaryDir temp;
+    const QString dir = temp.path();
+    Book book;
+    book.accounts.push_back({newId(), QStringLiteral("Studio"), AccountKind::business, d("100"), false});
+    const QByteArray whole = MoneyFile::encode(book);
+    writeAll(dir + QStringLiteral("/coinhall.json"), whole);
+    // What a save and a backup leave when the process dies in the middle of them.
+    writeAll(dir + QStringLiteral("/coinhall.json.saving"), whole.left(whole.size() / 2));
+    QDir().mkpath(dir + QStringLiteral("/Backups"));
+    writeAll(dir + QStringLiteral("/Backups/coinhall-2025-03-01.json.saving"), "{\"acc");
+    // The user's own files, even with names like those, are not Coinhall's to remove.
+    writeAll(dir + QStringLiteral("/coinhall.json.backup"), whole);
+    writeAll(dir + QStringLiteral("/Backups/notes.saving"), "notes");
+
+    Store store({dir});
+    EXPECT_EQ(store.status(), "");
+    EXPECT_EQ(store.book(), book);
+    EXPECT_FALSE(QFile::exists(dir + QStringLiteral("/coinhall.json.saving")));
+    EXPECT_FALSE(QFile::exists(dir + QStringLiteral("/Backups/coinhall-2025-03-01.json.saving")));
+    EXPECT_EQ(readAll(dir + QStringLiteral("/coinhall.json.backup")), whole);
+    EXPECT_EQ(readAll(dir + QStringLiteral("/Backups/notes.saving")), "notes");
+
+    // A save goes through its in-progress name and leaves nothing beside the file.
+    store.add(line(store.book().accounts[0], "2025-03-04T09:00:00Z", "-12.5"));
+    EXPECT_EQ(decodeFile(dir + QStringLiteral("/coinhall.json")).transactions.size(), 1u);
+    EXPECT_FALSE(QFile::exists(dir + QStringLiteral("/coinhall.json.saving")));
+}

@@ -1,0 +1,129 @@
+// Starts the window exactly as coinhall does, then does one of the things the
+// process tests need to watch from outside:
+//   windowhelper DIR changes FIRST  keeps changing the books the way the editors do
+//                                   and prints "<kind> <n>" after each change returns
+//                                   (n counts up from FIRST);
+//   windowhelper DIR watch          minimizes its window, prints "ready", and on a
+//                                   raise request prints whether it came forward;
+//   windowhelper DIR status         prints the window's status line once it is drawn
+//                                   and quits.
+// A Book for "changes" has a bill named "Rent", a line with the payee "Edited" and
+// at least two active accounts.
+#include "singlecopy.h"
+#include "store/store.h"
+#include "window.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QQuickWindow>
+#include <QTimer>
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+void say(const QString &line)
+{
+    std::printf("%s\n", qPrintable(line));
+    std::fflush(stdout);
+}
+
+// Runs `then` once, at the first frame the window draws.
+void atFirstFrame(QQuickWindow &window, std::function<void()> then)
+{
+    auto connection = std::make_shared<QMetaObject::Connection>();
+    *connection = QObject::connect(&window, &QQuickWindow::frameSwapped, &window, [connection, then] {
+        QObject::disconnect(*connection);
+        then();
+    });
+}
+
+// One change of the kind that number `n` stands for, made through the Store.
+QString change(Store &store, qint64 n)
+{
+    const Book &book = store.book();
+    switch (n % 4) {
+    case 0: {
+        Transaction t;
+        t.date = store.now();
+        t.accountID = book.accounts.at(0).id;
+        t.amount = Decimal(-(n % 1000) - 1);
+        t.payee = QStringLiteral("Change %1").arg(n);
+        t.category = QStringLiteral("Groceries");
+        store.add(t);
+        return QStringLiteral("add");
+    }
+    case 1:
+        for (const Transaction &t : book.transactions) {
+            if (t.payee == QLatin1String("Edited")) {
+                Transaction edited = t;
+                edited.note = QString::number(n);
+                store.update(edited);
+                return QStringLiteral("update");
+            }
+        }
+        return QStringLiteral("no-edited-line");
+    case 2:
+        for (const Bill &bill : book.bills) {
+            if (bill.name == QLatin1String("Rent")) {
+                store.pay(bill, std::nullopt, store.now(), std::nullopt);
+                return QStringLiteral("pay");
+            }
+        }
+        return QStringLiteral("no-bill");
+    default:
+        store.transfer(book.accounts.at(0).id, book.accounts.at(1).id, Decimal(n % 1000 + 1), store.now(),
+                       QStringLiteral("Change %1").arg(n));
+        return QStringLiteral("transfer");
+    }
+}
+
+void keepChanging(Store &store, qint64 n)
+{
+    say(change(store, n) + QLatin1Char(' ') + QString::number(n));
+    QTimer::singleShot(0, &store, [&store, n] { keepChanging(store, n + 1); });
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc < 3)
+        return 2;
+    const QString dir = QString::fromLocal8Bit(argv[1]);
+    const QString mode = QString::fromLocal8Bit(argv[2]);
+    const qint64 first = argc > 3 ? QByteArray(argv[3]).toLongLong() : 0;
+    int windowArgc = 1;
+
+    return runWindow(windowArgc, argv, dir, [&](const WindowParts &parts) {
+        Store &store = parts.store;
+        QQuickWindow &window = parts.window;
+        if (mode == QLatin1String("changes")) {
+            if (!store.writable()) {
+                say(QStringLiteral("not writable"));
+                QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(3); });
+                return;
+            }
+            QTimer::singleShot(0, &store, [&store, first] { keepChanging(store, first); });
+        } else if (mode == QLatin1String("watch")) {
+            // Connected after the program's own handler, so this sees the window after it acted.
+            QObject::connect(&parts.singleCopy, &SingleCopy::raiseRequested, &window, [&window] {
+                say(QStringLiteral("raised minimized=%1 visible=%2")
+                        .arg(window.windowStates().testFlag(Qt::WindowMinimized))
+                        .arg(window.isVisible()));
+            });
+            atFirstFrame(window, [&window] {
+                window.setWindowStates(Qt::WindowMinimized);
+                say(QStringLiteral("ready minimized=%1").arg(window.windowStates().testFlag(Qt::WindowMinimized)));
+            });
+        } else if (mode == QLatin1String("status")) {
+            atFirstFrame(window, [&window] {
+                QObject *line = window.findChild<QObject *>(QStringLiteral("statusLine"));
+                say(line ? QStringLiteral("status: ") + line->property("text").toString()
+                         : QStringLiteral("no status line"));
+                QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+            });
+        }
+    });
+}
