@@ -182,6 +182,8 @@ void Store::load()
         if (decoded.book) {
             m_book = std::move(*decoded.book);
             assigned();
+            if (decoded.roundedAmounts > 0)
+                keepUnrounded(decoded.roundedAmounts, decoded.firstRounded);
             return;
         }
         m_loadError = decoded.error;
@@ -208,6 +210,21 @@ void Store::load()
         m_lock.reset();
         setStatus(tr("Your money file could not be read, and it could not be set aside, so nothing will be saved."));
     }
+}
+
+void Store::keepUnrounded(int count, const QString &first)
+{
+    // Amounts longer than any amount can be are rounded as they are read; the next save
+    // would write the rounded ones, so the file as it was is copied aside first.
+    const QString keptName = moneyFileName + QStringLiteral(".unrounded-")
+                             + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    const QString keptPath = m_dir + QLatin1Char('/') + keptName;
+    QString text = count == 1 ? tr("An amount in your money file had more than 38 digits and was rounded.")
+                              : tr("%1 amounts in your money file had more than 38 digits and were rounded.").arg(count);
+    if (m_lock && !QFileInfo::exists(keptPath) && copyFileAtomically(moneyFilePath(), keptPath, nullptr, ownerOnlyFile))
+        text += tr(" The file as it was is kept as %1.").arg(keptName);
+    setStatus(text);
+    qWarning("Coinhall: %s (the first: %s)", qPrintable(m_status), qPrintable(first));
 }
 
 void Store::setBook(Book book)

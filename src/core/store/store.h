@@ -242,6 +242,9 @@ protected:
 
 private:
     void load();
+    // Keeps a copy of a money file whose over-long amounts were rounded as it was read
+    // (`count` of them, the first at `first`) and says so.
+    void keepUnrounded(int count, const QString &first);
     void dailyBackup();
     void setLocked(bool locked);
     void flush();

@@ -332,7 +332,7 @@ TEST_F(Faults, MoneyFileReplacedBy200MegabytesIsSetAsideQuickly)
     std::fprintf(stderr, "200 MB file: set aside in %lld ms, peak memory grew by %ld MiB\n", ms, grownKiB >> 10);
 }
 
-TEST_F(Faults, SixtyDigitAmountsAreRoundedTo38DigitsAndTheDaysBackupKeepsThem)
+TEST_F(Faults, SixtyDigitAmountsAreRoundedTo38DigitsSaidAndKeptAsTheyWere)
 {
     Book book = good;
     book.transactions.resize(2);
@@ -340,18 +340,30 @@ TEST_F(Faults, SixtyDigitAmountsAreRoundedTo38DigitsAndTheDaysBackupKeepsThem)
     bytes.replace("\"amount\": -12.5,", "\"amount\": 123456789012345678901234567890123456789012345678901234567890,");
     bytes.replace("\"opening\": 100", "\"opening\": 0.123456789012345678901234567890123456789012345678901234567891");
     writeAll(file(), bytes);
+    // Today's backup was made before the file was changed, so it cannot be the keeper.
+    QDir().mkpath(dir + QStringLiteral("/Backups"));
+    writeAll(backup(), "earlier today");
 
     Store store({dir});
     EXPECT_TRUE(store.loadError().isEmpty());
     EXPECT_EQ(store.book().transactions[0].amount.toStdString(),
               "123456789012345678901234567890123456790000000000000000000000");
     EXPECT_EQ(store.book().accounts[0].opening.toStdString(), "0.12345678901234567890123456789012345679");
-    EXPECT_EQ(readAll(backup()), bytes);
+    const QStringList kept = QDir(dir).entryList({QStringLiteral("coinhall.json.unrounded-*")});
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(store.status(), "3 amounts in your money file had more than 38 digits and were rounded. "
+                              "The file as it was is kept as " + kept[0] + ".");
+    ASSERT_EQ(warnings.size(), 1);
+    EXPECT_EQ(warnings[0], "Coinhall: " + store.status() + " (the first: accounts[0].opening)");
+    struct stat keptMode{};
+    ASSERT_EQ(::stat(QFile::encodeName(dir + QLatin1Char('/') + kept[0]).constData(), &keptMode), 0);
+    EXPECT_EQ(keptMode.st_mode & 0777, 0600u);
 
-    // The first save writes the rounded amounts; the day's backup still has every digit.
+    // The first save writes the rounded amounts; the copy keeps every digit.
     store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3"));
     EXPECT_TRUE(readAll(file()).contains("\"amount\": 123456789012345678901234567890123456790000000000000000000000,"));
-    EXPECT_EQ(readAll(backup()), bytes);
+    EXPECT_EQ(readAll(dir + QLatin1Char('/') + kept[0]), bytes);
+    EXPECT_EQ(readAll(backup()), "earlier today");
 }
 
 TEST_F(Faults, AmountsBeyondTheRangeAreRefusedWithTheirPlace)
