@@ -2,9 +2,12 @@ import QtQuick
 import QtQuick.Controls
 import Coinhall
 
-// The window's menu bar in the kit's colours.
+// The window's menu bar in the kit's colours. It sits outside the zoom host, so it
+// follows the zoom by its own sizes.
 MenuBar {
     id: root
+
+    font.pointSize: Tokens.pt(13) * QFZoom.value
 
     delegate: MenuBarItem {
         id: item
@@ -24,7 +27,7 @@ MenuBar {
     }
 
     background: Rectangle {
-        implicitHeight: 28
+        implicitHeight: Math.round(28 * QFZoom.value)
         color: QFSKitHost.theme.bg
 
         Rectangle {

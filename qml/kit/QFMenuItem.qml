@@ -10,7 +10,7 @@ MenuItem {
     // The shortcut as the platform writes it ("Ctrl++"), empty without one.
     readonly property string shortcutText: action && action.shortcut !== undefined ? keys.nativeText : ""
 
-    implicitWidth: Math.max(200, implicitContentWidth + leftPadding + rightPadding)
+    implicitWidth: Math.max(Math.round(200 * QFZoom.value), implicitContentWidth + leftPadding + rightPadding)
 
     // Only for its text: a disabled shortcut never takes a key.
     Shortcut {
@@ -23,7 +23,7 @@ MenuItem {
     indicator: Text {
         x: root.leftPadding
         y: (root.height - height) / 2
-        width: 18
+        width: Math.round(18 * QFZoom.value)
         visible: root.checkable
         text: root.checked ? "\u2713" : ""
         font: root.font
@@ -35,12 +35,12 @@ MenuItem {
         y: (root.height - height) / 2
         visible: root.subMenu !== null
         text: "\u203A"
-        font.pointSize: Tokens.pt(18)
+        font.pointSize: Tokens.pt(18) * QFZoom.value
         color: QFSKitHost.theme.dim
     }
 
     contentItem: RowLayout {
-        spacing: 24
+        spacing: Math.round(24 * QFZoom.value)
 
         Text {
             Layout.fillWidth: true
@@ -63,7 +63,7 @@ MenuItem {
     }
 
     background: Rectangle {
-        implicitHeight: 30
+        implicitHeight: Math.round(30 * QFZoom.value)
         color: root.highlighted ? Qt.rgba(QFSKitHost.theme.accent.r, QFSKitHost.theme.accent.g,
                                           QFSKitHost.theme.accent.b, 0.28) : "transparent"
     }

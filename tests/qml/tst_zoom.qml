@@ -154,6 +154,24 @@ TestCase {
         verify(levels.itemAt(1).checked)
     }
 
+    // Menus open above the zoomed content, so they grow with the zoom themselves.
+    function test_menusFollowTheZoom() {
+        const menu = createTemporaryObject(commandsComponent, testCase)
+        QFZoom.actualSize()
+        menu.open()
+        const item = menu.itemAt(0)
+        tryVerify(() => item.height > 0)
+        const height = item.height
+        const width = menu.width
+        const size = menu.font.pointSize
+        QFZoom.setValue(2.0)
+        tryCompare(item, "height", Math.round(height * 2), 1000, "item height at 200%")
+        compare(menu.font.pointSize, size * 2)
+        verify(menu.width >= width * 1.9, "menu width " + menu.width + " was " + width)
+        menu.close()
+        QFZoom.actualSize()
+    }
+
     function test_zoomShortcuts() {
         const menu = createTemporaryObject(commandsComponent, testCase)
         QFZoom.actualSize()
