@@ -287,11 +287,13 @@ Item {
                                 objectName: day ? "dayCell" : "blankCell"
                                 width: grid.cellWidth
                                 height: grid.cellHeight
-                                visible: day !== null
+                                // A blank still takes its place in the grid, which skips hidden cells.
                                 radius: 6
-                                color: isPicked ? Qt.rgba(root.look.accent.r, root.look.accent.g, root.look.accent.b, 0.16)
-                                                : Qt.rgba(0, 0, 0, hover.hovered ? 0.28 : 0.18)
-                                border.width: day && day.today ? 2 : 1
+                                color: day === null ? "transparent"
+                                                    : isPicked ? Qt.rgba(root.look.accent.r, root.look.accent.g,
+                                                                         root.look.accent.b, 0.16)
+                                                               : Qt.rgba(0, 0, 0, hover.hovered ? 0.28 : 0.18)
+                                border.width: day === null ? 0 : day.today ? 2 : 1
                                 border.color: day && day.today ? root.look.accent
                                                                : Qt.rgba(root.look.line.r, root.look.line.g,
                                                                          root.look.line.b, 0.8)

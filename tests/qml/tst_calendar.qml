@@ -126,6 +126,15 @@ Item {
             compare(findAll(screen, "blankCell").length, 6)
             compare(findAll(screen, "dayCell").length, 31)
             compare(texts(screen, "weekdayName"), ["Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"])
+            // The 1st stands under "Sat", and the 2nd starts the next row under "Sun".
+            const names = findAll(screen, "weekdayName")
+            const column = (item) => Math.round(item.mapToItem(screen, item.width / 2, 0).x)
+            const first = cell(screen, 1)
+            const second = cell(screen, 2)
+            verify(Math.abs(column(first) - column(names[6])) < first.width / 2,
+                   "the 1st at " + column(first) + ", Sat at " + column(names[6]))
+            verify(Math.abs(column(second) - column(names[0])) < second.width / 2)
+            verify(second.y > first.y)
 
             // German weeks start on Monday: September 2031 begins on a Monday, June on the Sunday before.
             screen = shown(mondayScreenComponent, 9)
