@@ -16,13 +16,53 @@ Main {
     // Frames the help window has drawn since it was last shown.
     property int helpFrames: 0
 
-    // Sample records for the sheets that carry one, named like the demo Book's.
+    // The demo Book's own records for the sheets that carry one, as the screens hand
+    // them over: the newest line, the first bill, the first royalty still expected and
+    // the first account.
+    property string newestTxId: ""
     readonly property var samples: ({
-        tx: { id: "sample-tx", payee: "Corner cafe" },
-        bill: { id: "sample-bill", name: "Verizon" },
-        royalty: { id: "sample-royalty", payer: "BMI" },
-        account: { id: "sample-account", name: "Harbor checking" }
+        tx: ledgerData.transaction(newestTxId),
+        bill: billsData.active[0],
+        royalty: royaltiesData.expected[0],
+        account: accountsData.accounts[0]
     })
+
+    LedgerBridge {
+        id: ledgerData
+
+        store: Store
+    }
+    BillsBridge {
+        id: billsData
+
+        store: Store
+    }
+    RoyaltiesBridge {
+        id: royaltiesData
+
+        store: Store
+    }
+    AccountsBridge {
+        id: accountsData
+
+        store: Store
+    }
+    // The newest line of the register, read through its first row.
+    Repeater {
+        model: TransactionListModel {
+            store: Store
+        }
+
+        Item {
+            required property int index
+            required property string txId
+
+            Component.onCompleted: {
+                if (index === 0)
+                    root.newestTxId = txId
+            }
+        }
+    }
 
     function sheetViews(): var {
         return [
@@ -126,8 +166,9 @@ Main {
         }
     }
 
-    Component.onCompleted: {
+    // Planned once everything is made, so that the samples above are read from the demo Book.
+    Component.onCompleted: Qt.callLater(() => {
         plan()
-        Qt.callLater(step)
-    }
+        step()
+    })
 }
