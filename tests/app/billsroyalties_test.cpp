@@ -4,34 +4,14 @@
 #include "billsbridge.h"
 #include "royaltiesbridge.h"
 
+#include "bridgetesting.h"
 #include "model/money.h"
-#include "store/store.h"
 
-#include <QDateTime>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 namespace {
-
-class NoNotifier final : public Notifier
-{
-public:
-    void removeAllPending() override {}
-    void add(const ReminderRequest &) override {}
-    void requestAuthorization() override {}
-};
-
-Decimal d(const char *text)
-{
-    return *Decimal::fromString(std::string_view(text));
-}
-
-Instant local(int year, int month, int day, int hour = 12, int minute = 0)
-{
-    return Instant::fromDateTime(QDateTime(QDate(year, month, day), QTime(hour, minute)));
-}
 
 double ms(Instant when)
 {
@@ -43,27 +23,17 @@ Bill bill(const char *amount, Repeat repeats)
     return Bill{.name = QStringLiteral("Bill"), .amount = d(amount), .repeats = repeats};
 }
 
-QVariantMap at(const QVariantList &list, qsizetype i)
-{
-    return list.value(i).toMap();
-}
-
 QString text(const QVariantMap &map, const char *key)
 {
     return map.value(QString::fromUtf8(key)).toString();
 }
 
-class BillsRoyalties : public ::testing::Test
+class BillsRoyalties : public BridgeTest
 {
 protected:
     BillsRoyalties()
+        : BridgeTest(local(2025, 3, 15, 10))
     {
-        StoreOptions options{temp.path()};
-        options.notifier = std::make_shared<NoNotifier>();
-        store = std::make_unique<Store>(options);
-        store->setClock([] { return local(2025, 3, 15, 10); });
-        checking = store->book().accounts.at(0);
-        savings = store->book().accounts.at(1);
         bills.setStore(store.get());
         royalties.setStore(store.get());
     }
@@ -87,10 +57,6 @@ protected:
 
     static QString id(const QUuid &uuid) { return uuid.toString(QUuid::WithoutBraces); }
 
-    QTemporaryDir temp;
-    std::unique_ptr<Store> store;
-    Account checking;
-    Account savings;
     BillsBridge bills;
     RoyaltiesBridge royalties;
 };

@@ -1,16 +1,16 @@
 // What the Accounts, Reports and import screens get from their C++ side: the texts
 // they show and the rules behind their keys and fields, on a Store of its own.
 #include "accountsbridge.h"
+#include "dashboardsummary.h"
 #include "importbridge.h"
 #include "reportsbridge.h"
+#include "transactionlistmodel.h"
 
+#include "bridgetesting.h"
 #include "model/money.h"
-#include "store/store.h"
 
-#include <QDateTime>
 #include <QFile>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QUrl>
 
 #include <gtest/gtest.h>
@@ -19,23 +19,13 @@
 
 namespace {
 
-// Bill reminders go nowhere in these tests.
-class NoNotifier final : public Notifier
-{
-public:
-    void removeAllPending() override {}
-    void add(const ReminderRequest &) override {}
-    void requestAuthorization() override {}
-};
+// The warnings of the code under test, while a test collects them.
+QStringList warnings;
 
-Decimal d(const char *text)
+void keepWarning(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
-    return *Decimal::fromString(std::string_view(text));
-}
-
-Instant local(int year, int month, int day, int hour = 12)
-{
-    return Instant::fromDateTime(QDateTime(QDate(year, month, day), QTime(hour, 0)));
+    if (type == QtWarningMsg)
+        warnings << message;
 }
 
 QUrl bankFile(const char *name)
@@ -43,25 +33,13 @@ QUrl bankFile(const char *name)
     return QUrl::fromLocalFile(QStringLiteral(COINHALL_TEST_DATA "/bank/") + QString::fromUtf8(name));
 }
 
-QVariantMap at(const QVariantList &list, qsizetype i)
-{
-    return list.value(i).toMap();
-}
-
-// A Store with the two accounts of a new Book, its clock on January 20, 2025 (the
-// month of the harbor_checking download).
-class Bridges : public ::testing::Test
+// The Store's clock stands on January 20, 2025 (the month of the harbor_checking download).
+class Bridges : public BridgeTest
 {
 protected:
     Bridges()
-    {
-        StoreOptions options{temp.path()};
-        options.notifier = std::make_shared<NoNotifier>();
-        store = std::make_unique<Store>(options);
-        store->setClock([] { return local(2025, 1, 20); });
-        checking = store->book().accounts.at(0);
-        savings = store->book().accounts.at(1);
-    }
+        : BridgeTest(local(2025, 1, 20))
+    {}
 
     // Imports a bank download into `account` as the import sheet does.
     void importInto(const Account &account, const char *file)
@@ -92,10 +70,6 @@ protected:
     {
         return store->book().categories.at(size_t(categoryIndex(name))).budget;
     }
-
-    QTemporaryDir temp;
-    std::unique_ptr<Store> store;
-    Account checking, savings;
 };
 
 } // namespace
@@ -292,4 +266,67 @@ TEST_F(Bridges, ImportWithoutAnAccountHasNoPreview)
     EXPECT_EQ(sheet.previewTitle(), "");
     EXPECT_EQ(sheet.importNow(), 0);
     EXPECT_TRUE(store->book().transactions.empty());
+}
+
+// -- The link to the Store -----------------------------------------------------
+
+TEST_F(Bridges, ABridgeFollowsOnlyTheStoreItHasNow)
+{
+    QTemporaryDir otherFolder;
+    Store other(StoreOptions{otherFolder.path(), nullptr, std::make_shared<NoNotifier>()});
+    DashboardSummary screen;
+    QSignalSpy storeChanged(&screen, &DashboardSummary::storeChanged);
+    QSignalSpy changed(&screen, &DashboardSummary::changed);
+    screen.setStore(store.get());
+    spend(checking, local(2025, 1, 2), "-5", "Fees & charges");
+    EXPECT_EQ(screen.totalText(), "-$5.00");
+
+    screen.setStore(&other);
+    screen.setStore(&other); // the same Store again is no change
+    EXPECT_EQ(storeChanged.count(), 2);
+    EXPECT_EQ(screen.store(), &other);
+    EXPECT_EQ(screen.totalText(), "$0.00");
+
+    changed.clear();
+    spend(checking, local(2025, 1, 3), "-7", "Fees & charges");
+    EXPECT_EQ(changed.count(), 0) << "the Store it left still reaches it";
+    other.add({.date = local(2025, 1, 3), .accountID = other.book().accounts.at(0).id, .amount = d("12")});
+    EXPECT_EQ(screen.totalText(), "$12.00");
+}
+
+TEST_F(Bridges, SomethingElseThanAStoreIsRefusedWithAWarningNamingTheBridge)
+{
+    AccountsBridge screen;
+    TransactionListModel lines;
+    screen.setStore(store.get());
+    lines.setStore(store.get());
+    spend(checking, local(2025, 1, 2), "-5", "Fees & charges");
+    QObject stranger;
+    warnings.clear();
+    qInstallMessageHandler(keepWarning);
+    screen.setStore(&stranger);
+    lines.setStore(&stranger);
+    qInstallMessageHandler(nullptr);
+
+    EXPECT_EQ(warnings, (QStringList{"AccountsBridge: the store given is not a Store",
+                                     "TransactionListModel: the store given is not a Store"}));
+    EXPECT_EQ(screen.store(), nullptr);
+    EXPECT_TRUE(screen.accounts().isEmpty());
+    EXPECT_EQ(lines.store(), nullptr);
+    EXPECT_EQ(lines.count(), 0);
+}
+
+TEST_F(Bridges, ABridgeForgetsAStoreThatIsGone)
+{
+    QTemporaryDir otherFolder;
+    auto other = std::make_unique<Store>(StoreOptions{otherFolder.path(), nullptr, std::make_shared<NoNotifier>()});
+    ReportsBridge reports;
+    reports.setStore(other.get());
+    ASSERT_EQ(reports.store(), other.get());
+    other.reset();
+    EXPECT_EQ(reports.store(), nullptr);
+    // A Store given after that is followed as any other.
+    reports.setStore(store.get());
+    spend(checking, local(2025, 1, 2), "-5", "Fees & charges");
+    EXPECT_EQ(reports.spendingText(), "$5.00");
 }

@@ -4,49 +4,23 @@
 #include "calendarmonth.h"
 #include "dashboardsummary.h"
 
+#include "bridgetesting.h"
 #include "model/money.h"
-#include "store/store.h"
 
-#include <QDateTime>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 namespace {
 
-class NoNotifier final : public Notifier
-{
-public:
-    void removeAllPending() override {}
-    void add(const ReminderRequest &) override {}
-    void requestAuthorization() override {}
-};
-
-Decimal d(const char *text)
-{
-    return *Decimal::fromString(std::string_view(text));
-}
-
-Instant local(int year, int month, int day, int hour = 12, int minute = 0, int second = 0)
-{
-    return Instant::fromDateTime(QDateTime(QDate(year, month, day), QTime(hour, minute, second)));
-}
-
 using CalendarGrid::Tone;
 
-class Overview : public ::testing::Test
+class Overview : public BridgeTest
 {
 protected:
     Overview()
-    {
-        StoreOptions options{temp.path()};
-        options.notifier = std::make_shared<NoNotifier>();
-        store = std::make_unique<Store>(options);
-        store->setClock([] { return local(2025, 3, 15, 10); });
-        checking = store->book().accounts.at(0);
-        savings = store->book().accounts.at(1);
-    }
+        : BridgeTest(local(2025, 3, 15, 10))
+    {}
 
     void bill(const char *name, const char *amount, Instant due, Repeat repeats = Repeat::monthly)
     {
@@ -86,10 +60,6 @@ protected:
                     days.push_back(day.date.day());
         return days;
     }
-
-    QTemporaryDir temp;
-    std::unique_ptr<Store> store;
-    Account checking, savings;
 };
 
 } // namespace

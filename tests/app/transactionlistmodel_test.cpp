@@ -4,12 +4,10 @@
 #include "ledgerbridge.h"
 #include "transactionlistmodel.h"
 
-#include "platform/notifier.h"
-#include "store/store.h"
+#include "bridgetesting.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -17,32 +15,20 @@
 
 namespace {
 
-class SilentNotifier final : public Notifier
-{
-public:
-    void removeAllPending() override {}
-    void add(const ReminderRequest &) override {}
-    void requestAuthorization() override {}
-};
-
-Decimal d(const char *text)
-{
-    return *Decimal::fromString(std::string_view(text));
-}
-
-Instant at(const char *iso)
-{
-    return *Instant::fromIso(iso);
-}
-
-class RegisterTest : public ::testing::Test
+// A Book of its own: two accounts and four lines, three of them this month.
+class RegisterTest : public BridgeTest
 {
 protected:
+    RegisterTest()
+        : BridgeTest(at("2025-03-15T12:00:00Z"))
+    {
+        checking = {newId(), QStringLiteral("Main checking"), AccountKind::checking, Decimal(0), false};
+        savings = {newId(), QStringLiteral("Savings"), AccountKind::savings, Decimal(0), false};
+    }
+
     void SetUp() override
     {
-        ASSERT_TRUE(m_dir.isValid());
-        m_store = std::make_unique<Store>(StoreOptions{m_dir.path(), nullptr, std::make_shared<SilentNotifier>()});
-        m_store->setClock([] { return at("2025-03-15T12:00:00Z"); });
+        BridgeTest::SetUp();
         Book book;
         book.accounts = {checking, savings};
         book.transactions = {
@@ -51,9 +37,9 @@ protected:
             tx(savings, "2025-03-01T15:00:00Z", "2500", "Label Co", "Royalties"),
             tx(checking, "2025-02-20T15:00:00Z", "-4.50", "Corner cafe", "Dining out", "", false),
         };
-        m_store->setBook(book);
-        model.setStore(m_store.get());
-        bridge.setStore(m_store.get());
+        store->setBook(book);
+        model.setStore(store.get());
+        bridge.setStore(store.get());
     }
 
     Transaction tx(const Account &account, const char *iso, const char *amount, const char *payee, const char *category,
@@ -82,17 +68,13 @@ protected:
     QString idText(const Account &a) const { return a.id.toString(QUuid::WithoutBraces); }
     const Transaction &lineNamed(const char *payee) const
     {
-        for (const Transaction &t : m_store->book().transactions)
+        for (const Transaction &t : store->book().transactions)
             if (t.payee == QLatin1String(payee))
                 return t;
         ADD_FAILURE() << "no line " << payee;
-        return m_store->book().transactions.front();
+        return store->book().transactions.front();
     }
 
-    const Account checking{newId(), QStringLiteral("Main checking"), AccountKind::checking, Decimal(0), false};
-    const Account savings{newId(), QStringLiteral("Savings"), AccountKind::savings, Decimal(0), false};
-    QTemporaryDir m_dir;
-    std::unique_ptr<Store> m_store;
     TransactionListModel model;
     QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};
     LedgerBridge bridge;
@@ -122,7 +104,7 @@ TEST_F(RegisterTest, FiltersCombineAndSummariseTheListedLines)
 TEST_F(RegisterTest, SearchIgnoresCaseAndLooksInPayeeCategoryAndNote)
 {
     // Newest, so its key comes first: letters beyond ASCII must not shift the others.
-    m_store->add(tx(checking, "2025-03-12T15:00:00Z", "-7", "Crème Brûlée Café", "Dining out", "ÉTÉ"));
+    store->add(tx(checking, "2025-03-12T15:00:00Z", "-7", "Crème Brûlée Café", "Dining out", "ÉTÉ"));
     model.setSearch(QStringLiteral("BRÛLÉE"));
     EXPECT_EQ(payees(), QStringList{"Crème Brûlée Café"});
     model.setSearch(QStringLiteral("été"));
@@ -159,7 +141,7 @@ TEST_F(RegisterTest, ChangesOfTheBookMoveOnlyTheRowsConcerned)
     QSignalSpy removed(&model, &QAbstractItemModel::rowsRemoved);
     QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
 
-    m_store->add(tx(checking, "2025-03-07T15:00:00Z", "-9", "Hardware store", "Household"));
+    store->add(tx(checking, "2025-03-07T15:00:00Z", "-9", "Hardware store", "Household"));
     ASSERT_EQ(inserted.count(), 1);
     EXPECT_EQ(inserted.at(0).at(1).toInt(), 1) << "the new line lands between the 10th and the 5th";
     EXPECT_EQ(payees().at(1), "Hardware store");
@@ -179,11 +161,11 @@ TEST_F(RegisterTest, ChangesOfTheBookMoveOnlyTheRowsConcerned)
 TEST_F(RegisterTest, ABookChangeWhileSearchingKeepsTheSearch)
 {
     model.setSearch(QStringLiteral("cafe"));
-    m_store->add(tx(savings, "2025-03-12T15:00:00Z", "-3.75", "Cafe Roma", "Dining out"));
+    store->add(tx(savings, "2025-03-12T15:00:00Z", "-3.75", "Cafe Roma", "Dining out"));
     EXPECT_EQ(payees(), (QStringList{"Cafe Roma", "Corner cafe"}));
     Transaction renamed = lineNamed("Corner cafe");
     renamed.payee = QStringLiteral("Bakery");
-    m_store->update(renamed);
+    store->update(renamed);
     EXPECT_EQ(payees(), QStringList{"Cafe Roma"});
 }
 
@@ -217,11 +199,11 @@ TEST_F(RegisterTest, SavingAnExpenseStoresItNegativeAndSaysSo)
                                                {"note", ""},
                                                {"cleared", true}});
     ASSERT_TRUE(saved);
-    const Transaction &t = m_store->book().transactions.front();
+    const Transaction &t = store->book().transactions.front();
     EXPECT_EQ(t.amount, d("-4.5"));
     EXPECT_EQ(t.kind, TxKind::expense);
     EXPECT_EQ(t.date, at("2025-03-14T09:30:00Z"));
-    EXPECT_EQ(m_store->status(), "Spent $4.50 · Corner cafe.");
+    EXPECT_EQ(store->status(), "Spent $4.50 · Corner cafe.");
 }
 
 TEST_F(RegisterTest, MoneyInIsPositiveAndRoyaltiesAreTheirOwnKind)
@@ -230,20 +212,20 @@ TEST_F(RegisterTest, MoneyInIsPositiveAndRoyaltiesAreTheirOwnKind)
                      {"amount", "(312.40)"},    {"payee", "Label Co"},
                      {"category", "Royalties"}, {"accountId", idText(savings)}};
     ASSERT_TRUE(bridge.saveTransaction(form));
-    EXPECT_EQ(m_store->book().transactions.front().amount, d("312.4"));
-    EXPECT_EQ(m_store->book().transactions.front().kind, TxKind::royalty);
-    EXPECT_EQ(m_store->status(), "Logged $312.40 · Label Co.");
+    EXPECT_EQ(store->book().transactions.front().amount, d("312.4"));
+    EXPECT_EQ(store->book().transactions.front().kind, TxKind::royalty);
+    EXPECT_EQ(store->status(), "Logged $312.40 · Label Co.");
 
     form["category"] = QStringLiteral("Gigs");
     form["date"] = double(at("2025-03-14T13:00:00Z").msecs());
     ASSERT_TRUE(bridge.saveTransaction(form));
-    EXPECT_EQ(m_store->book().transactions.front().kind, TxKind::deposit);
+    EXPECT_EQ(store->book().transactions.front().kind, TxKind::deposit);
 }
 
 TEST_F(RegisterTest, BadInputSavesNothing)
 {
-    const size_t before = m_store->book().transactions.size();
-    m_store->setStatus(QString());
+    const size_t before = store->book().transactions.size();
+    store->setStatus(QString());
     QVariantMap form{{"income", false},
                      {"date", double(at("2025-03-14T12:00:00Z").msecs())},
                      {"amount", "4.5o"},
@@ -255,8 +237,8 @@ TEST_F(RegisterTest, BadInputSavesNothing)
     EXPECT_FALSE(bridge.saveTransaction(form));
     EXPECT_FALSE(bridge.transfer(idText(checking), QString(), QStringLiteral("10"), 0, QString()));
     EXPECT_FALSE(bridge.transfer(idText(checking), idText(savings), QStringLiteral(""), 0, QString()));
-    EXPECT_EQ(m_store->book().transactions.size(), before);
-    EXPECT_EQ(m_store->status(), "");
+    EXPECT_EQ(store->book().transactions.size(), before);
+    EXPECT_EQ(store->status(), "");
 }
 
 TEST_F(RegisterTest, AChangedLineKeepsItsIdentityLinkAndFingerprint)
@@ -265,7 +247,7 @@ TEST_F(RegisterTest, AChangedLineKeepsItsIdentityLinkAndFingerprint)
     bill.kind = TxKind::bill;
     bill.importHash = QStringLiteral("abc123");
     bill.transferPairID = newId();
-    m_store->update(bill);
+    store->update(bill);
 
     QVariantMap form = bridge.transaction(bill.id.toString());
     EXPECT_EQ(form["magnitude"].toString(), "1200.00");
@@ -280,21 +262,21 @@ TEST_F(RegisterTest, AChangedLineKeepsItsIdentityLinkAndFingerprint)
     EXPECT_EQ(saved.importHash, bill.importHash);
     EXPECT_EQ(saved.transferPairID, bill.transferPairID);
     EXPECT_EQ(saved.date, bill.date);
-    EXPECT_EQ(m_store->book().transactions.size(), 4u);
+    EXPECT_EQ(store->book().transactions.size(), 4u);
 }
 
 TEST_F(RegisterTest, ATransferMakesTwoLinesAndSaysHowMuchMoved)
 {
     ASSERT_TRUE(bridge.transfer(idText(checking), idText(savings), QStringLiteral("-250"),
                                 double(at("2025-03-14T12:00:00Z").msecs()), QStringLiteral("rainy day")));
-    EXPECT_EQ(m_store->status(), "Moved $250.00.");
+    EXPECT_EQ(store->status(), "Moved $250.00.");
     EXPECT_EQ(payees().mid(0, 2), (QStringList{"Transfer to Savings", "Transfer from Main checking"}));
 }
 
 TEST_F(RegisterTest, AFailedSaveIsNotHiddenByTheEditorsMessage)
 {
     // A second Store on the same folder may not write the money file.
-    Store second(StoreOptions{m_dir.path(), nullptr, std::make_shared<SilentNotifier>()});
+    Store second(StoreOptions{temp.path(), nullptr, std::make_shared<NoNotifier>()});
     ASSERT_FALSE(second.writable());
     LedgerBridge other;
     other.setStore(&second);
@@ -325,15 +307,15 @@ TEST_F(RegisterTest, DaysPastTheYear9999AreNoDates)
     EXPECT_TRUE(std::isnan(bridge.addDays(evening, 1)));
     EXPECT_EQ(bridge.dayText(bridge.onDay(evening, QStringLiteral("0001-01-01"))), "0001-01-01");
 
-    const size_t before = m_store->book().transactions.size();
+    const size_t before = store->book().transactions.size();
     EXPECT_FALSE(bridge.saveTransaction({{"income", false},
                                          {"date", evening + 86400000.0},
                                          {"amount", "4.50"},
                                          {"payee", "Cafe"},
                                          {"accountId", idText(checking)}}));
-    EXPECT_FALSE(bridge.transfer(idText(checking), idText(savings), QStringLiteral("10"), evening + 86400000.0,
-                                 QString()));
-    EXPECT_EQ(m_store->book().transactions.size(), before);
+    EXPECT_FALSE(
+        bridge.transfer(idText(checking), idText(savings), QStringLiteral("10"), evening + 86400000.0, QString()));
+    EXPECT_EQ(store->book().transactions.size(), before);
 }
 
 } // namespace

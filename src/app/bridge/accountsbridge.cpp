@@ -1,5 +1,6 @@
 #include "accountsbridge.h"
 
+#include "bridgeinput.h"
 #include "model/money.h"
 #include "store/store.h"
 
@@ -8,35 +9,18 @@
 
 AccountsBridge::AccountsBridge(QObject *parent)
     : QObject(parent)
+    , m_store(this, [this] { reload(); })
 {}
-
-QObject *AccountsBridge::store() const
-{
-    return m_store.data();
-}
 
 void AccountsBridge::setStore(QObject *store)
 {
-    Store *typed = qobject_cast<Store *>(store);
-    if (store && !typed)
-        qWarning("AccountsBridge: the store given is not a Store");
-    if (typed == m_store)
-        return;
-    if (m_store)
-        disconnect(m_store, nullptr, this, nullptr);
-    m_store = typed;
-    if (m_store)
-        connect(m_store, &Store::bookChanged, this, &AccountsBridge::reload);
-    reload();
-    emit storeChanged();
+    if (m_store.set(store))
+        emit storeChanged();
 }
 
 QStringList AccountsBridge::kinds() const
 {
-    QStringList texts;
-    for (AccountKind kind : allCases<AccountKind>())
-        texts << rawValue(kind);
-    return texts;
+    return BridgeInput::rawValues<AccountKind>();
 }
 
 QString AccountsBridge::unlockText() const

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "storelink.h"
+
 #include <QObject>
-#include <QPointer>
 #include <QString>
 #include <QStringList>
 #include <QUrl>
@@ -42,7 +43,7 @@ class AccountsBridge : public QObject
 public:
     explicit AccountsBridge(QObject *parent = nullptr);
 
-    QObject *store() const;
+    QObject *store() const { return m_store.object(); }
     void setStore(QObject *store);
     QVariantList accounts() const { return m_accounts; }
     QString totalText() const { return m_totalText; }
@@ -78,7 +79,7 @@ Q_SIGNALS:
 private:
     void reload();
 
-    QPointer<Store> m_store;
+    StoreLink m_store;
     QVariantList m_accounts;
     QString m_totalText;
     QVariantList m_budgets;

@@ -4,28 +4,13 @@
 
 ActiveAccounts::ActiveAccounts(QObject *parent)
     : QAbstractListModel(parent)
-{
-}
-
-QObject *ActiveAccounts::store() const
-{
-    return m_store.data();
-}
+    , m_store(this, [this] { reload(); })
+{}
 
 void ActiveAccounts::setStore(QObject *store)
 {
-    Store *typed = qobject_cast<Store *>(store);
-    if (store && !typed)
-        qWarning("ActiveAccounts: the store given is not a Store");
-    if (typed == m_store)
-        return;
-    if (m_store)
-        disconnect(m_store, nullptr, this, nullptr);
-    m_store = typed;
-    if (m_store)
-        connect(m_store, &Store::bookChanged, this, &ActiveAccounts::reload);
-    reload();
-    emit storeChanged();
+    if (m_store.set(store))
+        emit storeChanged();
 }
 
 void ActiveAccounts::reload()

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "model/records.h"
+#include "storelink.h"
 
 #include <QAbstractListModel>
-#include <QPointer>
 #include <QtQml/qqmlregistration.h>
 
 #include <vector>
@@ -25,7 +25,7 @@ public:
 
     explicit ActiveAccounts(QObject *parent = nullptr);
 
-    QObject *store() const;
+    QObject *store() const { return m_store.object(); }
     void setStore(QObject *store);
     int count() const { return int(m_accounts.size()); }
 
@@ -45,6 +45,6 @@ Q_SIGNALS:
 private:
     void reload();
 
-    QPointer<Store> m_store;
+    StoreLink m_store;
     std::vector<Account> m_accounts;
 };

@@ -96,35 +96,18 @@ QString websiteUrl(const QString &website)
 
 BillsBridge::BillsBridge(QObject *parent)
     : QObject(parent)
+    , m_store(this, [this] { reload(); })
 {}
-
-QObject *BillsBridge::store() const
-{
-    return m_store.data();
-}
 
 void BillsBridge::setStore(QObject *store)
 {
-    Store *typed = qobject_cast<Store *>(store);
-    if (store && !typed)
-        qWarning("BillsBridge: the store given is not a Store");
-    if (typed == m_store)
-        return;
-    if (m_store)
-        disconnect(m_store, nullptr, this, nullptr);
-    m_store = typed;
-    if (m_store)
-        connect(m_store, &Store::bookChanged, this, &BillsBridge::reload);
-    reload();
-    emit storeChanged();
+    if (m_store.set(store))
+        emit storeChanged();
 }
 
 QStringList BillsBridge::repeatNames() const
 {
-    QStringList names;
-    for (Repeat r : allCases<Repeat>())
-        names << rawValue(r);
-    return names;
+    return BridgeInput::rawValues<Repeat>();
 }
 
 QVariantMap BillsBridge::billMap(const Bill &bill, bool overdue, QDate today)

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "model/records.h"
+#include "storelink.h"
 
 #include <QDate>
 #include <QObject>
-#include <QPointer>
 #include <QStringList>
 #include <QVariantList>
 #include <QVariantMap>
@@ -89,7 +89,7 @@ class BillsBridge : public QObject
 public:
     explicit BillsBridge(QObject *parent = nullptr);
 
-    QObject *store() const;
+    QObject *store() const { return m_store.object(); }
     void setStore(QObject *store);
 
     QVariantList active() const { return m_active; }
@@ -132,7 +132,7 @@ private:
     void reload();
     std::optional<Bill> find(const QString &id) const;
 
-    QPointer<Store> m_store;
+    StoreLink m_store;
     QVariantList m_active;
     QVariantList m_finished;
     QVariantList m_upcoming;

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "model/instant.h"
+#include "model/records.h"
 
 #include <QString>
+#include <QStringList>
 #include <QUuid>
 #include <QVariant>
 
@@ -10,7 +12,7 @@
 #include <cstdint>
 #include <optional>
 
-// What QML hands the bill and royalty bridges, turned into record values.
+// What QML hands the bridges, turned into record values, and the choices its pickers offer.
 namespace BridgeInput {
 
 // A record id as QML sees it: QUuid text without braces.
@@ -41,6 +43,16 @@ inline std::optional<QUuid> account(const QString &text)
     if (id.isNull())
         return std::nullopt;
     return id;
+}
+
+// Every case of an enumeration as stored and shown, in picker order.
+template <typename E>
+QStringList rawValues()
+{
+    QStringList texts;
+    for (E value : allCases<E>())
+        texts << rawValue(value);
+    return texts;
 }
 
 } // namespace BridgeInput

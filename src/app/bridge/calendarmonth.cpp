@@ -115,34 +115,18 @@ QString headerText(const Month &month)
 
 CalendarMonth::CalendarMonth(QObject *parent)
     : QObject(parent)
+    , m_store(this, [this] { reload(); })
     , m_firstDay(QLocale().firstDayOfWeek())
 {
-    const QDate now = currentDay();
-    m_shown = QDate(now.year(), now.month(), 1);
-    reload();
-}
-
-QObject *CalendarMonth::store() const
-{
-    return m_store.data();
+    showToday();
 }
 
 void CalendarMonth::setStore(QObject *store)
 {
-    Store *typed = qobject_cast<Store *>(store);
-    if (store && !typed)
-        qWarning("CalendarMonth: the store given is not a Store");
-    if (typed == m_store)
+    if (!m_store.relink(store))
         return;
-    if (m_store)
-        disconnect(m_store, nullptr, this, nullptr);
-    m_store = typed;
-    if (m_store)
-        connect(m_store, &Store::bookChanged, this, &CalendarMonth::reload);
     // A calendar starts at the current month by its Store's clock.
-    const QDate now = currentDay();
-    m_shown = QDate(now.year(), now.month(), 1);
-    reload();
+    showToday();
     emit storeChanged();
 }
 

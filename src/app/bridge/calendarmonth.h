@@ -2,10 +2,10 @@
 
 #include "model/period.h"
 #include "model/records.h"
+#include "storelink.h"
 
 #include <QDate>
 #include <QObject>
-#include <QPointer>
 #include <QString>
 #include <QVariantList>
 #include <QtQml/qqmlregistration.h>
@@ -94,7 +94,7 @@ class CalendarMonth : public QObject
 public:
     explicit CalendarMonth(QObject *parent = nullptr);
 
-    QObject *store() const;
+    QObject *store() const { return m_store.object(); }
     void setStore(QObject *store);
     int firstDayOfWeek() const { return int(m_firstDay); }
     void setFirstDayOfWeek(int day);
@@ -121,7 +121,7 @@ private:
     void reload();
     QDate currentDay() const;
 
-    QPointer<Store> m_store;
+    StoreLink m_store;
     Qt::DayOfWeek m_firstDay;
     QDate m_shown; // the first day of the shown month
     CalendarGrid::Month m_grid;

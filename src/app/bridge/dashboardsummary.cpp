@@ -9,29 +9,15 @@
 
 DashboardSummary::DashboardSummary(QObject *parent)
     : QObject(parent)
+    , m_store(this, [this] { reload(); })
 {
     reload();
-}
-
-QObject *DashboardSummary::store() const
-{
-    return m_store.data();
 }
 
 void DashboardSummary::setStore(QObject *store)
 {
-    Store *typed = qobject_cast<Store *>(store);
-    if (store && !typed)
-        qWarning("DashboardSummary: the store given is not a Store");
-    if (typed == m_store)
-        return;
-    if (m_store)
-        disconnect(m_store, nullptr, this, nullptr);
-    m_store = typed;
-    if (m_store)
-        connect(m_store, &Store::bookChanged, this, &DashboardSummary::reload);
-    reload();
-    emit storeChanged();
+    if (m_store.set(store))
+        emit storeChanged();
 }
 
 QVariantList DashboardSummary::monthMaps(const Store &store, int count)

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "storelink.h"
+
 #include <QObject>
-#include <QPointer>
 #include <QString>
 #include <QVariantList>
 #include <QtQml/qqmlregistration.h>
@@ -46,7 +47,7 @@ public:
 
     explicit DashboardSummary(QObject *parent = nullptr);
 
-    QObject *store() const;
+    QObject *store() const { return m_store.object(); }
     void setStore(QObject *store);
     QString totalText() const { return m_totalText; }
     QString inText() const { return m_inText; }
@@ -68,7 +69,7 @@ Q_SIGNALS:
 private:
     void reload();
 
-    QPointer<Store> m_store;
+    StoreLink m_store;
     QString m_totalText, m_inText, m_outText, m_netText, m_royaltiesText;
     bool m_netNegative = false;
     QVariantList m_accounts, m_royalties, m_months;

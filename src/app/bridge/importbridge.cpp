@@ -22,32 +22,19 @@ std::array<std::optional<int> *, 6> columnsOf(CSVImporter::Mapping &m)
 
 ImportBridge::ImportBridge(QObject *parent)
     : QObject(parent)
+    , m_store(this, [this] { refresh(); })
 {}
-
-QObject *ImportBridge::store() const
-{
-    return m_store.data();
-}
 
 void ImportBridge::setStore(QObject *store)
 {
-    Store *typed = qobject_cast<Store *>(store);
-    if (store && !typed)
-        qWarning("ImportBridge: the store given is not a Store");
-    if (typed == m_store)
+    if (!m_store.relink(store))
         return;
-    if (m_store)
-        disconnect(m_store, nullptr, this, nullptr);
-    m_store = typed;
-    if (m_store) {
-        connect(m_store, &Store::bookChanged, this, &ImportBridge::refresh);
-        if (!m_accountChosen) {
-            const std::vector<Account> active = m_store->activeAccounts();
-            const QString first = active.empty() ? QString() : active.front().id.toString(QUuid::WithoutBraces);
-            if (first != m_account) {
-                m_account = first;
-                emit accountChanged();
-            }
+    if (m_store && !m_accountChosen) {
+        const std::vector<Account> active = m_store->activeAccounts();
+        const QString first = active.empty() ? QString() : active.front().id.toString(QUuid::WithoutBraces);
+        if (first != m_account) {
+            m_account = first;
+            emit accountChanged();
         }
     }
     refresh();

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "bankfiles/csvimporter.h"
+#include "storelink.h"
 
 #include <QObject>
-#include <QPointer>
 #include <QString>
 #include <QStringList>
 #include <QUrl>
@@ -62,7 +62,7 @@ public:
 
     explicit ImportBridge(QObject *parent = nullptr);
 
-    QObject *store() const;
+    QObject *store() const { return m_store.object(); }
     void setStore(QObject *store);
     bool hasFile() const { return m_importer.has_value(); }
     QString fileName() const { return m_fileName; }
@@ -99,7 +99,7 @@ Q_SIGNALS:
 private:
     void refresh();
 
-    QPointer<Store> m_store;
+    StoreLink m_store;
     std::optional<CSVImporter> m_importer;
     QString m_fileName;
     QString m_message;

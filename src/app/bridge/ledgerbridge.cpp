@@ -71,27 +71,13 @@ std::optional<Transaction> findTransaction(const Store &store, const QString &id
 
 LedgerBridge::LedgerBridge(QObject *parent)
     : QObject(parent)
+    , m_store(this, [this] { reloadAccounts(); })
 {}
-
-QObject *LedgerBridge::store() const
-{
-    return m_store.data();
-}
 
 void LedgerBridge::setStore(QObject *store)
 {
-    Store *typed = qobject_cast<Store *>(store);
-    if (store && !typed)
-        qWarning("LedgerBridge: the store given is not a Store");
-    if (typed == m_store)
-        return;
-    if (m_store)
-        disconnect(m_store, nullptr, this, nullptr);
-    m_store = typed;
-    if (m_store)
-        connect(m_store, &Store::bookChanged, this, &LedgerBridge::reloadAccounts);
-    reloadAccounts();
-    emit storeChanged();
+    if (m_store.set(store))
+        emit storeChanged();
 }
 
 void LedgerBridge::reloadAccounts()

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "storelink.h"
+
 #include <QObject>
-#include <QPointer>
 #include <QString>
 #include <QStringList>
 #include <QUrl>
@@ -27,7 +28,7 @@ class LedgerBridge : public QObject
 public:
     explicit LedgerBridge(QObject *parent = nullptr);
 
-    QObject *store() const;
+    QObject *store() const { return m_store.object(); }
     void setStore(QObject *store);
     QVariantList accounts() const { return m_accounts; }
 
@@ -76,6 +77,6 @@ Q_SIGNALS:
 private:
     void reloadAccounts();
 
-    QPointer<Store> m_store;
+    StoreLink m_store;
     QVariantList m_accounts;
 };

@@ -1,10 +1,10 @@
 #include "reportsbridge.h"
 
+#include "bridgeinput.h"
+#include "dashboardsummary.h"
 #include "model/money.h"
 #include "model/period.h"
 #include "store/store.h"
-
-#include <QLocale>
 
 namespace {
 
@@ -36,27 +36,13 @@ QString percentText(const Decimal &amount, const Decimal &total)
 
 ReportsBridge::ReportsBridge(QObject *parent)
     : QObject(parent)
+    , m_store(this, [this] { reload(); })
 {}
-
-QObject *ReportsBridge::store() const
-{
-    return m_store.data();
-}
 
 void ReportsBridge::setStore(QObject *store)
 {
-    Store *typed = qobject_cast<Store *>(store);
-    if (store && !typed)
-        qWarning("ReportsBridge: the store given is not a Store");
-    if (typed == m_store)
-        return;
-    if (m_store)
-        disconnect(m_store, nullptr, this, nullptr);
-    m_store = typed;
-    if (m_store)
-        connect(m_store, &Store::bookChanged, this, &ReportsBridge::reload);
-    reload();
-    emit storeChanged();
+    if (m_store.set(store))
+        emit storeChanged();
 }
 
 void ReportsBridge::setPeriod(int period)
@@ -70,10 +56,7 @@ void ReportsBridge::setPeriod(int period)
 
 QStringList ReportsBridge::periodLabels() const
 {
-    QStringList labels;
-    for (ReportPeriod period : allCases<ReportPeriod>())
-        labels << rawValue(period);
-    return labels;
+    return BridgeInput::rawValues<ReportPeriod>();
 }
 
 int ReportsBridge::months() const
@@ -96,17 +79,7 @@ void ReportsBridge::reload()
         for (const Category &c : m_store->book().categories)
             if (c.budget && !budgets.contains(c.name))
                 budgets.insert(c.name, c.budget->toString());
-        const QLocale locale;
-        for (const MonthFlow &flow : m_store->monthly(6)) {
-            monthly.append(QVariantMap{
-                {QStringLiteral("month"), double(flow.month.msecs())},
-                {QStringLiteral("monthText"), locale.toString(flow.month.toLocal().date(), QStringLiteral("MMM"))},
-                {QStringLiteral("in"), flow.in.toDouble()},
-                {QStringLiteral("out"), flow.out.toDouble()},
-                {QStringLiteral("inText"), Money::s(flow.in)},
-                {QStringLiteral("outText"), Money::s(flow.out)},
-            });
-        }
+        monthly = DashboardSummary::monthMaps(*m_store, DashboardSummary::chartMonths);
     }
     m_incomeText = Money::s(income);
     m_spendingText = Money::s(spending);

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "storelink.h"
+
 #include <QObject>
-#include <QPointer>
 #include <QString>
 #include <QStringList>
 #include <QVariantList>
@@ -50,7 +51,7 @@ class ReportsBridge : public QObject
 public:
     explicit ReportsBridge(QObject *parent = nullptr);
 
-    QObject *store() const;
+    QObject *store() const { return m_store.object(); }
     void setStore(QObject *store);
     int period() const { return m_period; }
     void setPeriod(int period);
@@ -76,7 +77,7 @@ Q_SIGNALS:
 private:
     void reload();
 
-    QPointer<Store> m_store;
+    StoreLink m_store;
     int m_period = 0;
     QString m_incomeText, m_spendingText, m_netText, m_royaltyShareText, m_income, m_spending;
     QVariantList m_incomeRows, m_spendingRows, m_monthly;

@@ -80,43 +80,23 @@ std::vector<std::pair<QString, Decimal>> paidByPayer(const std::vector<Royalty> 
 
 RoyaltiesBridge::RoyaltiesBridge(QObject *parent)
     : QObject(parent)
+    , m_store(this, [this] { reload(); })
 {}
-
-QObject *RoyaltiesBridge::store() const
-{
-    return m_store.data();
-}
 
 void RoyaltiesBridge::setStore(QObject *store)
 {
-    Store *typed = qobject_cast<Store *>(store);
-    if (store && !typed)
-        qWarning("RoyaltiesBridge: the store given is not a Store");
-    if (typed == m_store)
-        return;
-    if (m_store)
-        disconnect(m_store, nullptr, this, nullptr);
-    m_store = typed;
-    if (m_store)
-        connect(m_store, &Store::bookChanged, this, &RoyaltiesBridge::reload);
-    reload();
-    emit storeChanged();
+    if (m_store.set(store))
+        emit storeChanged();
 }
 
 QStringList RoyaltiesBridge::sourceNames() const
 {
-    QStringList names;
-    for (RoyaltySource s : allCases<RoyaltySource>())
-        names << rawValue(s);
-    return names;
+    return BridgeInput::rawValues<RoyaltySource>();
 }
 
 QStringList RoyaltiesBridge::repeatNames() const
 {
-    QStringList names;
-    for (Repeat r : allCases<Repeat>())
-        names << rawValue(r);
-    return names;
+    return BridgeInput::rawValues<Repeat>();
 }
 
 QVariantMap RoyaltiesBridge::royaltyMap(const Royalty &r)

@@ -2,9 +2,9 @@
 
 #include "model/period.h"
 #include "model/records.h"
+#include "storelink.h"
 
 #include <QObject>
-#include <QPointer>
 #include <QStringList>
 #include <QVariantList>
 #include <QVariantMap>
@@ -73,7 +73,7 @@ class RoyaltiesBridge : public QObject
 public:
     explicit RoyaltiesBridge(QObject *parent = nullptr);
 
-    QObject *store() const;
+    QObject *store() const { return m_store.object(); }
     void setStore(QObject *store);
 
     QVariantList expected() const { return m_expected; }
@@ -116,7 +116,7 @@ private:
     void reload();
     std::optional<Royalty> find(const QString &id) const;
 
-    QPointer<Store> m_store;
+    StoreLink m_store;
     QVariantList m_expected;
     QVariantList m_received;
     QVariantList m_payers;

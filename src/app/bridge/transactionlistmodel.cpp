@@ -1,5 +1,6 @@
 #include "transactionlistmodel.h"
 
+#include "bridgeinput.h"
 #include "model/money.h"
 #include "store/store.h"
 
@@ -7,44 +8,27 @@
 
 #include <algorithm>
 
+using BridgeInput::idText;
+
 namespace {
 
 // Joins the three searched fields of a key. A search text never holds it in practice;
 // when one does, the fields are searched one by one instead.
 constexpr QChar keySeparator = QChar(u'\0');
 
-QString idText(const QUuid &id)
-{
-    return id.toString(QUuid::WithoutBraces);
-}
-
 } // namespace
 
 TransactionListModel::TransactionListModel(QObject *parent)
     : QAbstractListModel(parent)
+    , m_store(this, [this] { reloadBook(); })
 {
     updateSummary();
 }
 
-QObject *TransactionListModel::store() const
-{
-    return m_store.data();
-}
-
 void TransactionListModel::setStore(QObject *store)
 {
-    Store *typed = qobject_cast<Store *>(store);
-    if (store && !typed)
-        qWarning("TransactionListModel: the store given is not a Store");
-    if (typed == m_store)
-        return;
-    if (m_store)
-        disconnect(m_store, nullptr, this, nullptr);
-    m_store = typed;
-    if (m_store)
-        connect(m_store, &Store::bookChanged, this, &TransactionListModel::reloadBook);
-    reloadBook();
-    emit storeChanged();
+    if (m_store.set(store))
+        emit storeChanged();
 }
 
 void TransactionListModel::setAccountFilter(const QString &accountId)

@@ -2,10 +2,10 @@
 
 #include "model/period.h"
 #include "model/records.h"
+#include "storelink.h"
 
 #include <QAbstractListModel>
 #include <QHash>
-#include <QPointer>
 #include <QString>
 #include <QVariantMap>
 #include <QtQml/qqmlregistration.h>
@@ -62,7 +62,7 @@ public:
 
     explicit TransactionListModel(QObject *parent = nullptr);
 
-    QObject *store() const;
+    QObject *store() const { return m_store.object(); }
     void setStore(QObject *store);
     QString accountFilter() const { return m_accountFilter; }
     void setAccountFilter(const QString &accountId);
@@ -131,7 +131,7 @@ private:
     static std::vector<int> matching(const std::vector<Transaction> &lines, const SearchKeys &keys,
                                      const Filter &filter, const std::vector<int> *within);
 
-    QPointer<Store> m_store;
+    StoreLink m_store;
     QString m_accountFilter;
     int m_flow = 0;
     QString m_search;
