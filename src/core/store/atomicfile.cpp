@@ -48,8 +48,20 @@ bool replace(const QString &path, std::optional<QFileDevice::Permissions> permis
     if (!permissions && info.exists())
         permissions = info.permissions(); // an export keeps the old file's permissions
 
-    const QString temp = inProgressPath(target);
+    // Made anew, never opened through whatever lies under that name, nor removing it:
+    // that may be the user's own file. The Store clears its own leftovers at start, so
+    // its saves always find the first name free.
+    QString temp = inProgressPath(target);
     QFile file(temp);
+    for (int attempt = 2; !file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered); ++attempt) {
+        if (!QFileInfo::exists(temp) || attempt > 100) {
+            if (reason)
+                *reason = file.errorString();
+            return false;
+        }
+        temp = inProgressPath(target) + QLatin1Char('-') + QString::number(attempt);
+        file.setFileName(temp);
+    }
     auto fail = [&](const QString &why) {
         if (reason)
             *reason = why;
@@ -57,10 +69,6 @@ bool replace(const QString &path, std::optional<QFileDevice::Permissions> permis
         QFile::remove(temp);
         return false;
     };
-    // Made anew, never opened through whatever a crash or someone else left under that name.
-    QFile::remove(temp);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
-        return fail(file.errorString());
     if (permissions && !file.setPermissions(*permissions))
         return fail(file.errorString());
     const QString error = fill(file);

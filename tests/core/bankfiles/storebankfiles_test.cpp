@@ -4,6 +4,7 @@
 #include "model/moneyfile.h"
 #include "store/store.h"
 
+#include <QDir>
 #include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -117,8 +118,17 @@ TEST_F(BankFilesStore, ExportReplacesWholeOrReportsWhyNot)
         ASSERT_TRUE(old.open(QIODevice::WriteOnly));
         old.write(QByteArray(4096, 'x'));
     }
+    // A file of the user's under the name the export is written to first is left alone.
+    {
+        QFile mine(path + QStringLiteral(".saving"));
+        ASSERT_TRUE(mine.open(QIODevice::WriteOnly));
+        mine.write("my notes");
+    }
     ASSERT_TRUE(store.exportCSV(path));
     EXPECT_EQ(readAll(path), QByteArray("Date,Account,Payee,Category,Amount,Type,Cleared,Note\n"));
+    EXPECT_EQ(readAll(path + QStringLiteral(".saving")), QByteArray("my notes"));
+    EXPECT_EQ(QDir(temp.path()).entryList({QStringLiteral("out.csv*")}, QDir::Files),
+              QStringList({QStringLiteral("out.csv"), QStringLiteral("out.csv.saving")}));
 
     const Book before = store.book();
     EXPECT_FALSE(store.exportCSV(temp.filePath(QStringLiteral("no such folder/out.csv"))));
