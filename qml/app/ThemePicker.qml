@@ -89,6 +89,9 @@ ColumnLayout {
         }
 
         popup: Popup {
+            // Opens above the zoomed content, so it takes the zoom itself.
+            scale: QFZoom.value
+            transformOrigin: Popup.TopLeft
             y: box.height + 2
             width: box.width
             implicitHeight: contentItem.implicitHeight + 2

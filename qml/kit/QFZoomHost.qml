@@ -27,6 +27,12 @@ Item {
         flick.contentY = Math.max(0, Math.min(flick.contentHeight - flick.height, flick.contentY))
     }
 
+    // Tool tips open above the zoomed content; the one shared tip takes the zoom itself.
+    Component.onCompleted: {
+        ToolTip.toolTip.transformOrigin = Popup.TopLeft
+        ToolTip.toolTip.scale = Qt.binding(() => root.zoom)
+    }
+
     onZoomChanged: keepInside()
     onWidthChanged: keepInside()
     onHeightChanged: keepInside()

@@ -110,6 +110,9 @@ Item {
                 }
             }
 
+            // The list opens above the zoomed content, so it takes the zoom itself.
+            popup.scale: QFZoom.value
+            popup.transformOrigin: Popup.TopLeft
             popup.background: Rectangle {
                 radius: Tokens.wellRadius
                 color: root.look.well

@@ -143,6 +143,9 @@ Item {
             shownMonth = d.getMonth()
         }
 
+        // Opens above the zoomed content, so it takes the zoom itself.
+        scale: QFZoom.value
+        transformOrigin: Popup.TopLeft
         x: button.parent.x + button.x + button.width - width
         y: button.parent.y + button.y + button.height + Tokens.spaceXS
         padding: Tokens.spaceM

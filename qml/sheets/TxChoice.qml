@@ -75,6 +75,9 @@ ComboBox {
         }
     }
 
+    // The list opens above the zoomed content, so it takes the zoom itself.
+    popup.scale: QFZoom.value
+    popup.transformOrigin: Popup.TopLeft
     popup.background: Rectangle {
         radius: Tokens.wellRadius
         color: box.look.well

@@ -40,6 +40,44 @@ TestCase {
     }
 
     Component {
+        id: popupsComponent
+
+        QFZoomHost {
+            width: 1380
+            height: 900
+
+            property alias choice: choice
+            property alias dateField: dateField
+            property alias hinted: hinted
+
+            TxChoice {
+                id: choice
+
+                x: 100
+                y: 100
+                model: ["Groceries", "Rent", "Software"]
+                Accessible.name: "Category"
+            }
+            Text {
+                id: hinted
+
+                x: 600
+                y: 100
+                text: "Hinted"
+                ToolTip.text: "A hint"
+            }
+            SchedDateField {
+                id: dateField
+
+                x: 100
+                y: 200
+                width: 420
+                label: "Due"
+            }
+        }
+    }
+
+    Component {
         id: commandsComponent
 
         QFZoomCommands {}
@@ -169,6 +207,63 @@ TestCase {
         compare(menu.font.pointSize, size * 2)
         verify(menu.width >= width * 1.9, "menu width " + menu.width + " was " + width)
         menu.close()
+        QFZoom.actualSize()
+    }
+
+    // The scene rectangle of an item, for comparing what is drawn.
+    function sceneRect(item) {
+        const corner = item.mapToItem(null, 0, 0)
+        const end = item.mapToItem(null, item.width, item.height)
+        return Qt.rect(corner.x, corner.y, end.x - corner.x, end.y - corner.y)
+    }
+
+    // Drop-down lists and the date grid open above the zoomed content too: at 200%
+    // they are drawn twice as large, right beside the control that opened them.
+    function test_popUpsFollowTheZoom() {
+        QFZoom.setLevel(200)
+        const host = createTemporaryObject(popupsComponent, testCase)
+        const choice = host.choice
+        choice.popup.open()
+        tryVerify(() => choice.popup.opened)
+        const box = sceneRect(choice)
+        const list = sceneRect(choice.popup.background)
+        fuzzyCompare(list.width, box.width, 1)
+        fuzzyCompare(list.x, box.x, 1)
+        verify(Math.abs(list.y - (box.y + box.height)) <= 4, "list at " + list.y + ", box ends at " + (box.y + box.height))
+        const row = choice.popup.contentItem.itemAtIndex(0)
+        fuzzyCompare(sceneRect(row).height, row.height * 2, 0.5)
+        choice.popup.close()
+
+        // Near the window's foot it opens upwards, whole, as drawn.
+        choice.y = 420
+        choice.popup.open()
+        tryVerify(() => choice.popup.opened)
+        const raised = sceneRect(choice.popup.background)
+        const lowBox = sceneRect(choice)
+        verify(raised.y + raised.height <= host.height + 0.5, "list ends at " + (raised.y + raised.height))
+        fuzzyCompare(raised.height, choice.popup.background.height * 2, 0.5)
+        verify(raised.y + raised.height <= lowBox.y + 4, "list ends at " + (raised.y + raised.height) + ", box starts at " + lowBox.y)
+        choice.popup.close()
+
+        const field = host.dateField
+        field.popup.open()
+        tryVerify(() => field.popup.opened)
+        const button = sceneRect(field.button)
+        const grid = sceneRect(field.popup.background)
+        fuzzyCompare(grid.width, field.popup.background.width * 2, 0.5)
+        fuzzyCompare(grid.x + grid.width, button.x + button.width, 1)
+        verify(grid.y >= button.y + button.height, "grid at " + grid.y + ", button ends at " + (button.y + button.height))
+        field.popup.close()
+
+        host.hinted.ToolTip.visible = true
+        const tip = host.hinted.ToolTip.toolTip
+        tryVerify(() => tip.opened)
+        const hint = sceneRect(tip.background)
+        fuzzyCompare(hint.height, tip.background.height * 2, 0.5)
+        const text = sceneRect(host.hinted)
+        fuzzyCompare(hint.x + hint.width / 2, text.x + text.width / 2, 1)
+        verify(hint.y + hint.height <= text.y, "tip ends at " + (hint.y + hint.height) + ", text starts at " + text.y)
+        host.hinted.ToolTip.visible = false
         QFZoom.actualSize()
     }
 
