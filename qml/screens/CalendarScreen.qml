@@ -81,6 +81,7 @@ Item {
         id: calendar
 
         store: Store
+        lines: grid.itemLines
         // QML numbers the weekdays from Sunday = 0, the calendar from Monday = 1 to Sunday = 7.
         firstDayOfWeek: root.locale.firstDayOfWeek === 0 ? 7 : root.locale.firstDayOfWeek
     }
@@ -99,9 +100,13 @@ Item {
     }
 
     ScreenColumn {
+        id: screen
+
         anchors.fill: parent
 
         Panel {
+            id: headerPanel
+
             Layout.fillWidth: true
             look: root.look
 
@@ -189,6 +194,8 @@ Item {
             spacing: Tokens.spaceM
 
             Panel {
+                id: gridPanel
+
                 Layout.fillWidth: true
                 Layout.alignment: Qt.AlignTop
                 look: root.look
@@ -199,6 +206,8 @@ Item {
 
                     // The weekday headings, in the grid's order.
                     Row {
+                        id: weekdays
+
                         objectName: "weekdays"
                         Layout.fillWidth: true
                         spacing: grid.spacing
@@ -221,10 +230,22 @@ Item {
                         id: grid
 
                         readonly property real cellWidth: (width - 6 * spacing) / 7
+                        readonly property int rows: Math.ceil((calendar.leadingBlanks + calendar.days.length) / 7)
+                        // One item line: a chip, or the shorter "+<n> more" line plus the padding.
+                        readonly property real lineStep: Math.ceil(itemFont.height) + root.chipPadding + root.lineGap
                         // Room for the day number, four items and the "+<n> more" line.
-                        readonly property real cellHeight: Math.max(92, 2 * root.cellMargin + dayFont.height
-                                                                        + 5 * (Math.ceil(itemFont.height) + root.lineGap)
-                                                                        + 4 * root.chipPadding)
+                        readonly property real fullCellHeight: 2 * root.cellMargin + dayFont.height
+                                                               + 5 * lineStep - root.chipPadding
+                        // The height the screen leaves for the grid, so that every week is in view.
+                        readonly property real room: screen.height - headerPanel.height - screen.spacing
+                                                     - Tokens.spaceM - gridPanel.topPadding - gridPanel.bottomPadding
+                                                     - weekdays.height - Tokens.spaceS
+                        // As tall as that room allows, never shorter than 92; then the screen scrolls.
+                        readonly property real cellHeight: Math.max(92, Math.min(fullCellHeight,
+                                                                                 Math.floor((room - (rows - 1) * spacing) / rows)))
+                        // The item lines a cell has room for; fewer than five list fewer items.
+                        readonly property int itemLines: Math.floor((cellHeight - 2 * root.cellMargin - dayFont.height
+                                                                     + root.chipPadding) / lineStep)
 
                         objectName: "monthGrid"
                         Layout.fillWidth: true

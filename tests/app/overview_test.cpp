@@ -151,6 +151,23 @@ TEST_F(Overview, TheMonthObjectStepsFollowsTheBookAndCountsWhatACellHides)
     EXPECT_EQ(day20().value("items").toList().size(), 6);
     EXPECT_EQ(day20().value("moreText").toString(), "+2 more");
 
+    // A short window leaves room for fewer lines; the last one then says what is hidden.
+    calendar.setLines(3);
+    EXPECT_EQ(day20().value("shown").toInt(), 2);
+    EXPECT_EQ(day20().value("moreText").toString(), "+4 more");
+    calendar.setLines(0);
+    EXPECT_EQ(calendar.lines(), 1);
+    EXPECT_EQ(day20().value("shown").toInt(), 0);
+    EXPECT_EQ(day20().value("moreText").toString(), "+6 more");
+    calendar.setLines(99);
+    EXPECT_EQ(day20().value("shown").toInt(), 4);
+    // Items that fit are all listed, with no line for more.
+    EXPECT_EQ(CalendarGrid::itemsListed(3, 3), 3);
+    EXPECT_EQ(CalendarGrid::itemsListed(4, 3), 2);
+    EXPECT_EQ(CalendarGrid::itemsListed(4, 4), 4);
+    EXPECT_EQ(CalendarGrid::itemsListed(5, 5), 4);
+    EXPECT_EQ(CalendarGrid::itemsListed(0, 1), 0);
+
     calendar.step(-3);
     EXPECT_EQ(calendar.title(), "December 2024");
     EXPECT_EQ(calendar.today(), 0);

@@ -27,6 +27,25 @@ Item {
         }
     }
 
+    // The screen's share of a 1380 by 900 window, and of a much shorter one.
+    Component {
+        id: shortScreenComponent
+
+        CalendarScreen {
+            width: 1150
+            height: 730
+        }
+    }
+
+    Component {
+        id: tinyScreenComponent
+
+        CalendarScreen {
+            width: 1150
+            height: 420
+        }
+    }
+
     Component {
         id: ledgerComponent
 
@@ -164,6 +183,37 @@ Item {
             const pickedChips = findAll(panel, "pickedItem")
             compare(pickedChips[4].tone, Tokens.positive)
             compare(pickedChips[5].tone, screen.moneyOutGrey)
+        }
+
+        // A six-week month fits a window of ordinary height: the cells give up item
+        // lines (never below 92 high), and "+<n> more" counts what they no longer list.
+        function test_six_weeks_fit_a_short_window() {
+            const screen = shown(shortScreenComponent, 3)
+            const last = cell(screen, 31)
+            const bottom = last.mapToItem(screen, 0, last.height).y
+            verify(bottom <= screen.height, "the last week ends at " + bottom + " of " + screen.height)
+            verify(last.height >= 92)
+
+            const day = cell(screen, 12)
+            const titles = texts(day, "itemTitle")
+            const more = texts(day, "moreText")
+            verify(titles.length < 4, "lists " + titles)
+            compare(more, ["+" + (6 - titles.length) + " more"])
+            compare(titles, ["Rent", "Phone", "BMI", "ASCAP"].slice(0, titles.length))
+            // Every line it lists lies inside the cell.
+            const line = findAll(day, "moreText")[0]
+            verify(line.mapToItem(day, 0, line.height).y <= day.height, "the more line ends below the cell")
+
+            // Shorter still, the cells keep their least height and the screen scrolls.
+            const tiny = shown(tinyScreenComponent, 3)
+            compare(cell(tiny, 12).height, 92)
+            let column = null
+            for (let i = 0; i < tiny.children.length; ++i) {
+                if (tiny.children[i].contentHeight !== undefined)
+                    column = tiny.children[i]
+            }
+            verify(column.contentHeight > column.height, "no scrolling: " + column.contentHeight)
+            verify(texts(cell(tiny, 12), "itemTitle").length >= 1)
         }
 
         function test_a_transfer_adds_no_money_line() {

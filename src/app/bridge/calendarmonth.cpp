@@ -97,6 +97,13 @@ Month month(const Store &store, Instant inMonth, Qt::DayOfWeek firstWeekday)
     return m;
 }
 
+int itemsListed(int count, int lines)
+{
+    if (count <= std::min(itemsShown, lines))
+        return count;
+    return std::clamp(lines - 1, 0, itemsShown);
+}
+
 QString helpText(const Day &day)
 {
     QStringList lines;
@@ -139,6 +146,15 @@ void CalendarMonth::setFirstDayOfWeek(int day)
     if (day == int(m_firstDay))
         return;
     m_firstDay = Qt::DayOfWeek(day);
+    reload();
+}
+
+void CalendarMonth::setLines(int lines)
+{
+    lines = std::clamp(lines, 1, CalendarGrid::fullLines);
+    if (lines == m_lines)
+        return;
+    m_lines = lines;
     reload();
 }
 
@@ -196,7 +212,7 @@ void CalendarMonth::reload()
             items << QVariantMap{{QStringLiteral("title"), item.title},
                                  {QStringLiteral("amountText"), Money::s(item.amount.magnitude())},
                                  {QStringLiteral("tone"), CalendarGrid::toneName(item.tone)}};
-        const int shown = std::min(int(items.size()), CalendarGrid::itemsShown);
+        const int shown = CalendarGrid::itemsListed(int(items.size()), m_lines);
         const int more = int(items.size()) - shown;
         m_days << QVariantMap{
             {QStringLiteral("day"), day.date.day()},

@@ -19,6 +19,13 @@ namespace CalendarGrid {
 
 // How many items a day cell lists before "+<n> more".
 constexpr int itemsShown = 4;
+// Lines in a cell with room for all of that: four items and the "+<n> more" line.
+constexpr int fullLines = itemsShown + 1;
+
+// How many of `count` items a cell with room for `lines` item lines lists: all of
+// them when they fit and are no more than four, otherwise as many as leave a line
+// for "+<n> more" (none when even that is all the room there is).
+int itemsListed(int count, int lines);
 
 // What an item is, which decides its colour on screen.
 enum class Tone { bill, overdueBill, royalty, moneyIn, moneyOut };
@@ -68,8 +75,8 @@ QString headerText(const Month &month);
 //
 // A day reaches QML as a map: "day" (1-31), "date" (its first instant in ms),
 // "today", "items" (every item, each with "title", "amountText" and "tone": "bill",
-// "overdue", "royalty", "in" or "out"), "shown" (how many the cell lists), "moreText"
-// ("+2 more", or empty) and "help" (the hover text).
+// "overdue", "royalty", "in" or "out"), "shown" (how many the cell lists, see
+// `lines`), "moreText" ("+2 more", or empty) and "help" (the hover text).
 class CalendarMonth : public QObject
 {
     Q_OBJECT
@@ -90,6 +97,9 @@ class CalendarMonth : public QObject
     Q_PROPERTY(int today READ today NOTIFY changed FINAL)
     // "Bills this month: $120.00   ·   Royalties expected: $0.00"
     Q_PROPERTY(QString headerText READ headerText NOTIFY changed FINAL)
+    // How many item lines a day cell has room for, "+<n> more" included: 5 (four items
+    // and that line) unless the window is too short for cells that tall.
+    Q_PROPERTY(int lines READ lines WRITE setLines NOTIFY changed FINAL)
 
 public:
     explicit CalendarMonth(QObject *parent = nullptr);
@@ -105,6 +115,8 @@ public:
     QVariantList days() const { return m_days; }
     int today() const { return m_today; }
     QString headerText() const { return m_header; }
+    int lines() const { return m_lines; }
+    void setLines(int lines);
 
     // Shows the month `months` calendar months later (earlier when negative).
     Q_INVOKABLE void step(int months);
@@ -129,4 +141,5 @@ private:
     QVariantList m_days;
     int m_today = 0;
     QString m_header;
+    int m_lines = CalendarGrid::fullLines;
 };
