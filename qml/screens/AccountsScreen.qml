@@ -177,7 +177,7 @@ Item {
                     look: root.look
                 }
 
-                CHToggle {
+                FormToggle {
                     objectName: "unlockToggle"
                     Layout.fillWidth: true
                     look: root.look

@@ -119,7 +119,7 @@ Item {
                     Accessible.ignored: true
                 }
 
-                TxChoice {
+                FormDropDown {
                     id: accountPicker
 
                     objectName: "accountFilter"
@@ -132,7 +132,7 @@ Item {
                     onActivated: index => root.accountId = root.accountChoices[index].id
                 }
 
-                TxSegments {
+                FormSegments {
                     id: flowPicker
 
                     objectName: "flowPicker"
@@ -141,7 +141,7 @@ Item {
                     options: ["All", "Money in", "Money out"]
                 }
 
-                TxTextField {
+                FormInput {
                     id: searchField
 
                     objectName: "searchField"
@@ -152,7 +152,7 @@ Item {
                     Accessible.name: placeholderText
                 }
 
-                TxToggle {
+                FormToggle {
                     id: monthToggle
 
                     objectName: "monthToggle"

@@ -66,16 +66,15 @@ SheetFrame {
         store: Store
     }
 
-    CHTextRow {
+    FormTextField {
         id: nameRow
 
         objectName: "nameField"
         label: "Name (e.g. Chase checking, Business savings)"
-        stacked: true
         look: root.look
     }
 
-    CHPickerRow {
+    FormChoice {
         id: kindRow
 
         objectName: "kindPicker"
@@ -103,13 +102,16 @@ SheetFrame {
         textFormat: Text.PlainText
     }
 
-    CHToggle {
-        id: closedToggle
-
-        objectName: "closedToggle"
-        Layout.fillWidth: true
-        text: "Closed / hide this account"
+    FormRow {
         look: root.look
+
+        FormToggle {
+            id: closedToggle
+
+            objectName: "closedToggle"
+            text: "Closed / hide this account"
+            look: root.look
+        }
     }
 
     Text {

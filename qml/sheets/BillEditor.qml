@@ -19,8 +19,8 @@ SheetFrame {
     property alias name: nameField.text
     property alias amount: amountField.text
     property alias due: dueField.date
-    property alias repeats: repeatsField.value
-    property alias category: categoryField.value
+    property string repeats
+    property string category
     property alias accountId: accountField.selection
     property alias remindDays: remindField.value
     property alias autopay: autopayField.checked
@@ -92,10 +92,10 @@ SheetFrame {
         store: Store
     }
 
-    SchedForm {
+    Form {
         look: root.look
 
-        SchedTextField {
+        FormTextField {
             id: nameField
 
             objectName: "nameField"
@@ -111,7 +111,7 @@ SheetFrame {
             look: root.look
         }
 
-        SchedDateField {
+        FormDateField {
             id: dueField
 
             objectName: "dueField"
@@ -119,24 +119,30 @@ SheetFrame {
             look: root.look
         }
 
-        SchedPicker {
+        FormChoice {
             id: repeatsField
 
             objectName: "repeatsField"
             label: "Repeats"
-            options: bills.repeatNames
+            model: bills.repeatNames
+            currentIndex: bills.repeatNames.indexOf(root.repeats)
             look: root.look
+            onActivated: index => root.repeats = bills.repeatNames[index]
         }
 
-        SchedPicker {
+        FormChoice {
             id: categoryField
+
+            // A category no longer in the Book's list is still offered for this bill.
+            readonly property var options: bills.categories.indexOf(root.category) < 0 && root.category !== ""
+                                           ? [root.category].concat(bills.categories) : bills.categories
 
             objectName: "categoryField"
             label: "Category"
-            // A category no longer in the Book's list is still offered for this bill.
-            options: bills.categories.indexOf(value) < 0 && value !== "" ? [value].concat(bills.categories)
-                                                                          : bills.categories
+            model: options
+            currentIndex: options.indexOf(root.category)
             look: root.look
+            onActivated: index => root.category = categoryField.options[index]
         }
 
         AccountPicker {
@@ -148,7 +154,7 @@ SheetFrame {
             look: root.look
         }
 
-        SchedStepper {
+        FormStepper {
             id: remindField
 
             objectName: "remindField"
@@ -160,15 +166,19 @@ SheetFrame {
             look: root.look
         }
 
-        SchedToggle {
-            id: autopayField
-
-            objectName: "autopayField"
-            text: "Autopay is set up with the company"
+        FormRow {
             look: root.look
+
+            FormToggle {
+                id: autopayField
+
+                objectName: "autopayField"
+                text: "Autopay is set up with the company"
+                look: root.look
+            }
         }
 
-        SchedTextField {
+        FormTextField {
             id: websiteField
 
             objectName: "websiteField"
@@ -176,7 +186,7 @@ SheetFrame {
             look: root.look
         }
 
-        SchedTextField {
+        FormTextField {
             id: noteField
 
             objectName: "noteField"

@@ -118,7 +118,7 @@ SheetFrame {
         Repeater {
             model: root.columnLabels
 
-            CHPickerRow {
+            FormChoice {
                 required property int index
                 required property string modelData
 
@@ -126,7 +126,6 @@ SheetFrame {
                 Layout.fillWidth: true
                 Layout.preferredWidth: 1
                 label: modelData
-                labelWidth: 128
                 model: bridge.columnChoices
                 currentIndex: bridge.choices.length > index ? bridge.choices[index] : 0
                 look: root.look
@@ -144,13 +143,16 @@ SheetFrame {
         onSelectionChanged: bridge.account = selection
     }
 
-    CHToggle {
-        objectName: "flipToggle"
-        Layout.fillWidth: true
-        text: "Flip signs (use if spending shows up as money in — common with credit cards)"
+    FormRow {
         look: root.look
-        checked: bridge.flip
-        onToggled: bridge.flip = checked
+
+        FormToggle {
+            objectName: "flipToggle"
+            text: "Flip signs (use if spending shows up as money in — common with credit cards)"
+            look: root.look
+            checked: bridge.flip
+            onToggled: bridge.flip = checked
+        }
     }
 
     Text {

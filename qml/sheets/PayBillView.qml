@@ -51,7 +51,7 @@ SheetFrame {
         store: Store
     }
 
-    SchedForm {
+    Form {
         look: root.look
 
         MoneyField {
@@ -62,7 +62,7 @@ SheetFrame {
             look: root.look
         }
 
-        SchedDateField {
+        FormDateField {
             id: dateField
 
             objectName: "dateField"

@@ -52,7 +52,7 @@ SheetFrame {
         store: Store
     }
 
-    SchedForm {
+    Form {
         look: root.look
 
         MoneyField {
@@ -63,7 +63,7 @@ SheetFrame {
             look: root.look
         }
 
-        SchedDateField {
+        FormDateField {
             id: dateField
 
             objectName: "dateField"

@@ -16,12 +16,12 @@ SheetFrame {
     readonly property alias royalties: royalties
     // The fields, as the user has them now.
     property alias payer: payerField.text
-    property alias source: sourceField.value
+    property string source
     property alias work: workField.text
     property alias period: periodField.text
     property alias amount: amountField.text
     property alias expectedDate: dateField.date
-    property alias repeats: repeatsField.value
+    property string repeats
     property alias accountId: accountField.selection
     property alias followingUp: followField.checked
     property alias got: gotField.text
@@ -107,10 +107,10 @@ SheetFrame {
         store: Store
     }
 
-    SchedForm {
+    Form {
         look: root.look
 
-        SchedTextField {
+        FormTextField {
             id: payerField
 
             objectName: "payerField"
@@ -118,16 +118,18 @@ SheetFrame {
             look: root.look
         }
 
-        SchedPicker {
+        FormChoice {
             id: sourceField
 
             objectName: "sourceField"
             label: "Kind"
-            options: royalties.sourceNames
+            model: royalties.sourceNames
+            currentIndex: royalties.sourceNames.indexOf(root.source)
             look: root.look
+            onActivated: index => root.source = royalties.sourceNames[index]
         }
 
-        SchedTextField {
+        FormTextField {
             id: workField
 
             objectName: "workField"
@@ -135,7 +137,7 @@ SheetFrame {
             look: root.look
         }
 
-        SchedTextField {
+        FormTextField {
             id: periodField
 
             objectName: "periodField"
@@ -151,7 +153,7 @@ SheetFrame {
             look: root.look
         }
 
-        SchedDateField {
+        FormDateField {
             id: dateField
 
             objectName: "dateField"
@@ -159,13 +161,15 @@ SheetFrame {
             look: root.look
         }
 
-        SchedPicker {
+        FormChoice {
             id: repeatsField
 
             objectName: "repeatsField"
             label: "Comes"
-            options: royalties.repeatNames
+            model: royalties.repeatNames
+            currentIndex: royalties.repeatNames.indexOf(root.repeats)
             look: root.look
+            onActivated: index => root.repeats = royalties.repeatNames[index]
         }
 
         AccountPicker {
@@ -177,12 +181,16 @@ SheetFrame {
             look: root.look
         }
 
-        SchedToggle {
-            id: followField
-
-            objectName: "followField"
-            text: "Late or wrong — I'm following up on it"
+        FormRow {
             look: root.look
+
+            FormToggle {
+                id: followField
+
+                objectName: "followField"
+                text: "Late or wrong — I'm following up on it"
+                look: root.look
+            }
         }
 
         MoneyField {
@@ -194,7 +202,7 @@ SheetFrame {
             look: root.look
         }
 
-        SchedTextField {
+        FormTextField {
             id: noteField
 
             objectName: "noteField"

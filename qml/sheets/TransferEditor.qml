@@ -26,7 +26,7 @@ SheetFrame {
 
     title: "Move money between accounts"
     saveTitle: "Transfer"
-    canSave: from !== "" && to !== "" && !sameAccount && amountField.valid && dateField.valid
+    canSave: from !== "" && to !== "" && !sameAccount && amountField.valid
 
     onCancel: done()
     onSave: {
@@ -63,7 +63,7 @@ SheetFrame {
         onSelectionChanged: root.to = selection
     }
 
-    TxFormRow {
+    FormRow {
         visible: root.sameAccount
         look: root.look
 
@@ -85,30 +85,20 @@ SheetFrame {
         look: root.look
     }
 
-    TxFormRow {
+    FormDateField {
+        id: dateField
+
+        objectName: "dateField"
         label: "Date"
         look: root.look
-
-        TxDateField {
-            id: dateField
-
-            objectName: "dateField"
-            look: root.look
-            name: "Date"
-        }
     }
 
-    TxFormRow {
+    FormTextField {
+        id: noteField
+
+        objectName: "noteField"
         label: "Note"
         look: root.look
-
-        TxTextField {
-            id: noteField
-
-            objectName: "noteField"
-            look: root.look
-            Accessible.name: "Note"
-        }
     }
 
     Text {

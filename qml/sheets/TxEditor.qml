@@ -84,7 +84,7 @@ SheetFrame {
     title: changing ? "Change transaction" : income ? "Money in" : "Money out"
     saveTitle: "Save"
     extraTitle: changing ? "Delete" : ""
-    canSave: amountField.valid && accountId !== "" && dateField.valid
+    canSave: amountField.valid && accountId !== ""
 
     onSheetChanged: load()
     onCancel: done()
@@ -114,11 +114,11 @@ SheetFrame {
         store: Store
     }
 
-    TxFormRow {
+    FormRow {
         label: "Type"
         look: root.look
 
-        TxSegments {
+        FormSegments {
             id: typePicker
 
             objectName: "typePicker"
@@ -130,17 +130,12 @@ SheetFrame {
         }
     }
 
-    TxFormRow {
+    FormDateField {
+        id: dateField
+
+        objectName: "dateField"
         label: "Date"
         look: root.look
-
-        TxDateField {
-            id: dateField
-
-            objectName: "dateField"
-            look: root.look
-            name: "Date"
-        }
     }
 
     MoneyField {
@@ -151,33 +146,23 @@ SheetFrame {
         look: root.look
     }
 
-    TxFormRow {
+    FormTextField {
+        id: payeeField
+
+        objectName: "payeeField"
         label: root.income ? "From (who paid you)" : "To (who you paid)"
         look: root.look
-
-        TxTextField {
-            id: payeeField
-
-            objectName: "payeeField"
-            look: root.look
-            Accessible.name: root.income ? "From (who paid you)" : "To (who you paid)"
-        }
     }
 
-    TxFormRow {
+    FormChoice {
+        id: categoryPicker
+
+        objectName: "categoryPicker"
         label: "Category"
         look: root.look
-
-        TxChoice {
-            id: categoryPicker
-
-            objectName: "categoryPicker"
-            look: root.look
-            model: root.categoryChoices
-            currentIndex: root.categoryChoices.indexOf(root.category)
-            Accessible.name: "Category"
-            onActivated: index => root.category = root.categoryChoices[index]
-        }
+        model: root.categoryChoices
+        currentIndex: root.categoryChoices.indexOf(root.category)
+        onActivated: index => root.category = root.categoryChoices[index]
     }
 
     AccountPicker {
@@ -191,23 +176,18 @@ SheetFrame {
         onSelectionChanged: root.accountId = selection
     }
 
-    TxFormRow {
+    FormTextField {
+        id: noteField
+
+        objectName: "noteField"
         label: "Note"
         look: root.look
-
-        TxTextField {
-            id: noteField
-
-            objectName: "noteField"
-            look: root.look
-            Accessible.name: "Note"
-        }
     }
 
-    TxFormRow {
+    FormRow {
         look: root.look
 
-        TxToggle {
+        FormToggle {
             id: clearedToggle
 
             objectName: "clearedToggle"

@@ -285,27 +285,11 @@ TEST_F(RegisterTest, AFailedSaveIsNotHiddenByTheEditorsMessage)
     EXPECT_TRUE(second.status().startsWith("Could not save: ")) << second.status().toStdString();
 }
 
-TEST(LedgerBridgeDates, DaysAreTypedAsYearMonthDayAndKeepTheirTime)
-{
-    LedgerBridge dates;
-    const double noon = double(at("2025-03-08T17:00:00Z").msecs()); // 12:00 in New York
-    EXPECT_EQ(dates.dayText(noon), "2025-03-08");
-    // Across the change to summer time the wall clock stays at noon.
-    EXPECT_EQ(dates.addDays(noon, 1), double(at("2025-03-09T16:00:00Z").msecs()));
-    EXPECT_EQ(dates.onDay(noon, QStringLiteral("2025-03-10")), double(at("2025-03-10T16:00:00Z").msecs()));
-    for (const char *bad : {"2025-02-30", "2025-3-10", "10/03/2025", "", "2025-03-10x"})
-        EXPECT_TRUE(std::isnan(dates.onDay(noon, QString::fromLatin1(bad)))) << bad;
-}
-
 // New Year's Eve of 9999 in the evening in New York is already year 10000 in UTC, which
-// no money file can hold: such a day is no date, and a line dated there is not saved.
+// no money file can hold: a line or transfer dated there is not saved.
 TEST_F(RegisterTest, DaysPastTheYear9999AreNoDates)
 {
     const double evening = double(at("9999-12-31T01:30:00Z").msecs());
-    EXPECT_EQ(bridge.dayText(evening), "9999-12-30");
-    EXPECT_TRUE(std::isnan(bridge.onDay(evening, QStringLiteral("9999-12-31"))));
-    EXPECT_TRUE(std::isnan(bridge.addDays(evening, 1)));
-    EXPECT_EQ(bridge.dayText(bridge.onDay(evening, QStringLiteral("0001-01-01"))), "0001-01-01");
 
     const size_t before = store->book().transactions.size();
     EXPECT_FALSE(bridge.saveTransaction({{"income", false},

@@ -33,6 +33,31 @@ Item {
         }
     }
 
+    // Form rows with a short caption and with one too long for the caption column.
+    Component {
+        id: rowsComponent
+
+        Column {
+            width: 420
+
+            property alias brief: brief
+            property alias lengthy: lengthy
+
+            FormTextField {
+                id: brief
+
+                width: parent.width
+                label: "Payer"
+            }
+            FormTextField {
+                id: lengthy
+
+                width: parent.width
+                label: "Who pays (DistroKid, BMI, ASCAP, SoundExchange, publisher…)"
+            }
+        }
+    }
+
     Component {
         id: spyComponent
 
@@ -166,6 +191,20 @@ Item {
             compare(sheet.amountField.amount, data.amount)
             compare(sheet.amountField.valid, data.valid)
             compare(sheet.canSave, data.valid)
+        }
+
+        // Fields line up whatever their captions; a long caption stands above its field
+        // rather than wrapping into a tall column of single words.
+        function test_longCaptionsStandAboveTheirField() {
+            const rows = createTemporaryObject(rowsComponent, stage)
+            const left = field => field.mapToItem(rows, 0, 0).x
+            compare(left(rows.lengthy.field), left(rows.brief.field))
+            verify(!rows.brief.stacked)
+            verify(rows.lengthy.stacked)
+            const top = rows.lengthy.field.mapToItem(rows.lengthy, 0, 0).y
+            verify(top > 0, "the field is under its caption")
+            verify(rows.lengthy.height < 3 * rows.brief.height, "row height " + rows.lengthy.height)
+            compare(rows.lengthy.field.Accessible.name, rows.lengthy.label)
         }
 
         function test_moneyFieldIsNamedByItsLabel() {

@@ -260,6 +260,73 @@ Item {
             verify(findText(editor, "Not an amount"))
         }
 
+        // The day `days` whole days from now, as the app writes dates.
+        function dayText(days: int): string {
+            const d = new Date()
+            d.setDate(d.getDate() + days)
+            return Fmt.date(d.getTime())
+        }
+
+        function test_theDateStartsTodayAndMovesFromTheKeyboard() {
+            const editor = createTemporaryObject(txEditorComponent, stage)
+            const done = spyOn(editor, "done")
+            editor.sheet = CHSheet.newTx(false)
+            tryVerify(() => editor.amountField.field.activeFocus)
+            const date = editor.dateField
+            compare(date.button.text, dayText(0), "a new line starts today")
+            compare(date.button.Accessible.name, "Date")
+            type("12")
+
+            // The date sits just above the amount.
+            keyClick(Qt.Key_Tab, Qt.ShiftModifier)
+            verify(date.button.activeFocus, "Shift+Tab from the amount reaches the date")
+            keyClick(Qt.Key_Down)
+            keyClick(Qt.Key_Down)
+            compare(date.button.text, dayText(-2))
+            keyClick(Qt.Key_Up)
+            compare(date.button.text, dayText(-1))
+            keyClick(Qt.Key_Return)
+            tryCompare(date.popup, "opened", true)
+            compare(done.count, 0, "Return on the date opens the grid, it does not save")
+            keyClick(Qt.Key_Escape)
+            tryCompare(date.popup, "visible", false)
+            compare(done.count, 0, "Escape closes only the grid")
+
+            editor.amountField.field.forceActiveFocus()
+            keyClick(Qt.Key_Return)
+            compare(done.count, 1)
+            compare(everything.count, 1)
+            compare(Fmt.date(ledger.transaction(everything.idAt(0)).date), dayText(-1))
+        }
+
+        function test_aDayPickedInTheGridIsSavedWithItsTimeOfDay() {
+            const noon = new Date()
+            noon.setDate(15)
+            noon.setHours(12, 0, 0, 0)
+            addLine(false, "45.10", "Green Basket", "Groceries", 0)
+            const editor = createTemporaryObject(txEditorComponent, stage)
+            editor.sheet = CHSheet.editTx(ledger.transaction(everything.idAt(0)))
+            const date = editor.dateField
+            compare(date.button.text, Fmt.date(noon.getTime()))
+            tryVerify(() => editor.amountField.field.activeFocus)
+
+            date.button.forceActiveFocus()
+            keyClick(Qt.Key_Space)
+            tryCompare(date.popup, "opened", true)
+            const cell = find(date.popup.contentItem, c => c.day === 3 && c.month === noon.getMonth())
+            verify(cell, "the 3rd of the month is in the grid")
+            mouseClick(cell)
+            tryCompare(date.popup, "visible", false)
+
+            editor.amountField.field.forceActiveFocus()
+            keyClick(Qt.Key_Return)
+            const saved = new Date(ledger.transaction(everything.idAt(0)).date)
+            compare(saved.getMonth(), noon.getMonth())
+            compare(saved.getDate(), 3)
+            compare(saved.getHours(), 12, "picking a day keeps the time of day")
+            compare(everything.count, 1, "changed, not added")
+        }
+
         function test_changingALineKeepsItsSideAndOffersDelete() {
             addLine(true, "2500", "Label Co", "Royalties", 0)
             const editor = createTemporaryObject(txEditorComponent, stage)
@@ -268,7 +335,7 @@ Item {
             compare(editor.title, "Change transaction")
             compare(editor.amountField.text, "2500.00")
             compare(editor.payeeField.text, "Label Co")
-            compare(editor.categoryPicker.displayText, "Royalties")
+            compare(editor.categoryPicker.box.displayText, "Royalties")
             verify(findText(editor, "From (who paid you)"))
             verify(findText(editor, "Delete"))
 

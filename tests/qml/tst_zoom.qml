@@ -50,13 +50,14 @@ TestCase {
             property alias dateField: dateField
             property alias hinted: hinted
 
-            TxChoice {
+            FormChoice {
                 id: choice
 
                 x: 100
                 y: 100
+                width: 420
+                label: "Category"
                 model: ["Groceries", "Rent", "Software"]
-                Accessible.name: "Category"
             }
             Text {
                 id: hinted
@@ -66,7 +67,7 @@ TestCase {
                 text: "Hinted"
                 ToolTip.text: "A hint"
             }
-            SchedDateField {
+            FormDateField {
                 id: dateField
 
                 x: 100
@@ -222,7 +223,7 @@ TestCase {
     function test_popUpsFollowTheZoom() {
         QFZoom.setLevel(200)
         const host = createTemporaryObject(popupsComponent, testCase)
-        const choice = host.choice
+        const choice = host.choice.box
         choice.popup.open()
         tryVerify(() => choice.popup.opened)
         const box = sceneRect(choice)
@@ -235,7 +236,7 @@ TestCase {
         choice.popup.close()
 
         // Near the window's foot it opens upwards, whole, as drawn.
-        choice.y = 420
+        host.choice.y = 420
         choice.popup.open()
         tryVerify(() => choice.popup.opened)
         const raised = sceneRect(choice.popup.background)

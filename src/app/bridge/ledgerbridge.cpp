@@ -5,13 +5,9 @@
 #include "model/money.h"
 #include "store/store.h"
 
-#include <QDateTime>
 #include <QDir>
-#include <QRegularExpression>
 #include <QStandardPaths>
 
-#include <cmath>
-#include <limits>
 
 namespace {
 
@@ -23,13 +19,6 @@ using BridgeInput::idText;
 std::optional<Instant> instantOf(double msecs)
 {
     return BridgeInput::instant(msecs);
-}
-
-// A moment for QML; NaN (no date) where the money file could not hold it.
-double msecsOf(const QDateTime &moment)
-{
-    const std::optional<Instant> when = instantOf(double(moment.toMSecsSinceEpoch()));
-    return when ? double(when->msecs()) : std::numeric_limits<double>::quiet_NaN();
 }
 
 // The size of an amount as the editor shows it: at least two decimal places ("45.10",
@@ -232,29 +221,4 @@ QUrl LedgerBridge::proposedExportFile() const
 double LedgerBridge::now() const
 {
     return double((m_store ? m_store->now() : Instant::now()).msecs());
-}
-
-QString LedgerBridge::dayText(double msecs) const
-{
-    const std::optional<Instant> when = instantOf(msecs);
-    return when ? when->toLocal().date().toString(QStringLiteral("yyyy-MM-dd")) : QString();
-}
-
-double LedgerBridge::onDay(double msecs, const QString &day) const
-{
-    static const QRegularExpression shape(QStringLiteral("^\\d{4}-\\d{2}-\\d{2}$"));
-    const QString text = day.trimmed();
-    const std::optional<Instant> when = instantOf(msecs);
-    const QDate date = QDate::fromString(text, QStringLiteral("yyyy-MM-dd"));
-    if (!when || !shape.match(text).hasMatch() || !date.isValid())
-        return std::numeric_limits<double>::quiet_NaN();
-    return msecsOf(QDateTime(date, when->toLocal().time()));
-}
-
-double LedgerBridge::addDays(double msecs, int days) const
-{
-    const std::optional<Instant> when = instantOf(msecs);
-    if (!when)
-        return std::numeric_limits<double>::quiet_NaN();
-    return msecsOf(when->toLocal().addDays(days));
 }

@@ -62,13 +62,6 @@ public:
 
     // Now by the Store's clock, in milliseconds.
     Q_INVOKABLE double now() const;
-    // The local calendar day of a moment as "yyyy-MM-dd".
-    Q_INVOKABLE QString dayText(double msecs) const;
-    // The moment on the day typed as "yyyy-MM-dd" at the same local time of day as
-    // `msecs`; NaN when the text is not such a date.
-    Q_INVOKABLE double onDay(double msecs, const QString &day) const;
-    // The moment `days` calendar days later (earlier when negative), same time of day.
-    Q_INVOKABLE double addDays(double msecs, int days) const;
 
 Q_SIGNALS:
     void storeChanged();

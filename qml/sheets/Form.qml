@@ -3,9 +3,9 @@ import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Coinhall
 
-// The rows of a bill or royalty sheet, top to bottom, scrolling once they grow past
-// `maxHeight` so a long sheet still fits the smallest window. The field that takes
-// the keyboard focus is scrolled into view.
+// The rows of a sheet, top to bottom, scrolling once they grow past `maxHeight` so a
+// long sheet still fits the smallest window. The field that takes the keyboard focus
+// is scrolled into view.
 Flickable {
     id: root
 

@@ -2,9 +2,10 @@ import QtQuick
 import QtQuick.Templates as T
 import Coinhall
 
-// An on/off switch with its text beside it, as a small lit rocker: the track glows in
-// the look's accent while on. Space toggles it; `toggled` tells a user's change apart
-// from a bound value.
+// An on/off switch with its text beside it, drawn as a small lit rocker: the track
+// glows in the look's accent while on. Space toggles it; `toggled` tells a user's
+// change apart from a bound value. In a sheet it sits in a FormRow without a label,
+// under the other fields.
 T.Switch {
     id: root
 
@@ -36,10 +37,15 @@ T.Switch {
         Rectangle {
             x: root.checked ? parent.width - width - 3 : 3
             anchors.verticalCenter: parent.verticalCenter
-            width: 14
-            height: 14
-            radius: 7
-            color: root.checked ? root.look.bg : root.look.muted
+            width: parent.height - 6
+            height: width
+            radius: width / 2
+            gradient: Gradient {
+                GradientStop { position: 0; color: Qt.lighter(root.look.panelTop, 1.6) }
+                GradientStop { position: 1; color: root.look.panelBottom }
+            }
+            border.width: 1
+            border.color: Qt.rgba(0, 0, 0, 0.45)
 
             Behavior on x {
                 NumberAnimation { duration: 90 }
@@ -55,7 +61,8 @@ T.Switch {
         font.family: Tokens.textFamily
         font.weight: Font.DemiBold
         font.pointSize: Tokens.pt(Tokens.bodySize)
-        color: root.look.soft
+        color: root.enabled ? root.look.soft : root.look.muted
         textFormat: Text.PlainText
+        Accessible.ignored: true
     }
 }

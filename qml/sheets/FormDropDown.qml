@@ -3,8 +3,8 @@ import QtQuick
 import QtQuick.Controls.Basic
 import Coinhall
 
-// A drop-down list of texts in the look's colours: the category of the transaction
-// editor, the register's account filter. Give it `model` (a list of texts, or a
+// A drop-down list of texts in the look's colours: the list of FormChoice, and the
+// register's account filter on its own. Give it `model` (a list of texts, or a
 // model with `textRole`) and Accessible.name.
 ComboBox {
     id: box
@@ -14,6 +14,8 @@ ComboBox {
 
     implicitWidth: 180
     implicitHeight: Tokens.fieldHeight
+    // Nothing chosen shows nothing, whatever the model's first entry is.
+    displayText: currentIndex < 0 ? "" : currentText
     font.family: Tokens.textFamily
     font.pointSize: Tokens.pt(Tokens.bodySize)
 

@@ -2,8 +2,8 @@ import QtQuick
 import QtQuick.Controls.Basic
 import Coinhall
 
-// A one-line text field in the look's colours, as the transaction sheets and the
-// register's search use it.
+// A one-line text field in the look's colours: the field of FormTextField, and the
+// register's search on its own.
 TextField {
     id: root
 

@@ -1,0 +1,84 @@
+import QtQuick
+import QtQuick.Layouts
+import Coinhall
+
+// A stepper row: its text (which names the value) under the other fields, then a key
+// that lowers and one that raises `value` within `from` and `to`. Up and Down on the
+// focused row do the same.
+FormRow {
+    id: root
+
+    // What the row says for the current value.
+    property string text
+    property int value: 0
+    property int from: 0
+    property int to: 100
+    // What a screen reader calls the two keys.
+    property string decreaseName: "Fewer"
+    property string increaseName: "More"
+
+    function step(by: int) {
+        value = Math.max(from, Math.min(to, value + by))
+    }
+
+    activeFocusOnTab: true
+
+    Accessible.role: Accessible.SpinBox
+    Accessible.name: text
+    Accessible.onIncreaseAction: step(1)
+    Accessible.onDecreaseAction: step(-1)
+
+    Keys.onUpPressed: step(1)
+    Keys.onDownPressed: step(-1)
+
+    Item {
+        implicitWidth: row.implicitWidth
+        implicitHeight: row.implicitHeight
+
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: -2
+            radius: Tokens.keyRadius
+            color: "transparent"
+            border.width: 1.5
+            border.color: root.look.accent2
+            visible: root.activeFocus
+        }
+
+        RowLayout {
+            id: row
+
+            anchors.fill: parent
+            spacing: Tokens.spaceS
+
+            Text {
+                Layout.fillWidth: true
+                text: root.text
+                font.family: Tokens.textFamily
+                font.weight: Font.DemiBold
+                font.pointSize: Tokens.pt(Tokens.bodySize)
+                color: root.look.soft
+                wrapMode: Text.WordWrap
+                textFormat: Text.PlainText
+                Accessible.ignored: true
+            }
+
+            Key {
+                title: "\u2212"
+                look: root.look
+                enabled: root.value > root.from
+                focusPolicy: Qt.NoFocus
+                Accessible.name: root.decreaseName
+                onClicked: root.step(-1)
+            }
+            Key {
+                title: "+"
+                look: root.look
+                enabled: root.value < root.to
+                focusPolicy: Qt.NoFocus
+                Accessible.name: root.increaseName
+                onClicked: root.step(1)
+            }
+        }
+    }
+}
