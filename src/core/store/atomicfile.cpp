@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace {
@@ -29,9 +30,23 @@ bool writeAll(QFile &file, const char *bytes, qint64 size)
     return true;
 }
 
+// Makes a rename in the folder of `path` reach the disk, so that a power cut just after
+// a save finds the new file rather than the old. The new content itself was synced
+// before the rename; this only fixes which of the two whole files the name points at.
+// A failure changes nothing the caller can act on: the file is whole either way.
+void syncFolderOf(const QString &path)
+{
+    const QByteArray folder = QFile::encodeName(QFileInfo(path).absolutePath());
+    const int fd = ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0)
+        return;
+    ::fsync(fd);
+    ::close(fd);
+}
+
 // Replaces `path` with what `fill` writes, so that it holds either its old content or
 // all of the new. The new content goes to inProgressPath() first, reaches the disk,
-// and is then renamed over the old file. `fill` returns an error text, empty on success.
+// is then renamed over the old file, and the rename is synced too. `fill` returns an error text, empty on success.
 template<typename Fill>
 bool replace(const QString &path, std::optional<QFileDevice::Permissions> permissions, QString *reason, Fill fill)
 {
@@ -79,6 +94,7 @@ bool replace(const QString &path, std::optional<QFileDevice::Permissions> permis
     file.close();
     if (std::rename(QFile::encodeName(temp).constData(), QFile::encodeName(target).constData()) != 0)
         return fail(systemError(errno));
+    syncFolderOf(target);
     return true;
 }
 

@@ -19,7 +19,8 @@ bool writeFileAtomically(const QString &path, const QByteArray &bytes, QString *
 bool copyFileAtomically(const QString &from, const QString &to, QString *reason,
                         std::optional<QFileDevice::Permissions> permissions = std::nullopt);
 
-// Where a write of `path` is made before it replaces the file: "<path>.saving" (or,
-// when a file of that name is there already, "<path>.saving-2" and so on). Only a
-// crash in the middle of a write leaves a file there, which may then be removed.
+// Where a write of `path` is made before it replaces the file: "<path>.saving". When a
+// file of that name is there already, the write leaves it alone and uses
+// "<path>.saving-2" and so on. Only a crash in the middle of a write leaves a file
+// there, which may then be removed.
 QString inProgressPath(const QString &path);
