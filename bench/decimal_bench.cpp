@@ -21,8 +21,7 @@ std::vector<std::string> amountTexts(std::size_t n)
     texts.reserve(n);
     for (std::size_t i = 0; i < n; ++i) {
         const long long cents = static_cast<long long>(rng() % 2000000) - 500000;
-        std::string text = std::to_string(cents / 100) + "."
-                           + std::to_string(std::abs(cents % 100) + 100).substr(1);
+        std::string text = std::to_string(cents / 100) + "." + std::to_string(std::abs(cents % 100) + 100).substr(1);
         if (cents < 0 && cents > -100)
             text = "-" + text;
         if (i % 7 == 0)

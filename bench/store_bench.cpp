@@ -17,8 +17,8 @@ Book generatedBook(int lines)
     for (const char *name : {"Main checking", "Savings", "Visa", "Studio"})
         book.accounts.push_back({newId(), QString::fromLatin1(name), AccountKind::checking, Decimal(1000), false});
     const QStringList payees = {QStringLiteral("Corner Grocery"), QStringLiteral("Bandcamp"),
-                                QStringLiteral("Hosting Co"), QStringLiteral("Coffee Bar"),
-                                QStringLiteral("Landlord"), QStringLiteral("Music Store")};
+                                QStringLiteral("Hosting Co"),     QStringLiteral("Coffee Bar"),
+                                QStringLiteral("Landlord"),       QStringLiteral("Music Store")};
     const Instant start = Instant::fromSecs(1735689600); // 2025-01-01
     book.transactions.reserve(size_t(lines));
     for (int i = 0; i < lines; ++i) {

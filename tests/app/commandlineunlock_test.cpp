@@ -45,11 +45,11 @@ protected:
         writeFile(script, "#!/bin/sh\npw=$(tr -d '\\000')\n[ \"$pw\" = 'open sesame' ]\n");
         QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         writeFile(m_dir.filePath(QStringLiteral("pam/coinhall")),
-                  "auth required pam_exec.so expose_authtok " + script.toUtf8() +
-                      "\naccount required pam_permit.so\n");
+                  "auth required pam_exec.so expose_authtok " + script.toUtf8() + "\naccount required pam_permit.so\n");
 
         Book book;
-        book.accounts.push_back({QUuid::createUuid(), QStringLiteral("Studio account"), AccountKind::checking, {}, false});
+        book.accounts.push_back(
+            {QUuid::createUuid(), QStringLiteral("Studio account"), AccountKind::checking, {}, false});
         writeFile(books() + QStringLiteral("/coinhall.json"), MoneyFile::encode(book));
         setRequireUnlock(true);
     }
@@ -82,10 +82,11 @@ protected:
         std::FILE *err = std::tmpfile();
         std::fwrite(typed.constData(), 1, size_t(typed.size()), in);
         std::rewind(in);
-        CommandLineUnlock unlock{in, std::make_shared<PamAuthenticator>(QStringLiteral("coinhall"),
-                                                                        m_dir.filePath(QStringLiteral("pam")))};
+        CommandLineUnlock unlock{
+            in, std::make_shared<PamAuthenticator>(QStringLiteral("coinhall"), m_dir.filePath(QStringLiteral("pam")))};
         Captured captured;
-        captured.status = runCommandLine(QStringList{QStringLiteral("--data-dir"), books()} + command, out, err, unlock);
+        captured.status =
+            runCommandLine(QStringList{QStringLiteral("--data-dir"), books()} + command, out, err, unlock);
         captured.out = contents(out);
         captured.err = contents(err);
         for (std::FILE *f : {in, out, err})

@@ -230,9 +230,8 @@ protected:
 
     static bool has(const std::vector<Node> &nodes, const QString &text, int role = -1)
     {
-        return std::any_of(nodes.begin(), nodes.end(), [&](const Node &n) {
-            return (role < 0 || n.role == role) && n.texts().contains(text);
-        });
+        return std::any_of(nodes.begin(), nodes.end(),
+                           [&](const Node &n) { return (role < 0 || n.role == role) && n.texts().contains(text); });
     }
 
     static inline std::vector<Node> s_nodes;

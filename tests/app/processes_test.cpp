@@ -29,7 +29,8 @@ using namespace ExeTesting;
 constexpr int giveUpMs = 20000;
 
 const QString harbor = QStringLiteral(COINHALL_TEST_DATA "/bank/harbor_checking.csv");
-const QString heldMessage = QStringLiteral("Coinhall is already open with this money file, so changes made here are not saved.");
+const QString heldMessage =
+    QStringLiteral("Coinhall is already open with this money file, so changes made here are not saved.");
 
 // A started process and all it has printed so far.
 struct Running
@@ -100,8 +101,7 @@ protected:
     }
 
     // Starts `program` in the private root; `extra` is added to the environment.
-    Running &launch(const QString &program, const QStringList &arguments,
-                    const std::map<QString, QString> &extra = {})
+    Running &launch(const QString &program, const QStringList &arguments, const std::map<QString, QString> &extra = {})
     {
         Running &running = m_running.emplace_back();
         QProcessEnvironment env = m_env;
@@ -135,8 +135,8 @@ protected:
     QString moneyFile() const { return books() + QStringLiteral("/coinhall.json"); }
     QString todaysBackup() const
     {
-        return books() + QStringLiteral("/Backups/coinhall-")
-               + QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd")) + QStringLiteral(".json");
+        return books() + QStringLiteral("/Backups/coinhall-") +
+               QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd")) + QStringLiteral(".json");
     }
 
     // Books with two accounts, a monthly bill "Rent", a line "Edited" and `filler` more lines.
@@ -174,10 +174,7 @@ protected:
         QStringList listing;
         friend bool operator==(const Snapshot &, const Snapshot &) = default;
     };
-    Snapshot snapshot() const
-    {
-        return {read(moneyFile()), QFileInfo(moneyFile()).lastModified(), listing(books())};
-    }
+    Snapshot snapshot() const { return {read(moneyFile()), QFileInfo(moneyFile()).lastModified(), listing(books())}; }
 
     // What the application folder holds besides the money file, its lock and the
     // dated backups ("Backups/<name>" for what is in that folder).
@@ -376,14 +373,14 @@ TEST_F(WindowProcesses, KilledAtRandomMomentsAlwaysLeavesWholeBooks)
 
         // The program's own start reads and backs up in the first part of its start-up.
         const bool changing = run % 2 == 1;
-        Running &running = changing ? helper({QStringLiteral("changes"), QString::number(qint64(run) * 100000)})
-                                    : window();
+        Running &running =
+            changing ? helper({QStringLiteral("changes"), QString::number(qint64(run) * 100000)}) : window();
         if (run % 6 == 0) {
             // The moment today's backup shows up: a copy that is not yet whole would be caught.
             QElapsedTimer waited;
             waited.start();
-            while (!QFileInfo::exists(todaysBackup()) && running.process->state() != QProcess::NotRunning
-                   && waited.elapsed() < giveUpMs)
+            while (!QFileInfo::exists(todaysBackup()) && running.process->state() != QProcess::NotRunning &&
+                   waited.elapsed() < giveUpMs)
                 QThread::usleep(200);
         } else if (changing) {
             // Somewhere in the saves, once they have begun.
@@ -432,7 +429,8 @@ TEST_F(WindowProcesses, KilledAtRandomMomentsAlwaysLeavesWholeBooks)
     std::printf("[ kills    ] window up in %d ms; %d start-up runs, today's backup made before the kill in %d; "
                 "%d changing runs, %d of them reported changes, %d changes in all; %d writes cut short, "
                 "cleared by the next start\n",
-                startMs, runs - runs / 2, backupsBeforeKill, runs / 2, helperRunsWithChanges, changesSeen, writesCutShort);
+                startMs, runs - runs / 2, backupsBeforeKill, runs / 2, helperRunsWithChanges, changesSeen,
+                writesCutShort);
     EXPECT_GT(changesSeen, 0);
 }
 

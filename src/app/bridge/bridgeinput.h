@@ -46,8 +46,7 @@ inline std::optional<QUuid> account(const QString &text)
 }
 
 // Every case of an enumeration as stored and shown, in picker order.
-template <typename E>
-QStringList rawValues()
+template <typename E> QStringList rawValues()
 {
     QStringList texts;
     for (E value : allCases<E>())

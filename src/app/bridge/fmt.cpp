@@ -22,8 +22,7 @@ bool isTime(double msecs)
 
 Fmt::Fmt(QObject *parent)
     : QObject(parent)
-{
-}
+{}
 
 QString Fmt::money(const QString &decimalText) const
 {

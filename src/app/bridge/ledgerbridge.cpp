@@ -8,7 +8,6 @@
 #include <QDir>
 #include <QStandardPaths>
 
-
 namespace {
 
 const QString couldNotSave = QStringLiteral("Could not save:");

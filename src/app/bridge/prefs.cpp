@@ -17,8 +17,7 @@ QSettings preferences()
 
 Prefs::Prefs(QObject *parent)
     : QObject(parent)
-{
-}
+{}
 
 Prefs *Prefs::instance()
 {

@@ -29,7 +29,10 @@ constexpr std::array<u128, 39> makePow10()
 }
 constexpr std::array<u128, 39> pow10 = makePow10();
 constexpr u128 coefficientLimit = pow10[38];
-constexpr std::uint64_t pow10u64(int n) { return static_cast<std::uint64_t>(pow10[n]); }
+constexpr std::uint64_t pow10u64(int n)
+{
+    return static_cast<std::uint64_t>(pow10[n]);
+}
 
 int bitLength(u128 v)
 {
@@ -47,9 +50,15 @@ int digitCount(u128 v)
     return t + (v >= pow10[t]);
 }
 
-bool fitsInt64(i128 v) { return v == static_cast<std::int64_t>(v); }
+bool fitsInt64(i128 v)
+{
+    return v == static_cast<std::int64_t>(v);
+}
 
-u128 magnitudeOf(i128 v) { return v < 0 ? -static_cast<u128>(v) : static_cast<u128>(v); }
+u128 magnitudeOf(i128 v)
+{
+    return v < 0 ? -static_cast<u128>(v) : static_cast<u128>(v);
+}
 
 // An unsigned 320-bit integer: room for 96 decimal digits, enough for a product of
 // two coefficients, a dividend scaled for 40 quotient digits, or two aligned addends.
@@ -252,8 +261,7 @@ struct DecimalMath
         if (m.isZero())
             return Decimal();
         const long long digits = digitCount(m);
-        const long long places =
-            std::max({digits - Decimal::maxDigits, Decimal::minExponent - e, 0LL});
+        const long long places = std::max({digits - Decimal::maxDigits, Decimal::minExponent - e, 0LL});
         if (places > 0) {
             roundOff(m, places);
             e += places;
@@ -407,8 +415,8 @@ struct DecimalMath
     }
 
     // More than 19 significant digits: the first 76 exactly, the rest as a sticky digit.
-    static std::optional<Decimal> parseLong(bool negative, std::string_view digits,
-                                            std::string_view fraction, long long exponent)
+    static std::optional<Decimal> parseLong(bool negative, std::string_view digits, std::string_view fraction,
+                                            long long exponent)
     {
         std::string significant;
         significant.reserve(digits.size() + fraction.size());
@@ -427,8 +435,8 @@ struct DecimalMath
             m.addAt(0, chunk);
             i += n;
         }
-        long long e = exponent - static_cast<long long>(fraction.size())
-                      + static_cast<long long>(significant.size() - kept);
+        long long e =
+            exponent - static_cast<long long>(fraction.size()) + static_cast<long long>(significant.size() - kept);
         if (significant.find_first_not_of('0', kept) != std::string::npos) {
             m.mulSmall(10);
             m.addAt(0, 1);
@@ -438,7 +446,9 @@ struct DecimalMath
     }
 };
 
-Decimal::Decimal(int value) : Decimal(static_cast<long long>(value)) {}
+Decimal::Decimal(int value)
+    : Decimal(static_cast<long long>(value))
+{}
 
 Decimal::Decimal(long long value)
 {
@@ -534,11 +544,9 @@ std::string Decimal::toStdString() const
         end = std::to_chars(digits, digits + sizeof digits, static_cast<std::uint64_t>(m)).ptr;
     } else {
         // m < 10^38: a high part below 10^19 and a low part of exactly 19 digits.
-        end = std::to_chars(digits, digits + sizeof digits,
-                            static_cast<std::uint64_t>(m / pow10u64(19))).ptr;
+        end = std::to_chars(digits, digits + sizeof digits, static_cast<std::uint64_t>(m / pow10u64(19))).ptr;
         char low[20];
-        char *lowEnd = std::to_chars(low, low + sizeof low,
-                                     static_cast<std::uint64_t>(m % pow10u64(19))).ptr;
+        char *lowEnd = std::to_chars(low, low + sizeof low, static_cast<std::uint64_t>(m % pow10u64(19))).ptr;
         const auto lowLength = lowEnd - low;
         end = std::fill_n(end, 19 - lowLength, '0');
         end = std::copy(low, lowEnd, end);
@@ -574,9 +582,8 @@ double Decimal::toDouble() const
     if (m_coefficient == 0)
         return 0.0;
     // Exact integer and exact power of ten: one correctly rounded operation.
-    static constexpr double exact[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                       1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                       1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    static constexpr double exact[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                       1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
     const u128 m = magnitudeOf(m_coefficient);
     if (m < (u128(1) << 53) && m_exponent >= -22 && m_exponent <= 22) {
         const double v = static_cast<double>(static_cast<std::uint64_t>(m));

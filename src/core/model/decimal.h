@@ -75,9 +75,9 @@ public:
 private:
     friend struct DecimalMath; // the arithmetic in decimal.cpp
     constexpr Decimal(__int128 coefficient, int exponent)
-        : m_coefficient(coefficient), m_exponent(exponent)
-    {
-    }
+        : m_coefficient(coefficient)
+        , m_exponent(exponent)
+    {}
 
     __int128 m_coefficient = 0;
     int m_exponent = 0;

@@ -50,7 +50,10 @@ static_assert(daysFromCivil(1970, 1, 1) == 0);
 static_assert(daysFromCivil(2000, 3, 1) == 11017);
 static_assert(civilFromDays(-1).year == 1969 && civilFromDays(-1).day == 31);
 
-constexpr bool isLeap(std::int64_t y) { return (y % 4 == 0 && y % 100 != 0) || y % 400 == 0; }
+constexpr bool isLeap(std::int64_t y)
+{
+    return (y % 4 == 0 && y % 100 != 0) || y % 400 == 0;
+}
 
 constexpr int daysInMonth(std::int64_t y, int m)
 {
@@ -97,8 +100,7 @@ std::string Instant::isoText() const
     if (c.year < 0 || c.year > 9999) {
         char buffer[48];
         const int n = std::snprintf(buffer, sizeof buffer, "%04lld-%02d-%02dT%02d:%02d:%02dZ",
-                                    static_cast<long long>(c.year), c.month, c.day, hour, minute,
-                                    second);
+                                    static_cast<long long>(c.year), c.month, c.day, hour, minute, second);
         return std::string(buffer, static_cast<std::size_t>(n));
     }
     std::string out = "0000-00-00T00:00:00Z";
@@ -123,8 +125,8 @@ std::optional<Instant> Instant::fromIso(std::string_view text)
         return std::nullopt;
     const int year = digits(p, 4), month = digits(p + 5, 2), day = digits(p + 8, 2);
     const int hour = digits(p + 11, 2), minute = digits(p + 14, 2), second = digits(p + 17, 2);
-    if (year < 0 || month < 1 || month > 12 || day < 1 || day > daysInMonth(year, month)
-        || hour < 0 || hour > 23 || minute < 0 || minute > 59 || second < 0 || second > 59)
+    if (year < 0 || month < 1 || month > 12 || day < 1 || day > daysInMonth(year, month) || hour < 0 || hour > 23 ||
+        minute < 0 || minute > 59 || second < 0 || second > 59)
         return std::nullopt;
 
     std::size_t i = 19;
@@ -156,8 +158,8 @@ std::optional<Instant> Instant::fromIso(std::string_view text)
         return std::nullopt;
     }
 
-    const std::int64_t secs = daysFromCivil(year, month, day) * 86400 + hour * 3600 + minute * 60
-                              + second - offsetMinutes * 60;
+    const std::int64_t secs =
+        daysFromCivil(year, month, day) * 86400 + hour * 3600 + minute * 60 + second - offsetMinutes * 60;
     const Instant when(secs * 1000 + millis);
     if (!when.inIsoRange())
         return std::nullopt; // it would be written back in a form no reader takes

@@ -36,10 +36,7 @@ public:
     QDateTime toLocal() const { return QDateTime::fromMSecsSinceEpoch(m_msecs, Qt::LocalTime); }
     QDateTime toUtc() const { return QDateTime::fromMSecsSinceEpoch(m_msecs, Qt::UTC); }
     constexpr std::int64_t msecs() const { return m_msecs; }
-    constexpr std::int64_t secs() const
-    {
-        return m_msecs >= 0 ? m_msecs / 1000 : -((-m_msecs + 999) / 1000);
-    }
+    constexpr std::int64_t secs() const { return m_msecs >= 0 ? m_msecs / 1000 : -((-m_msecs + 999) / 1000); }
     // The same instant without its sub-second part, as it comes back from the file.
     constexpr Instant wholeSeconds() const { return fromSecs(secs()); }
     constexpr Instant addSecs(std::int64_t s) const { return Instant(m_msecs + s * 1000); }
@@ -51,6 +48,8 @@ public:
     friend constexpr auto operator<=>(Instant, Instant) = default;
 
 private:
-    constexpr explicit Instant(std::int64_t msecs) : m_msecs(msecs) {}
+    constexpr explicit Instant(std::int64_t msecs)
+        : m_msecs(msecs)
+    {}
     std::int64_t m_msecs = 0;
 };

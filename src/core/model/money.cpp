@@ -48,11 +48,9 @@ struct CurrencyFormat
             formatter.reset();
             UErrorCode status = U_ZERO_ERROR;
             if (code.size() == 3) {
-                const icu::CurrencyUnit unit(reinterpret_cast<const char16_t *>(code.utf16()),
-                                             status);
+                const icu::CurrencyUnit unit(reinterpret_cast<const char16_t *>(code.utf16()), status);
                 if (U_SUCCESS(status))
-                    formatter = icu::number::NumberFormatter::withLocale(userLocale())
-                                    .unit(unit);
+                    formatter = icu::number::NumberFormatter::withLocale(userLocale()).unit(unit);
             }
         }
         return formatter ? &*formatter : nullptr;
@@ -77,9 +75,9 @@ class DateText
 public:
     using Factory = std::unique_ptr<icu::DateFormat> (*)();
     DateText(Factory factory, const char *fallbackPattern)
-        : m_format(factory()), m_fallback(QString::fromLatin1(fallbackPattern))
-    {
-    }
+        : m_format(factory())
+        , m_fallback(QString::fromLatin1(fallbackPattern))
+    {}
 
     QString operator()(const Instant &when)
     {
@@ -100,8 +98,7 @@ private:
 std::unique_ptr<icu::DateFormat> patternFormat(const char16_t *pattern)
 {
     UErrorCode status = U_ZERO_ERROR;
-    auto format = std::make_unique<icu::SimpleDateFormat>(icu::UnicodeString(pattern),
-                                                          userLocale(), status);
+    auto format = std::make_unique<icu::SimpleDateFormat>(icu::UnicodeString(pattern), userLocale(), status);
     if (U_FAILURE(status))
         return nullptr;
     return format;
@@ -134,8 +131,7 @@ QString s(const Decimal &amount)
     if (const auto *formatter = f.current()) {
         UErrorCode status = U_ZERO_ERROR;
         const icu::UnicodeString out =
-            formatter->formatDecimal(icu::StringPiece(text.data(), int32_t(text.size())), status)
-                .toString(status);
+            formatter->formatDecimal(icu::StringPiece(text.data(), int32_t(text.size())), status).toString(status);
         if (U_SUCCESS(status) && !out.isEmpty())
             return fromIcu(out);
     }
@@ -195,8 +191,8 @@ QString chDate(const Instant &when)
 {
     static DateText format(
         [] {
-            return std::unique_ptr<icu::DateFormat>(icu::DateFormat::createDateInstance(
-                icu::DateFormat::kMedium, userLocale()));
+            return std::unique_ptr<icu::DateFormat>(
+                icu::DateFormat::createDateInstance(icu::DateFormat::kMedium, userLocale()));
         },
         "MMM d, yyyy");
     return format(when);

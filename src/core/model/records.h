@@ -19,12 +19,10 @@
 // A new random identity.
 QUuid newId();
 
-template <typename E>
-struct EnumTexts; // table of (case, stored text) in the order pickers show them
+template <typename E> struct EnumTexts; // table of (case, stored text) in the order pickers show them
 
 // The stored (and shown) text of a case.
-template <typename E>
-QString rawValue(E value)
+template <typename E> QString rawValue(E value)
 {
     for (const auto &[c, text] : EnumTexts<E>::table)
         if (c == value)
@@ -33,8 +31,7 @@ QString rawValue(E value)
 }
 
 // The case whose stored text is exactly `text`, or nothing.
-template <typename E>
-std::optional<E> fromRawValue(std::string_view text)
+template <typename E> std::optional<E> fromRawValue(std::string_view text)
 {
     for (const auto &[c, t] : EnumTexts<E>::table)
         if (text == t)
@@ -42,16 +39,14 @@ std::optional<E> fromRawValue(std::string_view text)
     return std::nullopt;
 }
 
-template <typename E>
-std::optional<E> fromRawValue(const QString &text)
+template <typename E> std::optional<E> fromRawValue(const QString &text)
 {
     const QByteArray utf8 = text.toUtf8();
     return fromRawValue<E>(std::string_view(utf8.constData(), size_t(utf8.size())));
 }
 
 // Every case, in picker order.
-template <typename E>
-std::vector<E> allCases()
+template <typename E> std::vector<E> allCases()
 {
     std::vector<E> cases;
     for (const auto &entry : EnumTexts<E>::table)
@@ -60,8 +55,7 @@ std::vector<E> allCases()
 }
 
 enum class AccountKind { checking, savings, credit, cash, business, payment, other };
-template <>
-struct EnumTexts<AccountKind>
+template <> struct EnumTexts<AccountKind>
 {
     static constexpr std::array<std::pair<AccountKind, const char *>, 7> table{{
         {AccountKind::checking, "Checking"},
@@ -77,8 +71,7 @@ struct EnumTexts<AccountKind>
 QString iconName(AccountKind kind);
 
 enum class TxKind { deposit, expense, transfer, royalty, bill };
-template <>
-struct EnumTexts<TxKind>
+template <> struct EnumTexts<TxKind>
 {
     static constexpr std::array<std::pair<TxKind, const char *>, 5> table{{
         {TxKind::deposit, "deposit"},
@@ -91,8 +84,7 @@ struct EnumTexts<TxKind>
 
 // How often a bill or royalty comes around.
 enum class Repeat { once, weekly, biweekly, monthly, quarterly, yearly };
-template <>
-struct EnumTexts<Repeat>
+template <> struct EnumTexts<Repeat>
 {
     static constexpr std::array<std::pair<Repeat, const char *>, 6> table{{
         {Repeat::once, "One time"},
@@ -105,8 +97,7 @@ struct EnumTexts<Repeat>
 };
 
 enum class RoyaltySource { distributor, pro, mechanical, publisher, sync, label, neighboring, sales, software, other };
-template <>
-struct EnumTexts<RoyaltySource>
+template <> struct EnumTexts<RoyaltySource>
 {
     static constexpr std::array<std::pair<RoyaltySource, const char *>, 10> table{{
         {RoyaltySource::distributor, "Streaming / distributor"},
@@ -123,8 +114,7 @@ struct EnumTexts<RoyaltySource>
 };
 
 enum class RoyaltyStatus { expected, received, disputed };
-template <>
-struct EnumTexts<RoyaltyStatus>
+template <> struct EnumTexts<RoyaltyStatus>
 {
     static constexpr std::array<std::pair<RoyaltyStatus, const char *>, 3> table{{
         {RoyaltyStatus::expected, "Expected"},
@@ -179,8 +169,8 @@ struct Bill
     // One payment made, oldest first in the bill's history.
     struct Payment
     {
-        Instant date;   // when the money went out
-        Decimal amount; // as paid, positive
+        Instant date;    // when the money went out
+        Decimal amount;  // as paid, positive
         Instant dueDate; // the due date this payment settled
         friend bool operator==(const Payment &, const Payment &) = default;
     };

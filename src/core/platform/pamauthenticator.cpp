@@ -57,18 +57,16 @@ int converse(int count, const pam_message **messages, pam_response **replies, vo
 }
 
 // Opens a transaction for `service` and `user`, or returns null. `conv` must outlive it.
-pam_handle_t *startPam(const QString &service, const QString &confDir, const QString &user,
-                       const pam_conv *conv)
+pam_handle_t *startPam(const QString &service, const QString &confDir, const QString &user, const pam_conv *conv)
 {
     if (user.isEmpty())
         return nullptr;
     const QByteArray serviceName = service.toUtf8();
     const QByteArray userName = user.toLocal8Bit();
     pam_handle_t *handle = nullptr;
-    const int status = confDir.isEmpty()
-        ? pam_start(serviceName.constData(), userName.constData(), conv, &handle)
-        : pam_start_confdir(serviceName.constData(), userName.constData(), conv,
-                            QFile::encodeName(confDir).constData(), &handle);
+    const int status = confDir.isEmpty() ? pam_start(serviceName.constData(), userName.constData(), conv, &handle)
+                                         : pam_start_confdir(serviceName.constData(), userName.constData(), conv,
+                                                             QFile::encodeName(confDir).constData(), &handle);
     if (status == PAM_SUCCESS)
         return handle;
     if (handle)
@@ -82,8 +80,7 @@ PamAuthenticator::PamAuthenticator(QString service, QString confDir, QString use
     : m_service(std::move(service))
     , m_confDir(std::move(confDir))
     , m_user(user.isEmpty() ? currentUser() : std::move(user))
-{
-}
+{}
 
 bool PamAuthenticator::canEvaluate() const
 {
@@ -95,13 +92,11 @@ bool PamAuthenticator::canEvaluate() const
     return true;
 }
 
-void PamAuthenticator::evaluate(const QString &reason, const QString &secret,
-                                std::function<void(bool)> done)
+void PamAuthenticator::evaluate(const QString &reason, const QString &secret, std::function<void(bool)> done)
 {
     Q_UNUSED(reason); // PAM has no place to show it
     // The thread holds its own copy of this object, which may be gone before PAM answers.
-    std::thread([self = *this, secret, done = std::move(done)] { done(self.check(secret)); })
-        .detach();
+    std::thread([self = *this, secret, done = std::move(done)] { done(self.check(secret)); }).detach();
 }
 
 bool PamAuthenticator::check(const QString &secret) const

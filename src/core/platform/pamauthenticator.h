@@ -10,8 +10,7 @@
 class PamAuthenticator final : public Authenticator
 {
 public:
-    explicit PamAuthenticator(QString service = QStringLiteral("coinhall"), QString confDir = {},
-                              QString user = {});
+    explicit PamAuthenticator(QString service = QStringLiteral("coinhall"), QString confDir = {}, QString user = {});
 
     bool canEvaluate() const override;
     void evaluate(const QString &reason, const QString &secret, std::function<void(bool)> done) override;

@@ -47,7 +47,7 @@ void syncFolderOf(const QString &path)
 // Replaces `path` with what `fill` writes, so that it holds either its old content or
 // all of the new. The new content goes to inProgressPath() first, reaches the disk,
 // is then renamed over the old file, and the rename is synced too. `fill` returns an error text, empty on success.
-template<typename Fill>
+template <typename Fill>
 bool replace(const QString &path, std::optional<QFileDevice::Permissions> permissions, QString *reason, Fill fill)
 {
     // A link is followed: the file it points at is the one replaced, as QSaveFile does.

@@ -142,7 +142,8 @@ std::optional<Account> Store::account(const std::optional<QUuid> &id) const
 void Store::save(const Account &account)
 {
     auto &accounts = m_book.accounts;
-    const auto found = std::find_if(accounts.begin(), accounts.end(), [&](const Account &a) { return a.id == account.id; });
+    const auto found =
+        std::find_if(accounts.begin(), accounts.end(), [&](const Account &a) { return a.id == account.id; });
     if (found != accounts.end())
         *found = account;
     else

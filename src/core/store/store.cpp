@@ -196,12 +196,12 @@ void Store::load()
         setStatus(tr("Your money file could not be read."));
         return;
     }
-    const QString keptName = moneyFileName + QStringLiteral(".unreadable-")
-                             + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    const QString keptName = moneyFileName + QStringLiteral(".unreadable-") +
+                             QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
     const QString keptPath = m_dir + QLatin1Char('/') + keptName;
     // Neither way replaces a file that an earlier start kept under the same name.
-    if (QFile::rename(moneyFilePath(), keptPath)
-        || (!QFileInfo::exists(keptPath) && copyFileAtomically(moneyFilePath(), keptPath, nullptr, ownerOnlyFile))) {
+    if (QFile::rename(moneyFilePath(), keptPath) ||
+        (!QFileInfo::exists(keptPath) && copyFileAtomically(moneyFilePath(), keptPath, nullptr, ownerOnlyFile))) {
         // A rename keeps the file's own permissions, which may be anyone's.
         QFile::setPermissions(keptPath, ownerOnlyFile);
         setStatus(tr("Your money file could not be read. It was kept as %1.").arg(keptName));
@@ -216,11 +216,12 @@ void Store::keepUnrounded(int count, const QString &first)
 {
     // Amounts longer than any amount can be are rounded as they are read; the next save
     // would write the rounded ones, so the file as it was is copied aside first.
-    const QString keptName = moneyFileName + QStringLiteral(".unrounded-")
-                             + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    const QString keptName = moneyFileName + QStringLiteral(".unrounded-") +
+                             QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
     const QString keptPath = m_dir + QLatin1Char('/') + keptName;
-    QString text = count == 1 ? tr("An amount in your money file had more than 38 digits and was rounded.")
-                              : tr("%1 amounts in your money file had more than 38 digits and were rounded.").arg(count);
+    QString text = count == 1
+                       ? tr("An amount in your money file had more than 38 digits and was rounded.")
+                       : tr("%1 amounts in your money file had more than 38 digits and were rounded.").arg(count);
     if (m_lock && !QFileInfo::exists(keptPath) && copyFileAtomically(moneyFilePath(), keptPath, nullptr, ownerOnlyFile))
         text += tr(" The file as it was is kept as %1.").arg(keptName);
     setStatus(text);
@@ -246,7 +247,8 @@ void Store::assigned()
     scheduleReminders();
 }
 
-Store::OneWrite::OneWrite(Store &store) : m_store(store)
+Store::OneWrite::OneWrite(Store &store)
+    : m_store(store)
 {
     ++m_store.m_oneWriteDepth;
 }
@@ -367,8 +369,8 @@ void Store::dailyBackup()
         qWarning("Coinhall: could not make today's backup: cannot make the folder %s", qPrintable(folder));
         return;
     }
-    const QString name = QStringLiteral("coinhall-") + QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd"))
-                         + QStringLiteral(".json");
+    const QString name = QStringLiteral("coinhall-") + QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd")) +
+                         QStringLiteral(".json");
     const QString target = folder + QLatin1Char('/') + name;
     if (!QFileInfo::exists(target) && QFile::exists(moneyFilePath())) {
         QString reason;

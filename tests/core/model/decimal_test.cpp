@@ -16,7 +16,10 @@ Decimal d(std::string_view text)
     return value.value_or(Decimal());
 }
 
-std::string t(const Decimal &value) { return value.toStdString(); }
+std::string t(const Decimal &value)
+{
+    return value.toStdString();
+}
 
 // One form per value: under 38 digits, exponent in range, trailing zeros only where
 // the exponent is at its top, zero as 0e0.
@@ -27,8 +30,8 @@ bool isCanonical(const Decimal &value)
     if (c == 0)
         return e == 0;
     const __int128 largest = Decimal::fromString(std::string(38, '9'))->coefficient();
-    return c <= largest && e >= Decimal::minExponent && e <= Decimal::maxExponent
-           && (c % 10 != 0 || e == Decimal::maxExponent);
+    return c <= largest && e >= Decimal::minExponent && e <= Decimal::maxExponent &&
+           (c % 10 != 0 || e == Decimal::maxExponent);
 }
 
 // Random numbers of every shape, from a fixed seed so that a failure repeats.
@@ -59,9 +62,8 @@ struct Generator
     // An exact Decimal value: mostly amounts, some long, some at the ends of the range.
     oracle::Num operand()
     {
-        static constexpr long shapes[][3] = {{12, -4, 2},   {12, -4, 2},   {12, -4, 2},
-                                             {12, -4, 2},   {12, -4, 2},   {38, -20, 20},
-                                             {38, -70, 70}, {38, -128, -90}, {38, 90, 127}};
+        static constexpr long shapes[][3] = {{12, -4, 2},   {12, -4, 2},   {12, -4, 2},     {12, -4, 2},  {12, -4, 2},
+                                             {38, -20, 20}, {38, -70, 70}, {38, -128, -90}, {38, 90, 127}};
         const long kind = range(0, 9);
         if (kind == 9)
             return {};
@@ -88,8 +90,8 @@ TEST(Decimal, ReadsAndWritesCanonicalText)
     EXPECT_EQ(d("12.50"), d("1.25e1"));
     EXPECT_EQ(t(Decimal(-1200)), "-1200");
     EXPECT_EQ(t(Decimal(LLONG_MIN)), "-9223372036854775808");
-    for (const char *bad : {"", "+", "-", ".", "e5", "1e", "1e+", " 1", "1 ", "1,5", "abc", "1.2.3",
-                            "0x10", "--1", "1e5.5", "12abc", "\xc2\xbd"})
+    for (const char *bad : {"", "+", "-", ".", "e5", "1e", "1e+", " 1", "1 ", "1,5", "abc", "1.2.3", "0x10", "--1",
+                            "1e5.5", "12abc", "\xc2\xbd"})
         EXPECT_FALSE(Decimal::fromString(std::string_view(bad))) << bad;
     EXPECT_FALSE(Decimal::fromString(QStringLiteral("1\u00a0000")));
     EXPECT_EQ(t(*Decimal::fromString(QStringLiteral("-45.10"))), "-45.1");
@@ -153,11 +155,10 @@ TEST(Decimal, ParsingAndRoundingMatchReference)
         if (form == 0)
             text = oracle::text(n);
         else if (form == 1)
-            text = (n.negative ? "-" : "+") + n.digits + (gen.range(0, 1) ? "e" : "E")
-                   + std::to_string(n.exponent);
+            text = (n.negative ? "-" : "+") + n.digits + (gen.range(0, 1) ? "e" : "E") + std::to_string(n.exponent);
         else
-            text = (n.negative ? "-0" : "") + n.digits.substr(0, 1) + "." + n.digits.substr(1) + "e"
-                   + std::to_string(n.exponent + long(n.digits.size()) - 1);
+            text = (n.negative ? "-0" : "") + n.digits.substr(0, 1) + "." + n.digits.substr(1) + "e" +
+                   std::to_string(n.exponent + long(n.digits.size()) - 1);
         SCOPED_TRACE(text);
         const oracle::Num expected = oracle::round(n, 38, -128);
         const std::optional<Decimal> parsed = Decimal::fromString(text);

@@ -318,7 +318,8 @@ TEST(MoneyFileTest, AcceptsAnyJsonNumberAndIgnoresUnknownKeys)
 // rounded away, and the reader says where.
 TEST(MoneyFileTest, CountsAmountsRoundedTo38Digits)
 {
-    QByteArray file = sampleWith(R"("opening": -120.5)", R"("opening": -120.50000000000000000000000000000000000000000000e0)");
+    QByteArray file =
+        sampleWith(R"("opening": -120.5)", R"("opening": -120.50000000000000000000000000000000000000000000e0)");
     file.replace(R"("amount": -45.1)", R"("amount": -45.1000000000000000000000000000000000001)");
     MoneyFile::Decoded decoded = decode(file);
     ASSERT_TRUE(decoded.book) << decoded.error.toStdString();

@@ -30,9 +30,7 @@ inline int compareInt(const std::string &a, const std::string &b)
 inline std::string addInt(const std::string &a, const std::string &b, int sign = 1)
 {
     std::string out(std::max(a.size(), b.size()) + 1, '0');
-    const auto digit = [](const std::string &s, std::size_t i) {
-        return i < s.size() ? s[s.size() - 1 - i] - '0' : 0;
-    };
+    const auto digit = [](const std::string &s, std::size_t i) { return i < s.size() ? s[s.size() - 1 - i] - '0' : 0; };
     int carry = 0;
     for (std::size_t i = 0; i < out.size(); ++i) {
         const int v = carry + digit(a, i) + sign * digit(b, i);
@@ -87,7 +85,10 @@ inline Num round(Num n, long maxDigits, long minExponent)
     return n.digits.empty() ? Num{} : n;
 }
 
-inline bool overflows(const Num &n) { return n.exponent + long(n.digits.size()) > 38 + 127; }
+inline bool overflows(const Num &n)
+{
+    return n.exponent + long(n.digits.size()) > 38 + 127;
+}
 
 // What Decimal gives for an exact result: 38 digits, exponent floor -128, saturation.
 inline Num finish(const Num &exact)
@@ -124,8 +125,7 @@ inline Num add(const Num &a, const Num &b)
     const auto [x, y] = aligned(a, b, &e);
     if (a.negative == b.negative)
         return finish({a.negative, addInt(x, y), e});
-    return finish(compareInt(x, y) >= 0 ? Num{a.negative, addInt(x, y, -1), e}
-                                        : Num{b.negative, addInt(y, x, -1), e});
+    return finish(compareInt(x, y) >= 0 ? Num{a.negative, addInt(x, y, -1), e} : Num{b.negative, addInt(y, x, -1), e});
 }
 
 inline Num mul(const Num &a, const Num &b)

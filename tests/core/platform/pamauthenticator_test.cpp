@@ -28,10 +28,7 @@ public:
         return m_dir.filePath(name);
     }
 
-    PamAuthenticator authenticator(const QString &service) const
-    {
-        return PamAuthenticator(service, m_dir.path());
-    }
+    PamAuthenticator authenticator(const QString &service) const { return PamAuthenticator(service, m_dir.path()); }
 
 private:
     void write(const QString &name, const QByteArray &text, bool executable)
@@ -67,10 +64,9 @@ TEST(PamAuthenticator, AnswersThePasswordPromptWithTheTypedSecret)
     // pam_exec asks for the password through the conversation and pipes it,
     // NUL-terminated, to the script.
     PamConfig config;
-    const QString script =
-        config.script("secret.sh", "pw=$(tr -d '\\000')\n[ \"$pw\" = 'Grüße 42' ]\n");
-    config.add("exec", "auth required pam_exec.so expose_authtok " + script.toUtf8()
-                           + "\naccount required pam_permit.so\n");
+    const QString script = config.script("secret.sh", "pw=$(tr -d '\\000')\n[ \"$pw\" = 'Grüße 42' ]\n");
+    config.add("exec",
+               "auth required pam_exec.so expose_authtok " + script.toUtf8() + "\naccount required pam_permit.so\n");
     const PamAuthenticator authenticator = config.authenticator("exec");
 
     EXPECT_TRUE(authenticator.check("Grüße 42"));

@@ -352,10 +352,13 @@ TEST_F(Faults, SixtyDigitAmountsAreRoundedTo38DigitsSaidAndKeptAsTheyWere)
     const QStringList kept = QDir(dir).entryList({QStringLiteral("coinhall.json.unrounded-*")});
     ASSERT_EQ(kept.size(), 1);
     EXPECT_EQ(store.status(), "3 amounts in your money file had more than 38 digits and were rounded. "
-                              "The file as it was is kept as " + kept[0] + ".");
+                              "The file as it was is kept as " +
+                                  kept[0] + ".");
     ASSERT_EQ(warnings.size(), 1);
     EXPECT_EQ(warnings[0], "Coinhall: " + store.status() + " (the first: accounts[0].opening)");
-    struct stat keptMode{};
+    struct stat keptMode
+    {
+    };
     ASSERT_EQ(::stat(QFile::encodeName(dir + QLatin1Char('/') + kept[0]).constData(), &keptMode), 0);
     EXPECT_EQ(keptMode.st_mode & 0777, 0600u);
 

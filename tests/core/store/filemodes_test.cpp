@@ -16,7 +16,9 @@ namespace {
 // The permission bits in octal ("600"), or "missing".
 std::string modeOf(const QString &path)
 {
-    struct stat st {};
+    struct stat st
+    {
+    };
     if (::lstat(QFile::encodeName(path).constData(), &st) != 0)
         return "missing";
     return QString::number(st.st_mode & 0777, 8).toStdString();

@@ -160,7 +160,6 @@ TEST_F(Ledger, CategoryPickersLeaveOutTransfer)
     EXPECT_FALSE(spending.contains("Transfer"));
     EXPECT_EQ(spending.first(), "Rent / mortgage");
     EXPECT_EQ(spending.last(), "Other spending");
-    EXPECT_EQ(store.categories(true),
-              (QStringList{"Royalties", "Software sales", "Music sales", "Gigs & bookings", "Web design clients",
-                           "Paycheck", "Refunds", "Other income"}));
+    EXPECT_EQ(store.categories(true), (QStringList{"Royalties", "Software sales", "Music sales", "Gigs & bookings",
+                                                   "Web design clients", "Paycheck", "Refunds", "Other income"}));
 }

@@ -12,9 +12,9 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <csignal>
 #include <thread>
 
 namespace {
@@ -26,7 +26,9 @@ QString todaysBackupName()
 
 mode_t modeOf(const QString &path)
 {
-    struct stat st {};
+    struct stat st
+    {
+    };
     ::stat(QFile::encodeName(path).constData(), &st);
     return st.st_mode & 0777;
 }
@@ -117,7 +119,8 @@ TEST_F(StoreStart, UnreadableFileIsKeptAsideAndNothingIsLost)
 
     const QStringList kept = QDir(dir).entryList({QStringLiteral("coinhall.json.unreadable-*")});
     ASSERT_EQ(kept.size(), 1);
-    EXPECT_TRUE(QRegularExpression(QStringLiteral("^coinhall\\.json\\.unreadable-\\d{8}-\\d{6}$")).match(kept[0]).hasMatch());
+    EXPECT_TRUE(
+        QRegularExpression(QStringLiteral("^coinhall\\.json\\.unreadable-\\d{8}-\\d{6}$")).match(kept[0]).hasMatch());
     EXPECT_EQ(store.status(), QStringLiteral("Your money file could not be read. It was kept as %1.").arg(kept[0]));
     EXPECT_EQ(readAll(dir + QLatin1Char('/') + kept[0]), bytes);
 
@@ -133,7 +136,8 @@ TEST_F(StoreStart, EmptyAndGarbageFilesAreKeptAsideToo)
         writeAll(other.path() + QStringLiteral("/coinhall.json"), bytes);
         Store store({other.path()});
         EXPECT_FALSE(store.loadError().isEmpty());
-        EXPECT_TRUE(store.status().startsWith("Your money file could not be read. It was kept as coinhall.json.unreadable-"));
+        EXPECT_TRUE(
+            store.status().startsWith("Your money file could not be read. It was kept as coinhall.json.unreadable-"));
         EXPECT_EQ(QDir(other.path()).entryList({QStringLiteral("coinhall.json.unreadable-*")}).size(), 1);
     }
 }
@@ -203,7 +207,8 @@ TEST_F(StoreStart, FailedSaveKeepsTheOldFileAndTriesAgain)
     store.add(line(main, "2025-03-02T09:00:00Z", "-2", "Corner shop"));
     setrlimit(RLIMIT_FSIZE, &original);
 
-    EXPECT_TRUE(store.status().startsWith("Could not save: ")) << store.status().toStdString() << " size " << readAll(file()).size();
+    EXPECT_TRUE(store.status().startsWith("Could not save: "))
+        << store.status().toStdString() << " size " << readAll(file()).size();
     EXPECT_EQ(store.book().transactions.size(), 2u);
     EXPECT_EQ(readAll(file()), before);
     EXPECT_TRUE(QDir(dir).entryList({QStringLiteral("*.tmp*"), QStringLiteral("coinhall.json.*")}).isEmpty());
@@ -221,7 +226,8 @@ TEST_F(StoreStart, SecondStoreOnOneFolderWritesNothing)
         Store second({dir});
         EXPECT_FALSE(second.writable());
         EXPECT_EQ(second.book(), first->book());
-        EXPECT_EQ(second.status(), "Coinhall is already open with this money file, so changes made here are not saved.");
+        EXPECT_EQ(second.status(),
+                  "Coinhall is already open with this money file, so changes made here are not saved.");
         second.add(line(second.book().accounts[0], "2025-03-02T09:00:00Z", "-2"));
         EXPECT_EQ(second.status(), "Could not save: another Coinhall has this money file open");
         EXPECT_EQ(readAll(file()), before);
