@@ -173,7 +173,9 @@ std::optional<Decimal> parse(const QString &text)
         const char16_t c = text[i].unicode();
         if (c == u'$' || c == u',' || c == u' ')
             continue;
-        if (c > 127) // no number has such a character in it
+        // No number has a character beyond ASCII in it. An exponent ("1e5") is a typo in
+        // an amount field, not a hundred thousand.
+        if (c > 127 || c == u'e' || c == u'E')
             return std::nullopt;
         digits.push_back(static_cast<char>(c));
     }

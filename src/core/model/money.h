@@ -20,7 +20,7 @@ QString s(const Decimal &amount);
 // "+" before s() for amounts above zero; otherwise exactly s().
 QString signed_(const Decimal &amount);
 // What the user typed into an amount field, or nothing. Accepts "(45.10)",
-// "45.10-", "-45.10", "$1,234.50", "1 234". Never rounds.
+// "45.10-", "-45.10", "$1,234.50", "1 234"; refuses an exponent ("1e5"). Never rounds.
 std::optional<Decimal> parse(const QString &text);
 
 } // namespace Money

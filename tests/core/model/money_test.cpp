@@ -22,7 +22,7 @@ TEST(MoneyParse, AcceptsWhatUsersType)
     const std::pair<const char *, const char *> cases[] = {
         {"(45.10)", "-45.1"}, {"12.00-", "-12"},     {" $1,234.50 ", "1234.5"}, {"1 234", "1234"}, {"45.10-", "-45.1"},
         {"-45.10", "-45.1"},  {"(-45.10)", "-45.1"}, {"(45.10-)", "-45.1"},     {"--5", "5"},      {"12.345", "12.345"},
-        {"\t 7.5\t", "7.5"},  {"$-3", "-3"},         {"-$1,000", "-1000"},      {"+2", "2"},       {"0.1e1", "1"},
+        {"\t 7.5\t", "7.5"},  {"$-3", "-3"},         {"-$1,000", "-1000"},      {"+2", "2"},
     };
     for (const auto &[input, expected] : cases)
         EXPECT_EQ(parsed(QString::fromUtf8(input)), expected) << input;
@@ -34,7 +34,7 @@ TEST(MoneyParse, GivesNothingWithoutANumber)
     for (const char *input : {"", "   ", "\t", "abc", "$", ",", "()", "-", "12abc", "1.2.3",
                               "\xe2\x82\xac"
                               "5",
-                              "5\n", "1\u00a0234"})
+                              "5\n", "1\u00a0234", "1e5", "2E-1"})
         EXPECT_EQ(parsed(QString::fromUtf8(input)), "none") << input;
 }
 
