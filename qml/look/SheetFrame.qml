@@ -1,11 +1,13 @@
 import QtQuick
+import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Coinhall
 
 // The frame of every editor sheet: the title, the form rows in one grouped well, and
 // the button row (an optional destructive key at the leading end, then "Cancel" and
 // the confirming key). Return confirms only while `canSave`; Escape always cancels.
-// When the sheet opens, keyboard focus goes to its first field.
+// When the sheet opens, keyboard focus goes to its first field. Given less height than
+// it needs, the rows scroll between the title and the keys.
 FocusScope {
     id: root
 
@@ -47,6 +49,18 @@ FocusScope {
         return false
     }
 
+    // Scrolls the rows just enough to show `item`, a field inside them.
+    function reveal(item: Item) {
+        if (!item || !scroller.scrolls || !isInside(item, form))
+            return
+        const top = item.mapToItem(well, 0, 0).y
+        const bottom = top + item.height
+        if (top < scroller.contentY)
+            scroller.contentY = Math.max(0, top - Tokens.spaceS)
+        else if (bottom > scroller.contentY + scroller.height)
+            scroller.contentY = Math.min(scroller.contentHeight - scroller.height, bottom - scroller.height + Tokens.spaceS)
+    }
+
     function confirm() {
         if (canSave)
             save()
@@ -67,6 +81,14 @@ FocusScope {
     onVisibleChanged: {
         if (visible)
             Qt.callLater(focusFirstField)
+    }
+
+    // The field that takes the keyboard focus (Tab, or a click) is scrolled into view.
+    Connections {
+        target: root.Window.window
+        function onActiveFocusItemChanged() {
+            root.reveal(root.Window.window.activeFocusItem)
+        }
     }
 
     Rectangle {
@@ -103,26 +125,59 @@ FocusScope {
             Accessible.name: text
         }
 
-        // The grouped form: the rows on one recessed well.
-        Rectangle {
+        // The grouped form: the rows on one recessed well. A sheet given less height
+        // than its rows need scrolls them here, between the title and the keys, so the
+        // keys always stay in view.
+        Flickable {
+            id: scroller
+
+            objectName: "sheetRows"
+            readonly property bool scrolls: contentHeight > height + 0.5
+
             Layout.fillWidth: true
             Layout.fillHeight: true
-            Layout.leftMargin: Tokens.spaceXL
-            Layout.rightMargin: Tokens.spaceXL
             Layout.topMargin: Tokens.spaceM
-            implicitHeight: form.implicitHeight + 2 * Tokens.spaceL
+            implicitHeight: well.implicitHeight
             visible: form.children.length > 0
-            radius: Tokens.wellRadius
-            color: root.look.well
-            border.width: 1
-            border.color: root.look.line
+            contentWidth: width
+            contentHeight: well.implicitHeight
+            clip: scrolls
+            boundsBehavior: Flickable.StopAtBounds
+            // Dragging belongs to the fields; the wheel and the bar scroll.
+            interactive: false
 
-            ColumnLayout {
-                id: form
+            ScrollBar.vertical: ScrollBar {
+                policy: scroller.scrolls ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
+            }
 
-                anchors.fill: parent
-                anchors.margins: Tokens.spaceL
-                spacing: Tokens.spaceM
+            WheelHandler {
+                acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+                onWheel: event => {
+                    const step = event.pixelDelta.y !== 0 ? event.pixelDelta.y : event.angleDelta.y / 120 * 60
+                    scroller.contentY = Math.max(0, Math.min(scroller.contentHeight - scroller.height,
+                                                             scroller.contentY - step))
+                }
+            }
+
+            Rectangle {
+                id: well
+
+                x: Tokens.spaceXL
+                width: scroller.width - 2 * Tokens.spaceXL
+                height: implicitHeight
+                implicitHeight: form.implicitHeight + 2 * Tokens.spaceL
+                radius: Tokens.wellRadius
+                color: root.look.well
+                border.width: 1
+                border.color: root.look.line
+
+                ColumnLayout {
+                    id: form
+
+                    anchors.fill: parent
+                    anchors.margins: Tokens.spaceL
+                    spacing: Tokens.spaceM
+                }
             }
         }
 
@@ -148,6 +203,7 @@ FocusScope {
             Key {
                 id: cancelKey
 
+                objectName: "sheetCancelKey"
                 title: "Cancel"
                 look: root.look
                 onClicked: root.cancel()
@@ -156,6 +212,7 @@ FocusScope {
             Key {
                 id: saveKey
 
+                objectName: "sheetSaveKey"
                 title: root.saveTitle
                 look: root.look
                 lit: true

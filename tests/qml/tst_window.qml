@@ -128,6 +128,37 @@ TestCase {
         compare(corner.y, 20)
     }
 
+    // Zoomed in, a sheet stays inside what the window shows, its keys in view, and
+    // the wheel scrolls its rows, never the window beneath.
+    function test_zoomedSheetFitsTheWindowAndScrollsItsRows() {
+        const window = makeWindow()
+        QFZoom.setLevel(200)
+        window.rootView.openSheet(CHSheet.newTx(false))
+        const sheet = window.rootView.sheetHost.view
+        const shown = window.contentItem.mapToItem(null, 0, 0)
+        const inWindow = item => {
+            const r = sceneRect(item)
+            return r.x >= 0 && r.y >= shown.y && r.x + r.width <= window.width + 0.5 && r.y + r.height <= window.height + 0.5
+        }
+        tryVerify(() => inWindow(sheet), 1000, "sheet at " + JSON.stringify(sceneRect(sheet)))
+        verify(inWindow(findChild(sheet, "sheetSaveKey")))
+        verify(inWindow(findChild(sheet, "sheetCancelKey")))
+
+        const rows = findChild(sheet, "sheetRows")
+        verify(rows.contentHeight > rows.height, "the rows scroll")
+        const below = window.rootView.mapToItem(null, 0, 0)
+        mouseWheel(rows, rows.width / 2, rows.height / 2, 0, -360)
+        verify(rows.contentY > 0)
+        compare(window.rootView.mapToItem(null, 0, 0), below)
+        QFZoom.actualSize()
+    }
+
+    function sceneRect(item) {
+        const corner = item.mapToItem(null, 0, 0)
+        const end = item.mapToItem(null, item.width, item.height)
+        return Qt.rect(corner.x, corner.y, end.x - corner.x, end.y - corner.y)
+    }
+
     function test_aboutPanelCredits() {
         const window = makeWindow()
         choose(window.helpMenu, 3)
