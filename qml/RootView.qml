@@ -36,17 +36,34 @@ FocusScope {
     readonly property Loader screenView: desk.item ? desk.item.screenLoader : null
     // The help window, shared by every way into the help.
     readonly property alias helpWindow: helpWindow
+    // The control that had the keyboard focus when the open sheet was asked for: it
+    // gets the focus back when the sheet closes. Null when it is gone by then.
+    property Item sheetOpener: null
 
     function openSheet(next: var) {
         if (next && next.kind === "help") {
             openHelp()
             return
         }
+        if (next && sheet === null)
+            sheetOpener = Window.window ? Window.window.activeFocusItem : null
         sheet = next
     }
     function closeSheet() {
         sheet = null
-        focusScreen()
+        const opener = sheetOpener
+        sheetOpener = null
+        if (opener && opener.visible && opener.enabled && isInside(opener, desk))
+            opener.forceActiveFocus(Qt.OtherFocusReason)
+        else
+            focusScreen()
+    }
+    function isInside(item: Item, ancestor: Item): bool {
+        for (let p = item; p; p = p.parent) {
+            if (p === ancestor)
+                return true
+        }
+        return false
     }
     // The help request of the Help menu, the kit and the sidebar: the help window at
     // its first chapter. It holds no data, so the lock lets it through.

@@ -54,10 +54,12 @@ TestCase {
         compare(view.sheet.kind, "newTx")
         compare(view.sheet.income, false)
         compare(sheetTitle(view), "Money out")
-        // Escape cancels the sheet; the next key opens a fresh one.
+        // Escape cancels the sheet and gives the focus back to its key; the next key
+        // opens a fresh one.
         keyClick(Qt.Key_Escape)
         compare(view.sheet, null)
         compare(view.sheetHost.view, null)
+        verify(child(view, "moneyOutKey").activeFocus)
 
         mouseClick(child(view, "moneyInKey"))
         compare(view.sheet.kind, "newTx")
