@@ -42,7 +42,7 @@ ApplicationWindow {
 
     menuBar: QFMenuBar {
         QFMenu {
-            title: "File"
+            title: "&File"
 
             Action {
                 text: "Quit"
@@ -54,7 +54,7 @@ ApplicationWindow {
         QFMenu {
             id: themeMenu
 
-            title: "Theme"
+            title: "&Theme"
 
             Instantiator {
                 model: Looks.all
@@ -82,7 +82,7 @@ ApplicationWindow {
         QFMenu {
             id: helpMenu
 
-            title: "Help"
+            title: "&Help"
 
             // The help and the about panel show no data: they work while the books are locked too.
             Action {

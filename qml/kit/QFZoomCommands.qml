@@ -6,7 +6,7 @@ import Coinhall
 QFMenu {
     id: root
 
-    title: "View"
+    title: "&View"
 
     Action {
         text: "Zoom In"

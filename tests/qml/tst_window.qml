@@ -62,7 +62,33 @@ TestCase {
         const menus = []
         for (let i = 0; i < window.menuBar.count; ++i)
             menus.push(window.menuBar.menuAt(i).title)
-        compare(menus, ["File", "Theme", "View", "Help"])
+        compare(menus, ["&File", "&Theme", "&View", "&Help"])
+    }
+
+    // F10 and Alt with the underlined letter open the menus; the arrows, Return and
+    // Escape do the rest, and the keyboard goes back where it was.
+    function test_menusOpenFromTheKeyboard() {
+        const window = makeWindow()
+        const bar = window.menuBar
+        const focused = window.activeFocusItem
+        compare(bar.itemAt(0).Accessible.name, "File")
+        keyClick(Qt.Key_F10)
+        tryCompare(bar.menuAt(0), "opened", true)
+        keyClick(Qt.Key_Right)
+        tryCompare(bar.menuAt(1), "opened", true)
+        verify(!bar.menuAt(0).visible)
+        keyClick(Qt.Key_Escape)
+        tryCompare(bar.menuAt(1), "visible", false)
+        compare(window.activeFocusItem, focused)
+
+        keyClick(Qt.Key_V, Qt.AltModifier)
+        tryCompare(bar.menuAt(2), "opened", true)
+        keyClick(Qt.Key_Down)
+        keyClick(Qt.Key_Return)
+        tryCompare(bar.menuAt(2), "visible", false)
+        compare(QFZoom.value, 1.15)
+        compare(window.activeFocusItem, focused)
+        QFZoom.actualSize()
     }
 
     function test_themeMenuRecoloursAndIsStored() {

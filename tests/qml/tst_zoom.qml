@@ -166,7 +166,7 @@ TestCase {
 
     function test_viewMenuCommands() {
         const menu = createTemporaryObject(commandsComponent, testCase)
-        compare(menu.title, "View")
+        compare(menu.title, "&View")
         const titles = []
         for (let i = 0; i < menu.count; ++i)
             titles.push(menu.itemAt(i).text)
