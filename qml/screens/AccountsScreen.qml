@@ -61,18 +61,21 @@ Item {
                 anchors.fill: parent
                 spacing: Tokens.spaceS
 
-                Repeater {
+                ListRows {
+                    id: accountRows
+
+                    spacing: Tokens.spaceS
                     // A count, not the list: a changed balance updates the lines in place.
                     model: bridge.accounts.length
 
-                    RowBG {
+                    delegate: RowBG {
                         id: line
 
                         required property int index
                         readonly property var account: bridge.accounts[index] || ({})
 
                         objectName: "accountLine"
-                        Layout.fillWidth: true
+                        width: accountRows.cellWidth
                         look: root.look
                         Accessible.role: Accessible.ListItem
                         Accessible.name: account.title + ", " + account.countText + ", balance " + account.balanceText
@@ -244,30 +247,27 @@ Item {
                     textFormat: Text.PlainText
                 }
 
-                GridLayout {
-                    Layout.fillWidth: true
+                ListRows {
+                    id: budgetRows
+
                     columns: width > 640 ? 2 : 1
                     columnSpacing: Tokens.spaceXL
                     rowSpacing: Tokens.spaceS
+                    model: bridge.budgets.length
 
-                    Repeater {
-                        model: bridge.budgets.length
+                    delegate: BudgetRow {
+                        // The position in this list (an integer model's data is its row).
+                        required property int modelData
+                        readonly property var entry: root.bridge.budgets[modelData] || ({})
 
-                        BudgetRow {
-                            // The position in this list (an integer model's data is its row).
-                            required property int modelData
-                            readonly property var entry: root.bridge.budgets[modelData] || ({})
-
-                            objectName: "budgetRow"
-                            Layout.fillWidth: true
-                            Layout.preferredWidth: 1
-                            bridge: root.bridge
-                            // The category's place in the Book, not in this list.
-                            index: entry.index === undefined ? -1 : entry.index
-                            name: entry.name || ""
-                            budget: entry.budget || ""
-                            look: root.look
-                        }
+                        objectName: "budgetRow"
+                        width: budgetRows.cellWidth
+                        bridge: root.bridge
+                        // The category's place in the Book, not in this list.
+                        index: entry.index === undefined ? -1 : entry.index
+                        name: entry.name || ""
+                        budget: entry.budget || ""
+                        look: root.look
                     }
                 }
             }

@@ -85,14 +85,17 @@ Item {
                             anchors.fill: parent
                             spacing: Tokens.spaceS
 
-                            Repeater {
+                            ListRows {
+                                id: activeRows
+
+                                spacing: Tokens.spaceS
                                 // A count, not the list: a change updates the lines in place.
                                 model: bills.active.length
 
-                                BillLine {
+                                delegate: BillLine {
                                     required property int index
 
-                                    Layout.fillWidth: true
+                                    width: activeRows.cellWidth
                                     bill: bills.active[index] || ({})
                                     look: root.look
                                     onPayRequested: root.openSheet(CHSheet.payBill(bill))
@@ -127,16 +130,19 @@ Item {
                                 look: root.look
                             }
 
-                            Repeater {
+                            ListRows {
+                                id: finishedRows
+
+                                spacing: Tokens.spaceS
                                 model: bills.finished
 
-                                RowBG {
+                                delegate: RowBG {
                                     id: finishedRow
 
                                     required property var modelData
 
                                     objectName: "finishedRow"
-                                    Layout.fillWidth: true
+                                    width: finishedRows.cellWidth
                                     look: root.look
                                     Accessible.role: Accessible.ListItem
                                     Accessible.name: modelData.name + ", " + modelData.amountText
@@ -241,15 +247,18 @@ Item {
                             Accessible.name: "Overdue: " + text
                         }
                         // The first few, soonest due first; the summary above counts them all.
-                        Repeater {
+                        ListRows {
+                            id: overdueRows
+
+                            spacing: Tokens.spaceS
                             model: bills.overdue.slice(0, 4)
 
-                            RowLayout {
+                            delegate: RowLayout {
                                 id: overdueRow
 
                                 required property var modelData
 
-                                Layout.fillWidth: true
+                                width: overdueRows.cellWidth
                                 spacing: Tokens.spaceS
 
                                 Text {
@@ -293,16 +302,19 @@ Item {
                             look: root.look
                         }
 
-                        Repeater {
+                        ListRows {
+                            id: paymentRows
+
+                            spacing: Tokens.spaceS
                             model: bills.recentPayments
 
-                            RowLayout {
+                            delegate: RowLayout {
                                 id: paidRow
 
                                 required property var modelData
 
                                 objectName: "paidRow"
-                                Layout.fillWidth: true
+                                width: paymentRows.cellWidth
                                 spacing: Tokens.spaceS
                                 Accessible.role: Accessible.ListItem
                                 Accessible.name: modelData.name + ", " + modelData.dateText + ", "

@@ -413,14 +413,17 @@ Item {
                         look: root.look
                     }
 
-                    Repeater {
+                    ListRows {
+                        id: itemRows
+
+                        spacing: Tokens.spaceS
                         model: root.pickedDay ? root.pickedDay.items : []
 
-                        ItemChip {
+                        delegate: ItemChip {
                             required property var modelData
 
                             objectName: "pickedItem"
-                            Layout.fillWidth: true
+                            width: itemRows.cellWidth
                             item: modelData
                             tone: root.toneColor(modelData.tone)
                             look: root.look

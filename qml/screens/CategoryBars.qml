@@ -42,16 +42,19 @@ ColumnLayout {
         look: root.look
     }
 
-    Repeater {
+    ListRows {
+        id: lineRows
+
+        spacing: Tokens.spaceS
         model: root.lines
 
-        ColumnLayout {
+        delegate: ColumnLayout {
             id: line
 
             required property var modelData
 
             objectName: "categoryLine"
-            Layout.fillWidth: true
+            width: lineRows.cellWidth
             spacing: Tokens.spaceXS
             Accessible.role: Accessible.ListItem
             Accessible.name: modelData.name + ", " + modelData.amountText + ", " + modelData.percentText

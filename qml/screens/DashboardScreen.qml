@@ -186,10 +186,13 @@ Item {
                 keyTitle: "All"
                 onKeyPressed: root.showScreen("register")
 
-                Repeater {
+                ListRows {
+                    id: latestRows
+
+                    spacing: Tokens.spaceS
                     model: latest
 
-                    TxRow {
+                    delegate: TxRow {
                         required property string txId
                         required kind
                         required payee
@@ -200,7 +203,7 @@ Item {
                         required cleared
 
                         objectName: "latestRow"
-                        Layout.fillWidth: true
+                        width: latestRows.cellWidth
                         look: root.look
                         onActivated: {
                             const record = ledger.transaction(txId)
@@ -227,16 +230,19 @@ Item {
                 keyName: "New account"
                 onKeyPressed: root.openSheet(CHSheet.newAccount())
 
-                Repeater {
+                ListRows {
+                    id: accountRows
+
+                    spacing: Tokens.spaceS
                     model: summary.accounts
 
-                    RowBG {
+                    delegate: RowBG {
                         id: accountRow
 
                         required property var modelData
 
                         objectName: "accountRow"
-                        Layout.fillWidth: true
+                        width: accountRows.cellWidth
                         look: root.look
                         Accessible.role: Accessible.ListItem
                         Accessible.name: modelData.name + ", " + modelData.balanceText
@@ -288,14 +294,17 @@ Item {
                 keyTitle: "Bills"
                 onKeyPressed: root.showScreen("bills")
 
-                Repeater {
+                ListRows {
+                    id: billRows
+
+                    spacing: Tokens.spaceS
                     model: bills.upcoming
 
-                    BillLine {
+                    delegate: BillLine {
                         required property var modelData
 
                         objectName: "billRow"
-                        Layout.fillWidth: true
+                        width: billRows.cellWidth
                         bill: modelData
                         look: root.look
                         onPayRequested: root.openSheet(CHSheet.payBill(modelData))
@@ -321,16 +330,19 @@ Item {
                 keyTitle: "Royalties"
                 onKeyPressed: root.showScreen("royalties")
 
-                Repeater {
+                ListRows {
+                    id: royaltyRows
+
+                    spacing: Tokens.spaceS
                     model: summary.royalties
 
-                    RowBG {
+                    delegate: RowBG {
                         id: royaltyRow
 
                         required property var modelData
 
                         objectName: "royaltyRow"
-                        Layout.fillWidth: true
+                        width: royaltyRows.cellWidth
                         look: root.look
                         Accessible.role: Accessible.ListItem
                         Accessible.name: modelData.payer + ", " + modelData.expectedText + ", " + modelData.expectedLine

@@ -244,31 +244,36 @@ Item {
                     textFormat: Text.PlainText
                 }
 
-                Repeater {
-                    model: [
-                        { kind: "In", color: root.inColor },
-                        { kind: "Out", color: root.outColor }
-                    ]
+                // A positioner holds the entries, not the layout: the model is made anew with each look.
+                Row {
+                    spacing: Tokens.spaceM
 
-                    Row {
-                        id: legend
+                    Repeater {
+                        model: [
+                            { kind: "In", color: root.inColor },
+                            { kind: "Out", color: root.outColor }
+                        ]
 
-                        required property var modelData
+                        Row {
+                            id: legend
 
-                        spacing: Tokens.spaceXS
+                            required property var modelData
 
-                        Rectangle {
-                            anchors.verticalCenter: parent.verticalCenter
-                            width: 10
-                            height: 10
-                            radius: 2
-                            color: legend.modelData.color
-                        }
-                        Text {
-                            text: legend.modelData.kind
-                            font: marks.font
-                            color: root.look.soft
-                            textFormat: Text.PlainText
+                            spacing: Tokens.spaceXS
+
+                            Rectangle {
+                                anchors.verticalCenter: parent.verticalCenter
+                                width: 10
+                                height: 10
+                                radius: 2
+                                color: legend.modelData.color
+                            }
+                            Text {
+                                text: legend.modelData.kind
+                                font: marks.font
+                                color: root.look.soft
+                                textFormat: Text.PlainText
+                            }
                         }
                     }
                 }

@@ -108,15 +108,18 @@ Item {
                                 look: root.look
                             }
 
-                            Repeater {
+                            ListRows {
+                                id: expectedRows
+
+                                spacing: Tokens.spaceS
                                 // A count, not the list: a change updates the rows in place.
                                 model: royalties.expected.length
 
-                                RoyaltyLine {
+                                delegate: RoyaltyLine {
                                     required property int index
 
                                     objectName: "expectedRow"
-                                    Layout.fillWidth: true
+                                    width: expectedRows.cellWidth
                                     royalty: royalties.expected[index] || ({})
                                     look: root.look
                                     onReceiveRequested: root.openSheet(CHSheet.receiveRoyalty(royalty))
@@ -148,14 +151,17 @@ Item {
                                 look: root.look
                             }
 
-                            Repeater {
+                            ListRows {
+                                id: receivedRows
+
+                                spacing: Tokens.spaceS
                                 model: royalties.received.length
 
-                                RoyaltyLine {
+                                delegate: RoyaltyLine {
                                     required property int index
 
                                     objectName: "receivedRow"
-                                    Layout.fillWidth: true
+                                    width: receivedRows.cellWidth
                                     royalty: royalties.received[index] || ({})
                                     look: root.look
                                     onEditRequested: root.openSheet(CHSheet.editRoyalty(royalty))
@@ -196,16 +202,19 @@ Item {
                         look: root.look
                     }
 
-                    Repeater {
+                    ListRows {
+                        id: payerRows
+
+                        spacing: Tokens.spaceS
                         model: royalties.payers
 
-                        RowLayout {
+                        delegate: RowLayout {
                             id: payerRow
 
                             required property var modelData
 
                             objectName: "payerRow"
-                            Layout.fillWidth: true
+                            width: payerRows.cellWidth
                             spacing: Tokens.spaceS
                             Accessible.role: Accessible.ListItem
                             Accessible.name: modelData.payer + ", " + modelData.totalText

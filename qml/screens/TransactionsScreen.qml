@@ -57,6 +57,17 @@ Item {
         exportDialog.open()
     }
 
+    // One figure of the summary strip: the count of lines, money in, money out.
+    component SummaryText: Text {
+        font.family: Tokens.lcdFamily
+        font.weight: Font.Bold
+        font.pointSize: Tokens.pt(Tokens.bodySize)
+        color: root.look.lcd
+        textFormat: Text.PlainText
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+
     LedgerBridge {
         id: ledger
 
@@ -174,21 +185,14 @@ Item {
                 anchors.rightMargin: Tokens.spaceS
                 spacing: Tokens.spaceXL
 
-                Repeater {
-                    model: [lines.linesText, lines.inText, lines.outText]
-
-                    Text {
-                        required property string modelData
-
-                        text: modelData
-                        font.family: Tokens.lcdFamily
-                        font.weight: Font.Bold
-                        font.pointSize: Tokens.pt(Tokens.bodySize)
-                        color: root.look.lcd
-                        textFormat: Text.PlainText
-                        Accessible.role: Accessible.StaticText
-                        Accessible.name: text
-                    }
+                SummaryText {
+                    text: lines.linesText
+                }
+                SummaryText {
+                    text: lines.inText
+                }
+                SummaryText {
+                    text: lines.outText
                 }
 
                 Item {

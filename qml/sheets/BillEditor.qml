@@ -206,15 +206,18 @@ SheetFrame {
                 look: root.look
             }
 
-            Repeater {
+            ListRows {
+                id: historyRows
+
+                spacing: Tokens.spaceXS
                 model: root.b.history || []
 
-                RowLayout {
+                delegate: RowLayout {
                     id: payment
 
                     required property var modelData
 
-                    Layout.fillWidth: true
+                    width: historyRows.cellWidth
                     spacing: Tokens.spaceM
                     Accessible.role: Accessible.StaticText
                     Accessible.name: modelData.dateText + ", " + modelData.amountText

@@ -107,30 +107,27 @@ SheetFrame {
         look: root.look
     }
 
-    GridLayout {
+    ListRows {
+        id: columnPickers
+
         objectName: "columnPickers"
-        Layout.fillWidth: true
         visible: bridge.hasFile
         columns: 2
         columnSpacing: Tokens.spaceL
         rowSpacing: Tokens.spaceS
+        model: root.columnLabels
 
-        Repeater {
-            model: root.columnLabels
+        delegate: FormChoice {
+            required property int index
+            required property string modelData
 
-            FormChoice {
-                required property int index
-                required property string modelData
-
-                objectName: "columnPicker"
-                Layout.fillWidth: true
-                Layout.preferredWidth: 1
-                label: modelData
-                model: bridge.columnChoices
-                currentIndex: bridge.choices.length > index ? bridge.choices[index] : 0
-                look: root.look
-                onActivated: choice => bridge.setChoice(index, choice)
-            }
+            objectName: "columnPicker"
+            width: columnPickers.cellWidth
+            label: modelData
+            model: bridge.columnChoices
+            currentIndex: bridge.choices.length > index ? bridge.choices[index] : 0
+            look: root.look
+            onActivated: choice => bridge.setChoice(index, choice)
         }
     }
 

@@ -79,8 +79,15 @@ Item {
             return findItem(item, i => i.title === title && i.Accessible.role === Accessible.Button && i.visible)
         }
 
+        // Rows are placed by a positioner on the next polish: wait for it before clicking.
+        function placed(item: var): var {
+            if (item && isPolishScheduled(item.parent))
+                waitForItemPolished(item.parent)
+            return item
+        }
+
         function lineNamed(screen: var, name: string): var {
-            return findItem(screen, i => i.bill !== undefined && i.bill.name === name && i.payRequested !== undefined)
+            return placed(findItem(screen, i => i.bill !== undefined && i.bill.name === name && i.payRequested !== undefined))
         }
 
         function type(field: var, text: string) {

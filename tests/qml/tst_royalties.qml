@@ -72,8 +72,12 @@ Item {
             return findItem(item, i => i.title === title && i.Accessible.role === Accessible.Button && i.visible)
         }
 
+        // Rows are placed by a positioner on the next polish: wait for it before clicking.
         function row(screen: var, kind: string, payer: string): var {
-            return findItem(screen, i => i.objectName === kind && i.royalty.payer === payer)
+            const found = findItem(screen, i => i.objectName === kind && i.royalty.payer === payer)
+            if (found && isPolishScheduled(found.parent))
+                waitForItemPolished(found.parent)
+            return found
         }
 
         function type(field: var, text: string) {
