@@ -28,6 +28,44 @@ ApplicationWindow {
 
     Component.onCompleted: connectKit()
 
+    // The control that takes the keyboard focus is scrolled into view in every
+    // scrolling view it lies in, innermost first: a screen's column, a sheet's rows,
+    // and the zoomed window itself.
+    function revealFocus() {
+        const item = activeFocusItem
+        if (!item)
+            return
+        for (let view = item.parent; view; view = view.parent) {
+            if (view.contentItem === undefined || view.contentY === undefined || !view.clip)
+                continue
+            const start = item.mapToItem(view, 0, 0)
+            const end = item.mapToItem(view, item.width, item.height)
+            view.contentX = revealedAt(view.contentX, start.x, end.x, view.width, view.originX, view.contentWidth)
+            view.contentY = revealedAt(view.contentY, start.y, end.y, view.height, view.originY, view.contentHeight)
+        }
+    }
+
+    // The scroll position along one axis that shows the span from `from` to `to` (in
+    // the view's own coordinates): whole when it fits, else from its start when none
+    // of it shows. Unchanged when nothing needs to move.
+    function revealedAt(position: real, from: real, to: real, size: real, origin: real, extent: real): real {
+        const margin = 8
+        let next = position
+        if (to - from + 2 * margin <= size) {
+            if (from < 0)
+                next = position + from - margin
+            else if (to > size)
+                next = position + to - size + margin
+        } else if (to <= 0 || from >= size) {
+            next = position + from - margin
+        }
+        if (next === position)
+            return position
+        return Math.max(origin, Math.min(origin + extent - size, next))
+    }
+
+    onActiveFocusItemChanged: Qt.callLater(revealFocus)
+
     QFKitTheme {
         id: lookTheme
 

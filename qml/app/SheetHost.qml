@@ -143,12 +143,13 @@ FocusScope {
         focus: true
         onLoaded: {
             // The width the sheet asks for; it gets less when the window shows less.
-            const wanted = item.width
-            item.width = Qt.binding(() => Math.min(wanted, root.shownArea.width - 2 * margin))
-            item.height = Qt.binding(() => Math.min(item.implicitHeight, root.shownArea.height - 2 * margin))
-            item.sheet = root.sheet
-            item.done.connect(root.done)
-            item.forceActiveFocus()
+            const view = item
+            const wanted = view.width
+            view.width = Qt.binding(() => Math.min(wanted, root.shownArea.width - 2 * margin))
+            view.height = Qt.binding(() => Math.min(view.implicitHeight, root.shownArea.height - 2 * margin))
+            view.sheet = root.sheet
+            view.done.connect(root.done)
+            view.forceActiveFocus()
         }
     }
 

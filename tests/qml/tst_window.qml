@@ -179,6 +179,20 @@ TestCase {
         QFZoom.actualSize()
     }
 
+    // Zoomed in, the control the keyboard moves to is scrolled into the window.
+    function test_tabScrollsTheZoomedWindowToTheFocus() {
+        const window = makeWindow()
+        QFZoom.setLevel(200)
+        const picker = findChild(window.rootView, "themePicker")
+        verify(sceneRect(picker).x > window.width, "the picker starts off-screen")
+        findChild(window.rootView, "transferKey").forceActiveFocus(Qt.TabFocusReason)
+        for (let i = 0; i < 4 && !picker.activeFocus; ++i)
+            keyClick(Qt.Key_Tab)
+        verify(picker.activeFocus)
+        tryVerify(() => sceneRect(picker).x + picker.width * 2 <= window.width, 1000, "picker at " + sceneRect(picker).x)
+        QFZoom.actualSize()
+    }
+
     function sceneRect(item) {
         const corner = item.mapToItem(null, 0, 0)
         const end = item.mapToItem(null, item.width, item.height)
