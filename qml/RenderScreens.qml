@@ -2,9 +2,9 @@ import QtQuick
 import Coinhall
 
 // The window of `coinhall --render-screens`: the main window, driven through every
-// look, both zooms, every screen and every sheet, the lock, the about panel and the
-// help window, each state saved as a picture by `shots` (a C++ object with
-// save(window, name) and finish(count)).
+// look, four zooms (85%, 100%, 150%, 200%), every screen and every sheet, the lock,
+// the about panel and the help window, each state saved as a picture by `shots` (a
+// C++ object with save(window, name) and finish(count)).
 Main {
     id: root
 
@@ -86,7 +86,7 @@ Main {
     function plan() {
         const list = []
         for (const look of Looks.all) {
-            for (const zoom of [100, 200]) {
+            for (const zoom of [85, 100, 150, 200]) {
                 for (const screen of rootView.screens)
                     list.push({ look: look.id, zoom: zoom, name: screen.key, screen: screen.key, sheet: null })
                 for (const view of sheetViews())
@@ -112,7 +112,7 @@ Main {
         const job = jobs[next]
         Looks.choose(job.look)
         QFZoom.setLevel(job.zoom)
-        // At 200% the window is twice as large, so the whole root view shows, twice as big.
+        // The window grows with the zoom, so the whole root view shows at every zoom.
         width = 1380 * job.zoom / 100
         height = 900 * job.zoom / 100
         rootView.screen = job.screen
