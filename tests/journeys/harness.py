@@ -1,0 +1,272 @@
+"""Drives the real Coinhall window as a person does: controls are found by their
+accessible name and role over AT-SPI (as a screen reader finds them), and pressed
+and typed into with real X input through xdotool, on a private Xvfb display inside
+the D-Bus session the test runs in (dbus-run-session)."""
+
+import json
+import os
+import shutil
+import signal
+import struct
+import subprocess
+import tempfile
+import time
+import zlib
+from decimal import Decimal
+
+import pyatspi
+
+
+class Failure(Exception):
+    pass
+
+
+def wait_for(what, condition, timeout=10.0, alive=None):
+    """Polls `condition` until it gives something true, and returns that; fails
+    with `what` after `timeout` seconds, or at once when `alive` says the window died."""
+    end = time.monotonic() + timeout
+    while True:
+        if alive:
+            alive()
+        try:
+            got = condition()
+        except Exception:  # the tree changes under a walk: try again
+            got = None
+        if got:
+            return got
+        if time.monotonic() > end:
+            raise Failure(f"waited {timeout:g} s for {what}")
+        time.sleep(0.05)
+
+
+def xwd_to_png(xwd_path, png_path):
+    """The screen dump as a PNG anyone can open (xwd: 24-bit ZPixmap, as Xvfb gives it)."""
+    data = open(xwd_path, "rb").read()
+    head = struct.unpack(">25I", data[:100])
+    header_size, width, height, bpp, line, ncolors = head[0], head[4], head[5], head[11], head[12], head[19]
+    pixels = data[header_size + 12 * ncolors:]
+    step = bpp // 8
+    rows = bytearray()
+    for y in range(height):
+        rows.append(0)
+        row = pixels[y * line: y * line + width * step]
+        for x in range(0, len(row), step):  # little-endian BGRX
+            rows += bytes((row[x + 2], row[x + 1], row[x]))
+
+    def chunk(kind, body):
+        return struct.pack(">I", len(body)) + kind + body + struct.pack(">I", zlib.crc32(kind + body))
+
+    png = b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0))
+    png += chunk(b"IDAT", zlib.compress(bytes(rows), 6)) + chunk(b"IEND", b"")
+    open(png_path, "wb").write(png)
+
+
+class Display:
+    """A private X server and the accessibility bus, for one run of the driver."""
+
+    def __init__(self, width=1600, height=1000):
+        read, write = os.pipe()
+        self.xvfb = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(write), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp",
+             "-noreset"], pass_fds=(write,), stderr=subprocess.DEVNULL)
+        os.close(write)
+        with os.fdopen(read) as f:
+            number = f.readline().strip()
+        if not number:
+            raise Failure("Xvfb did not start")
+        self.name = ":" + number
+        os.environ["DISPLAY"] = self.name
+        # Qt only talks to the accessibility bus once it is there; it does not start it.
+        self.bus = subprocess.Popen(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"],
+                                    stderr=subprocess.DEVNULL)
+        wait_for("the accessibility bus", lambda: pyatspi.Registry.getDesktop(0) is not None)
+
+    def close(self):
+        for p in (self.bus, self.xvfb):
+            p.terminate()
+            p.wait()
+
+    def screenshot(self, path):
+        raw = path + ".xwd"
+        subprocess.run(["xwd", "-root", "-silent", "-display", self.name, "-out", raw], check=True)
+        xwd_to_png(raw, path)
+        os.remove(raw)
+
+
+def xdo(*args):
+    subprocess.run(["xdotool", *map(str, args)], check=True)
+
+
+def showing(node):
+    states = node.getState()
+    return states.contains(pyatspi.STATE_SHOWING) and states.contains(pyatspi.STATE_VISIBLE)
+
+
+class App:
+    """One coinhall process on its own data folder, home and temporary folder."""
+
+    def __init__(self, exe, display, home, out_dir, label):
+        self.exe, self.display, self.home, self.out, self.label = exe, display, home, out_dir, label
+        self.data = os.path.join(home, "books")
+        self.proc = None
+        self.step = "start"
+        self.runs = 0
+
+    # -- the process --------------------------------------------------------
+
+    def env(self):
+        env = dict(os.environ)
+        h = self.home
+        env.update(HOME=h, XDG_CONFIG_HOME=f"{h}/.config", XDG_DATA_HOME=f"{h}/.local/share",
+                   XDG_CACHE_HOME=f"{h}/.cache", XDG_RUNTIME_DIR=f"{h}/run", TMPDIR=f"{h}/tmp",
+                   QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", LC_ALL="C.UTF-8",
+                   QT_SCALE_FACTOR="1", QT_ENABLE_HIGHDPI_SCALING="0")
+        # A leak report at the end is the other tests' business; memory faults still stop the run.
+        env["ASAN_OPTIONS"] = env.get("ASAN_OPTIONS", "") + ":detect_leaks=0"
+        for d in ("run", "tmp", ".config"):
+            os.makedirs(f"{h}/{d}", mode=0o700, exist_ok=True)
+        return env
+
+    def start(self, wrap=()):
+        self.runs += 1
+        self.stderr_path = os.path.join(self.out, f"{self.label}.{self.runs}.stderr")
+        self.proc = subprocess.Popen([*wrap, self.exe, "--data-dir", self.data], env=self.env(), cwd=self.home,
+                                     stdout=subprocess.DEVNULL, stderr=open(self.stderr_path, "wb"))
+        self.note("start")
+        self.window = wait_for("the main window", lambda: self.frame("QFS Coinhall"), 30, self.check_alive)
+        # A new user meets the help on the first start, and closes it.
+        helpframe = self.frame("QFS Coinhall Help")
+        if helpframe:
+            self.note("close the help shown on the first start")
+            self.click(self.find("Done", "push button", within=helpframe))
+            wait_for("the help to close", lambda: not self.frame("QFS Coinhall Help"), 5, self.check_alive)
+        # The keyboard to the main window, as a window manager gives it (Xvfb has none).
+        ids = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(self.proc.pid), "--name", "^QFS Coinhall$"],
+                             capture_output=True, text=True).stdout.split()
+        for window in ids:
+            xdo("windowfocus", window)
+        return self
+
+    def note(self, step):
+        """The step now under way: named when the journey fails, printed with JOURNEYS_TRACE set."""
+        self.step = step
+        if os.environ.get("JOURNEYS_TRACE"):
+            print(f"  {time.monotonic():.1f} {step}", flush=True)
+
+    def check_alive(self):
+        code = self.proc.poll()
+        if code is not None:
+            how = f"signal {signal.Signals(-code).name}" if code < 0 else f"exit status {code}"
+            raise Failure(f"the window died ({how})")
+
+    def kill(self):
+        self.proc.send_signal(signal.SIGKILL)
+        self.proc.wait()
+
+    def quit(self):
+        xdo("key", "ctrl+q")
+        try:
+            code = self.proc.wait(15)
+        except subprocess.TimeoutExpired:
+            raise Failure("the window did not close on Ctrl+Q")
+        if code != 0:
+            raise Failure(f"the window ended with status {code} on Ctrl+Q")
+
+    # -- the accessible tree ----------------------------------------------
+
+    def application(self):
+        for app in pyatspi.Registry.getDesktop(0):
+            if app is not None and app.get_process_id() == self.proc.pid:
+                return app
+        return None
+
+    def frame(self, title):
+        app = self.application()
+        for f in app or ():
+            if f is not None and f.name == title and showing(f):
+                return f
+        return None
+
+    def nodes(self, within=None):
+        """Every showing node under `within` (the main window by default), depth first."""
+        stack = [within or self.window]
+        while stack:
+            node = stack.pop()
+            if node is None or not showing(node):
+                continue
+            yield node
+            stack.extend(reversed([c for c in node]))
+
+    def matches(self, name, role, within=None):
+        test = name if callable(name) else (lambda n: n == name)
+        return [n for n in self.nodes(within) if test(n.name) and (role is None or n.getRoleName() == role)]
+
+    def find(self, name, role=None, within=None, timeout=10.0, index=0):
+        def look():
+            found = self.matches(name, role, within)
+            return found[index] if len(found) > index else None
+        what = f"{role or 'control'} {name!r}" if not callable(name) else f"a {role or 'control'} matching"
+        return wait_for(f"{what} on screen", look, timeout, self.check_alive)
+
+    def names(self, within=None):
+        return [n.name for n in self.nodes(within) if n.name]
+
+    def shows(self, *texts, within=None, timeout=10.0):
+        """Waits until every text appears within some accessible name on screen."""
+        def look():
+            names = self.names(within)
+            return all(any(t in n for n in names) for t in texts)
+        return wait_for(f"the screen to show {texts!r}", look, timeout, self.check_alive)
+
+    # -- real input ---------------------------------------------------------
+
+    def click(self, node, button=1):
+        box = node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        win = self.window.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        x, y = box.x + box.width // 2, box.y + box.height // 2
+        if not (win.x <= x < win.x + win.width and win.y <= y < win.y + win.height):
+            raise Failure(f"{node.getRoleName()} {node.name!r} is outside the window "
+                          f"(at {x},{y}; window {win.width}x{win.height})")
+        xdo("mousemove", x, y, "click", button)
+        self.check_alive()
+
+    def press(self, name, role="push button", within=None):
+        self.click(self.find(name, role, within))
+
+    def fill(self, node, text):
+        """Clicks a field, selects what it holds and types over it."""
+        self.click(node)
+        self.key("ctrl+a", "BackSpace")
+        if text:
+            self.type(text)
+
+    def type(self, text):
+        xdo("type", "--delay", 8, text)
+        self.check_alive()
+
+    def key(self, *keys):
+        xdo("key", "--delay", 30, *keys)
+        self.check_alive()
+
+    def wheel(self, node, clicks):
+        box = node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        xdo("mousemove", box.x + box.width // 2, box.y + box.height // 2)
+        xdo("click", "--repeat", abs(clicks), "--delay", 20, 5 if clicks > 0 else 4)
+
+    # -- the money file -----------------------------------------------------
+
+    def book(self):
+        """The money file as saved, amounts as exact decimals; None before the first save."""
+        path = os.path.join(self.data, "coinhall.json")
+        if not os.path.exists(path):
+            return None
+        with open(path, encoding="utf-8") as f:
+            return json.load(f, parse_float=Decimal, parse_int=Decimal)
+
+
+def fresh_home(root, label, book_path=None):
+    home = tempfile.mkdtemp(prefix=label + ".", dir=root)
+    os.makedirs(os.path.join(home, "books"), mode=0o700)
+    if book_path:
+        shutil.copy(book_path, os.path.join(home, "books", "coinhall.json"))
+    return home
