@@ -50,6 +50,9 @@ QtObject {
     readonly property real screenTitleSize: 24
     readonly property real subtitleSize: 12.5
     readonly property real sheetTitleSize: 14
+    // Small capitals on a badge ("PENDING"): below this, heavy capitals lose the shapes
+    // that tell them apart (a G reads as an O).
+    readonly property real badgeSize: 10.5
 
     // Keys.
     readonly property real keyHeight: 30

@@ -101,7 +101,8 @@ Item {
             Rectangle {
                 objectName: "pendingBadge"
                 visible: !root.cleared
-                implicitWidth: badge.implicitWidth + 2 * Tokens.spaceS
+                // The text's width less the spacing Qt adds after its last letter, so it sits centred.
+                implicitWidth: badge.implicitWidth - badge.font.letterSpacing + 2 * Tokens.spaceS
                 implicitHeight: badge.implicitHeight + 4
                 radius: Tokens.rowRadius
                 color: "transparent"
@@ -111,12 +112,13 @@ Item {
                 Text {
                     id: badge
 
-                    anchors.centerIn: parent
+                    x: Tokens.spaceS
+                    anchors.verticalCenter: parent.verticalCenter
                     text: "PENDING"
                     font.family: Tokens.textFamily
-                    font.weight: Font.ExtraBold
-                    font.pointSize: Tokens.pt(Tokens.label2Size)
-                    font.letterSpacing: Tokens.label2Tracking
+                    font.weight: Font.Bold
+                    font.pointSize: Tokens.pt(Tokens.badgeSize)
+                    font.letterSpacing: 1
                     color: root.look.accent
                     textFormat: Text.PlainText
                 }
