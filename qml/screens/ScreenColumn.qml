@@ -12,6 +12,11 @@ Flickable {
     // The rows of the screen, top to bottom.
     default property alias rows: column.data
     property alias spacing: column.spacing
+    // Whether the bar shows (and takes its width from the rows), settled after the
+    // layout pass that changed the rows' height: narrowing the rows from inside that
+    // pass made Qt 6.4 arrange nested layouts before they had caught up with their
+    // rows, and the window died on the read of a row already gone.
+    property bool barShown: false
 
     // Scrolls just enough to show `item` (a descendant) whole, if it fits.
     function reveal(item: Item) {
@@ -33,6 +38,10 @@ Flickable {
         return false
     }
 
+    function settleBar() {
+        barShown = contentHeight > height
+    }
+
     contentWidth: width
     contentHeight: column.implicitHeight
     clip: true
@@ -40,15 +49,24 @@ Flickable {
     // Dragging belongs to the controls; the wheel and the bar scroll.
     interactive: false
 
+    onContentHeightChanged: Qt.callLater(settleBar)
+    onHeightChanged: Qt.callLater(settleBar)
+
     ScrollBar.vertical: ScrollBar {
-        policy: root.contentHeight > root.height ? ScrollBar.AsNeeded : ScrollBar.AlwaysOff
+        policy: root.barShown ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
     }
 
     WheelHandler {
         acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
         onWheel: event => {
             const step = event.pixelDelta.y !== 0 ? event.pixelDelta.y : event.angleDelta.y / 120 * 60
-            root.contentY = Math.max(0, Math.min(Math.max(0, root.contentHeight - root.height), root.contentY - step))
+            const next = Math.max(0, Math.min(Math.max(0, root.contentHeight - root.height), root.contentY - step))
+            // At its end the column passes the turn on, so the zoomed window scrolls instead.
+            if (next === root.contentY || step === 0) {
+                event.accepted = false
+                return
+            }
+            root.contentY = next
         }
     }
 
@@ -62,7 +80,7 @@ Flickable {
     ColumnLayout {
         id: column
 
-        width: root.width - (root.ScrollBar.vertical.visible ? root.ScrollBar.vertical.width : 0)
+        width: root.width - (root.barShown ? root.ScrollBar.vertical.width : 0)
         spacing: Tokens.spaceM
     }
 }
