@@ -1,5 +1,7 @@
 #include "singlecopy.h"
 
+#include <QCryptographicHash>
+#include <QDir>
 #include <QLocalSocket>
 
 #include <unistd.h>
@@ -28,9 +30,14 @@ SingleCopy::SingleCopy(QString name, QObject *parent)
     });
 }
 
-QString SingleCopy::defaultName()
+QString SingleCopy::defaultName(const QString &dataDir)
 {
-    return QStringLiteral("qfs-coinhall-%1").arg(::getuid());
+    const QString name = QStringLiteral("qfs-coinhall-%1").arg(::getuid());
+    if (dataDir.isEmpty())
+        return name;
+    const QByteArray path = QDir(dataDir).absolutePath().toUtf8();
+    return name + u'-' +
+           QString::fromLatin1(QCryptographicHash::hash(path, QCryptographicHash::Sha256).toHex().left(12));
 }
 
 bool SingleCopy::claim()

@@ -78,7 +78,7 @@ int runWindow(int &argc, char **argv, const QString &dataDir, const std::functio
     QGuiApplication app(argc, argv);
     prepareWindowApplication();
 
-    SingleCopy singleCopy;
+    SingleCopy singleCopy(SingleCopy::defaultName(dataDir));
     if (!singleCopy.claim())
         return 0;
 

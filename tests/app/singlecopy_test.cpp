@@ -1,4 +1,4 @@
-// One running copy per user: a later start finds the first and asks it to come forward.
+// One running copy per user and books: a later start finds the first and asks it to come forward.
 #include "singlecopy.h"
 
 #include <QDir>
@@ -41,6 +41,14 @@ TEST(SingleCopy, TheFirstCopyClaimsAndALaterOneAsksItToRaiseItsWindow)
         EXPECT_FALSE(later.get());
         EXPECT_EQ(raised.count(), start);
     }
+}
+
+TEST(SingleCopy, BooksInAnotherFolderHaveACopyOfTheirOwn)
+{
+    const QString folder = QDir::temp().filePath(QStringLiteral("books"));
+    EXPECT_EQ(SingleCopy::defaultName(folder), SingleCopy::defaultName(folder + QStringLiteral("/.")));
+    EXPECT_NE(SingleCopy::defaultName(folder), SingleCopy::defaultName(folder + QStringLiteral("2")));
+    EXPECT_NE(SingleCopy::defaultName(folder), SingleCopy::defaultName());
 }
 
 TEST(SingleCopy, ASocketLeftByACopyThatDiedIsTakenOver)
