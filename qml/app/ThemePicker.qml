@@ -77,8 +77,10 @@ ColumnLayout {
 
             width: box.width
             highlighted: box.highlightedIndex === index
+            // Its name for screen readers; the text below draws it.
+            text: modelData
             contentItem: Text {
-                text: entry.modelData
+                text: entry.text
                 font: box.font
                 color: entry.index === box.currentIndex ? root.look.accent : root.look.text
                 verticalAlignment: Text.AlignVCenter

@@ -41,6 +41,13 @@ Window {
     minimumHeight: 320
     color: Looks.current.bg
 
+    // Closed, it hands the keyboard back to the window it belongs to, which a desktop
+    // without a window manager would otherwise leave without focus.
+    onVisibleChanged: {
+        if (!visible && transientParent)
+            transientParent.requestActivate()
+    }
+
     QFZoomHost {
         // The window's own size: its content item can lag behind a resize made while hidden.
         width: root.width

@@ -67,9 +67,10 @@ Item {
                             lit: bridge.period === index
                             leftPadding: Tokens.spaceM
                             rightPadding: Tokens.spaceM
+                            // The button's own state: Qt hands it to screen readers when they
+                            // connect, over anything set on Accessible.
+                            checked: lit
                             Accessible.role: Accessible.PageTab
-                            Accessible.checkable: true
-                            Accessible.checked: lit
                             onClicked: bridge.period = index
                         }
                     }
@@ -154,12 +155,9 @@ Item {
                     objectName: "spendingBars"
                     anchors.fill: parent
                     title: "Spending by category"
-                    rows: bridge.spendingRows
-                    total: bridge.spending
+                    lines: bridge.spendingLines
                     color: root.look.accent
                     look: root.look
-                    budgets: bridge.budgets
-                    months: bridge.months
                 }
             }
 
@@ -173,11 +171,9 @@ Item {
                     objectName: "incomeBars"
                     anchors.fill: parent
                     title: "Income by category"
-                    rows: bridge.incomeRows
-                    total: bridge.income
+                    lines: bridge.incomeLines
                     color: Tokens.positive
                     look: root.look
-                    months: bridge.months
                 }
             }
         }

@@ -77,10 +77,11 @@ FocusScope {
                 Component.onCompleted: root.widest = Math.max(root.widest, implicitWidth)
                 text: modelData
                 focusPolicy: Qt.StrongFocus
+                // The button's own state: Qt hands it to screen readers when they
+                // connect, over anything set on Accessible.
+                checked: chosen
                 Accessible.role: Accessible.RadioButton
                 Accessible.name: text
-                Accessible.checkable: true
-                Accessible.checked: chosen
                 Accessible.onPressAction: root.pick(index)
 
                 onClicked: root.pick(index)
