@@ -38,6 +38,17 @@ Flickable {
         return false
     }
 
+    // At its end the column hands a wheel turn to the scrolling view around it (the
+    // zoomed window), which would not get it otherwise: the handler takes every turn.
+    function passOn(step: real) {
+        for (let p = parent; p; p = p.parent) {
+            if (p.contentItem !== undefined && p.contentY !== undefined && p.clip) {
+                p.contentY = Math.max(0, Math.min(Math.max(0, p.contentHeight - p.height), p.contentY - step))
+                return
+            }
+        }
+    }
+
     function settleBar() {
         barShown = contentHeight > height
     }
@@ -61,12 +72,10 @@ Flickable {
         onWheel: event => {
             const step = event.pixelDelta.y !== 0 ? event.pixelDelta.y : event.angleDelta.y / 120 * 60
             const next = Math.max(0, Math.min(Math.max(0, root.contentHeight - root.height), root.contentY - step))
-            // At its end the column passes the turn on, so the zoomed window scrolls instead.
-            if (next === root.contentY || step === 0) {
-                event.accepted = false
-                return
-            }
-            root.contentY = next
+            if (next !== root.contentY)
+                root.contentY = next
+            else
+                root.passOn(step)
         }
     }
 

@@ -193,6 +193,18 @@ TestCase {
         QFZoom.actualSize()
     }
 
+    // Zoomed in, the wheel over a screen scrolls its column and then the window, down
+    // to the window's foot.
+    function test_wheelOverAZoomedScreenReachesTheFoot() {
+        const window = makeWindow()
+        QFZoom.setLevel(200)
+        for (let i = 0; i < 40; ++i)
+            mouseWheel(window.contentItem, 900, 600, 0, -120)
+        const foot = window.rootView.mapToItem(null, 0, window.rootView.height)
+        fuzzyCompare(foot.y, window.height, 1)
+        QFZoom.actualSize()
+    }
+
     function sceneRect(item) {
         const corner = item.mapToItem(null, 0, 0)
         const end = item.mapToItem(null, item.width, item.height)
