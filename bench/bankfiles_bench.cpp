@@ -11,6 +11,7 @@
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
+#include <tuple>
 
 namespace {
 
@@ -128,7 +129,7 @@ void exportAll(benchmark::State &state)
         t.cleared = i % 3 != 0;
         book.transactions.push_back(std::move(t));
     }
-    store.setBook(std::move(book));
+    std::ignore = store.setBook(std::move(book));
 
     const QString path = temp.filePath(QStringLiteral("Coinhall transactions.csv"));
     for (auto _ : state) {

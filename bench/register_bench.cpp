@@ -9,6 +9,7 @@
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
+#include <tuple>
 
 namespace {
 
@@ -56,7 +57,7 @@ Store &bigStore()
     static QTemporaryDir dir;
     static Store *store = [] {
         auto *made = new Store(StoreOptions{dir.path(), nullptr, std::make_shared<SilentNotifier>()});
-        made->setBook(generatedBook(100000));
+        std::ignore = made->setBook(generatedBook(100000));
         return made;
     }();
     return *store;

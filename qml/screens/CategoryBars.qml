@@ -11,20 +11,12 @@ ColumnLayout {
     id: root
 
     property string title
-    // The rows in the order shown, each a map of name and amount (decimal text).
-    property var rows: []
-    // The total the shares are of, as decimal text.
-    property string total: "0"
+    // The lines in the order shown, as ReportsBridge.spendingLines and incomeLines give them.
+    property var lines: []
     // The colour of the bars.
     property color color: look.accent
     // The look to draw with.
     property var look: Looks.current
-    // Category name -> monthly budget (decimal text); empty for no budgets.
-    property var budgets: ({})
-    // How many months of budget the amounts are compared with.
-    property int months: 1
-    // The lines as drawn: see CategoryShares.lines.
-    readonly property var lines: CategoryShares.lines(rows, total, budgets, months)
 
     spacing: Tokens.spaceS
 

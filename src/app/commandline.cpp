@@ -1,8 +1,6 @@
 #include "commandline.h"
 
-#include "bankfiles/autocategory.h"
 #include "bankfiles/csvimporter.h"
-#include "bankfiles/importer.h"
 #include "help/helptexts.h"
 #include "model/money.h"
 #include "model/moneyfile.h"
@@ -18,7 +16,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <future>
 #include <memory>
 #include <utility>
@@ -258,14 +255,21 @@ std::unique_ptr<Reading> openForReading(MoneyFileState state, std::FILE *err)
 }
 
 // The Store on the application folder itself, with the window's save, backup and
-// lock rules; null when another Coinhall holds the money file. Open it only on a
+// lock rules; null, with `status` set and the reason told, when another Coinhall holds
+// the money file or a newer Coinhall wrote it. Open it only on a
 // money file found usable (or absent): one that cannot be decoded would be set
 // aside for a new Book.
-std::unique_ptr<Store> openForWriting(const QString &dir, std::FILE *err)
+std::unique_ptr<Store> openForWriting(const QString &dir, std::FILE *err, int &status)
 {
     auto store = std::make_unique<Store>(StoreOptions{dir});
     if (store->writable())
         return store;
+    if (store->fromNewerVersion()) {
+        print(err, store->status());
+        status = ExitStatus::failed;
+        return nullptr;
+    }
+    status = ExitStatus::heldByWindow;
     print(err, QStringLiteral("Coinhall is open with the money file in %1, so nothing was changed. "
                               "Close Coinhall and try again.")
                    .arg(QDir::toNativeSeparators(store->dir())));
@@ -414,19 +418,6 @@ int unknownAccount(const Store &store, const QString &name, std::FILE *err)
     return ExitStatus::usage;
 }
 
-// What the import screen previews: the file's lines against every line of the
-// Book, categories guessed from the Book's history, then the flip if asked.
-CSVImporter::Conversion preview(const CSVImporter &importer, const Store &store, const QUuid &account, bool flip)
-{
-    const std::vector<Transaction> &existing = store.book().transactions;
-    const AutoCategory::Guesser guesser(existing);
-    CSVImporter::Conversion conversion = importer.transactions(
-        account, existing, [&guesser](const QString &payee, const Decimal &amount) { return guesser(payee, amount); });
-    if (flip)
-        BankImport::flipSigns(conversion.newTransactions);
-    return conversion;
-}
-
 void printPreview(const CSVImporter::Conversion &conversion, std::FILE *out)
 {
     print(out, QStringLiteral("Preview · %1 new · %2 already in · %3 unreadable")
@@ -470,29 +461,27 @@ int importFile(const QString &dir, const QStringList &arguments, std::FILE *out,
         if (!account)
             return unknownAccount(*reading->store, accountName, err);
         if (options.has(QStringLiteral("--dry-run"))) {
-            printPreview(preview(*importer, *reading->store, account->id, flip), out);
+            printPreview(importer->preview(account->id, reading->store->book().transactions, flip), out);
             return ExitStatus::ok;
         }
     }
 
-    const std::unique_ptr<Store> store = openForWriting(dir, err);
+    int status = ExitStatus::ok;
+    const std::unique_ptr<Store> store = openForWriting(dir, err, status);
     if (!store)
-        return ExitStatus::heldByWindow;
+        return status;
     // Found again here: a new Book's default accounts get their ids when the Store starts.
     const std::optional<Account> account = activeAccountNamed(*store, accountName);
     if (!account)
         return unknownAccount(*store, accountName, err);
-    const CSVImporter::Conversion conversion = preview(*importer, *store, account->id, flip);
+    const CSVImporter::Conversion conversion = importer->preview(account->id, store->book().transactions, flip);
     printPreview(conversion, out);
-    store->importTransactions(conversion.newTransactions, file);
-    const QString done = QStringLiteral("Imported %1 transactions from %2.")
-                             .arg(conversion.newTransactions.size())
-                             .arg(QFileInfo(file).fileName());
-    if (store->status() != done) {
-        print(err, store->status()); // the save failed: "Could not save: <reason>"
+    const Saved imported = store->importTransactions(conversion.newTransactions, file);
+    if (!imported) {
+        print(err, imported.error);
         return ExitStatus::failed;
     }
-    print(out, done);
+    print(out, store->status()); // "Imported <n> transactions from <file name>."
     return ExitStatus::ok;
 }
 
@@ -508,11 +497,12 @@ int exportFile(const QString &dir, const QStringList &arguments, std::FILE *out,
     const std::unique_ptr<Reading> reading = openForReading(readMoneyFile(dir), err);
     if (!reading->store)
         return reading->status;
-    if (!reading->store->exportCSV(options.words().first())) {
-        print(err, reading->store->status());
+    const Saved written = reading->store->exportCSV(options.words().first());
+    if (!written) {
+        print(err, written.error);
         return ExitStatus::failed;
     }
-    print(out, reading->store->status());
+    print(out, reading->store->status()); // "Saved <file name>."
     return ExitStatus::ok;
 }
 
@@ -527,18 +517,6 @@ constexpr std::array<std::pair<const char *, ReportPeriod>, 5> periodNames{{
     {"last-year", ReportPeriod::lastYear},
 }};
 
-// The figures of the Reports screen for one period.
-struct Figures
-{
-    ReportPeriod period;
-    ClosedRange range;
-    Decimal income;
-    Decimal spending;
-    CategoryTotals incomeRows;
-    CategoryTotals spendingRows;
-    QString royaltyShare; // "38%", or "—" without income
-};
-
 // A category name on one line of its own.
 QString oneLine(QString name)
 {
@@ -547,7 +525,7 @@ QString oneLine(QString name)
         .replace(QLatin1Char('\r'), QLatin1Char(' '));
 }
 
-void printTsv(const Figures &f, std::FILE *out)
+void printTsv(const PeriodReport &f, std::FILE *out)
 {
     auto line = [out](const char *section, const QString &name, const QString &amount) {
         print(out, QString::fromLatin1(section) + QLatin1Char('\t') + oneLine(name) + QLatin1Char('\t') + amount);
@@ -556,44 +534,40 @@ void printTsv(const Figures &f, std::FILE *out)
     line("spending", {}, f.spending.toString());
     line("net", {}, (f.income - f.spending).toString());
     line("royalty-share", {}, f.royaltyShare.endsWith(QLatin1Char('%')) ? f.royaltyShare.chopped(1) : QString());
-    for (const auto &[name, amount] : f.incomeRows)
-        line("income-by-category", name, amount.toString());
-    for (const auto &[name, amount] : f.spendingRows)
-        line("spending-by-category", name, amount.toString());
+    for (const CategoryLine &row : f.incomeLines)
+        line("income-by-category", row.name, row.amount.toString());
+    for (const CategoryLine &row : f.spendingLines)
+        line("spending-by-category", row.name, row.amount.toString());
 }
 
 // One category list as the Reports screen draws it: name, amount, whole percent of
 // the total, and for a budgeted category its limit over the period's months.
-void printCategoryList(const QString &title, const CategoryTotals &rows, const Decimal &total,
-                       const QHash<QString, Decimal> &budgets, int months, std::FILE *out)
+void printCategoryList(const QString &title, const std::vector<CategoryLine> &lines, std::FILE *out)
 {
     print(out, title);
-    if (rows.empty()) {
+    if (lines.empty()) {
         print(out, QStringLiteral("  Nothing in this period."));
         return;
     }
     qsizetype nameWidth = 0, amountWidth = 0;
-    for (const auto &[name, amount] : rows) {
-        nameWidth = std::max(nameWidth, oneLine(name).size());
-        amountWidth = std::max(amountWidth, Money::s(amount).size());
+    for (const CategoryLine &row : lines) {
+        nameWidth = std::max(nameWidth, oneLine(row.name).size());
+        amountWidth = std::max(amountWidth, Money::s(row.amount).size());
     }
-    for (const auto &[name, amount] : rows) {
-        const double share = total > Decimal() ? amount.toDouble() / total.toDouble() : 0.0;
-        const QString percent = QString::number(std::trunc(share * 100) + 0.0, 'f', 0) + QLatin1Char('%');
-        QString line = QStringLiteral("  ") + oneLine(name).leftJustified(nameWidth) + QStringLiteral("  ") +
-                       Money::s(amount).rightJustified(amountWidth) + QStringLiteral("  ") + percent.rightJustified(4);
-        const auto budget = budgets.constFind(name);
-        if (budget != budgets.cend()) {
-            const Decimal limit = *budget * Decimal(months);
-            line += QStringLiteral("  budget ") + Money::s(limit);
-            if (limit < amount)
+    for (const CategoryLine &row : lines) {
+        QString line = QStringLiteral("  ") + oneLine(row.name).leftJustified(nameWidth) + QStringLiteral("  ") +
+                       Money::s(row.amount).rightJustified(amountWidth) + QStringLiteral("  ") +
+                       row.percentText.rightJustified(4);
+        if (row.limit) {
+            line += QStringLiteral("  budget ") + Money::s(*row.limit);
+            if (row.over)
                 line += QStringLiteral(" (over)");
         }
         print(out, line);
     }
 }
 
-void printText(const Figures &f, const Book &book, std::FILE *out)
+void printText(const PeriodReport &f, std::FILE *out)
 {
     const QString dates = f.period == ReportPeriod::thisYear
                               ? QStringLiteral("from ") + chDate(f.range.lower)
@@ -615,15 +589,10 @@ void printText(const Figures &f, const Book &book, std::FILE *out)
     for (const auto &[label, value] : tiles)
         print(out, label.leftJustified(labelWidth) + QStringLiteral("  ") + value.rightJustified(valueWidth));
 
-    QHash<QString, Decimal> budgets;
-    for (const Category &category : book.categories)
-        if (category.budget && !budgets.contains(category.name))
-            budgets.insert(category.name, *category.budget);
     print(out, QString());
-    printCategoryList(QStringLiteral("Spending by category"), f.spendingRows, f.spending, budgets,
-                      budgetMonths(f.period), out);
+    printCategoryList(QStringLiteral("Spending by category"), f.spendingLines, out);
     print(out, QString());
-    printCategoryList(QStringLiteral("Income by category"), f.incomeRows, f.income, {}, budgetMonths(f.period), out);
+    printCategoryList(QStringLiteral("Income by category"), f.incomeLines, out);
 }
 
 int report(const QString &dir, const QStringList &arguments, std::FILE *out, std::FILE *err)
@@ -648,17 +617,11 @@ int report(const QString &dir, const QStringList &arguments, std::FILE *out, std
     const std::unique_ptr<Reading> reading = openForReading(readMoneyFile(dir), err);
     if (!reading->store)
         return reading->status;
-    const Store &store = *reading->store;
-    Figures f{period, store.periodRange(period), {}, {}, {}, {}, {}};
-    f.income = store.income(f.range);
-    f.spending = store.spending(f.range);
-    f.incomeRows = store.incomeByCategory(f.range);
-    f.spendingRows = store.spendingByCategory(f.range);
-    f.royaltyShare = royaltyShare(f.incomeRows, f.income);
+    const PeriodReport figures = reading->store->periodReport(period);
     if (options.has(QStringLiteral("--tsv")))
-        printTsv(f, out);
+        printTsv(figures, out);
     else
-        printText(f, store.book(), out);
+        printText(figures, out);
     return ExitStatus::ok;
 }
 

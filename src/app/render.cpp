@@ -13,6 +13,7 @@
 #include <QUrl>
 
 #include <cstdio>
+#include <tuple>
 
 namespace {
 
@@ -88,7 +89,7 @@ int renderScreens(int &argc, char **argv, const QString &dir)
     options.dir = home.filePath(QStringLiteral("books"));
     options.notifier = std::make_shared<SilentNotifier>();
     Store store(options);
-    store.setBook(demoBook(QDate::currentDate()));
+    std::ignore = store.setBook(demoBook(QDate::currentDate()));
     Store::setShared(&store);
 
     ScreenShots shots(out);

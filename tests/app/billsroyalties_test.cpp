@@ -43,7 +43,7 @@ protected:
     {
         Bill b{.name = QString::fromUtf8(name), .amount = d(amount), .due = due, .repeats = repeats};
         b.autopay = autopay;
-        store->save(b);
+        EXPECT_TRUE(store->save(b));
         return b;
     }
 
@@ -51,7 +51,7 @@ protected:
     {
         Royalty r{.payer = QString::fromUtf8(payer), .expectedAmount = d(amount), .expectedDate = expected};
         r.repeats = repeats;
-        store->save(r);
+        EXPECT_TRUE(store->save(r));
         return r;
     }
 
@@ -94,22 +94,13 @@ TEST_F(BillsRoyalties, MonthlyAverageTextCountsOnlyActiveBills)
     EXPECT_EQ(bills.monthlyAverageText(), QStringLiteral("$62.00"));
     // A finished one-time bill is not active; a paid monthly one still counts.
     Bill phone = addBill("Phone", "45.10", local(2025, 3, 16));
-    store->pay(once, std::nullopt, local(2025, 3, 15), std::nullopt);
+    EXPECT_TRUE(store->pay(once, std::nullopt, local(2025, 3, 15), std::nullopt));
     EXPECT_EQ(bills.monthlyAverageText(), QStringLiteral("$107.10"));
-    store->pay(phone, std::nullopt, local(2025, 3, 15), std::nullopt);
+    EXPECT_TRUE(store->pay(phone, std::nullopt, local(2025, 3, 15), std::nullopt));
     EXPECT_EQ(bills.monthlyAverageText(), QStringLiteral("$107.10"));
 }
 
 // -- Texts ---------------------------------------------------------------------
-
-TEST(BillTexts, EditTextHasAtLeastTwoDecimals)
-{
-    EXPECT_EQ(BillTexts::editText(d("72")), QStringLiteral("72.00"));
-    EXPECT_EQ(BillTexts::editText(d("16.5")), QStringLiteral("16.50"));
-    EXPECT_EQ(BillTexts::editText(d("12.345")), QStringLiteral("12.345"));
-    EXPECT_EQ(BillTexts::editText(d("-1450")), QStringLiteral("-1450.00"));
-    EXPECT_EQ(*Money::parse(BillTexts::editText(d("0.05"))), d("0.05"));
-}
 
 TEST(BillTexts, RemindCaptionAndWebsite)
 {
@@ -201,7 +192,7 @@ TEST_F(BillsRoyalties, EditingABillKeepsItsHistoryAndPlace)
 {
     const Bill first = addBill("Rent", "1450", local(2025, 3, 1));
     addBill("Phone", "45", local(2025, 3, 20));
-    store->pay(first, std::nullopt, local(2025, 3, 2), std::nullopt);
+    EXPECT_TRUE(store->pay(first, std::nullopt, local(2025, 3, 2), std::nullopt));
 
     QVariantMap fields = bills.bill(id(first.id));
     ASSERT_FALSE(fields.isEmpty());
@@ -348,7 +339,7 @@ TEST_F(BillsRoyalties, WhoPaidThisYearSumsPerPayerLargestFirst)
         r.status = RoyaltyStatus::received;
         r.receivedAmount = d(amount);
         r.receivedDate = when;
-        store->save(r);
+        EXPECT_TRUE(store->save(r));
     };
     received("BMI", "100", local(2025, 1, 10));
     received("DistroKid", "80", local(2025, 2, 10));

@@ -53,8 +53,8 @@ protected:
 
     void spend(const Account &account, Instant date, const char *amount, const char *category)
     {
-        store->add(
-            {.date = date, .accountID = account.id, .amount = d(amount), .category = QString::fromUtf8(category)});
+        EXPECT_TRUE(store->add(
+            {.date = date, .accountID = account.id, .amount = d(amount), .category = QString::fromUtf8(category)}));
     }
 
     int categoryIndex(const QString &name) const
@@ -99,7 +99,7 @@ TEST_F(Bridges, AccountLinesShowBalanceClosedMarkAndTheOpenTotal)
     Account closed = savings;
     closed.opening = d("250");
     closed.archived = true;
-    store->save(closed);
+    EXPECT_TRUE(store->save(closed));
 
     EXPECT_EQ(at(screen.accounts(), 0).value("balanceText").toString(), "$354.98");
     EXPECT_EQ(at(screen.accounts(), 1).value("title").toString(), "Savings (closed)");
@@ -142,13 +142,13 @@ TEST_F(Bridges, ReportTilesFollowThePeriod)
     EXPECT_EQ(reports.spendingText(), "$2,307.20");
     EXPECT_EQ(reports.netText(), "+$354.98");
     EXPECT_EQ(reports.royaltyShareText(), "2%");
-    EXPECT_EQ(at(reports.spendingRows(), 0).value("name").toString(), "Rent / mortgage");
+    EXPECT_EQ(at(reports.spendingLines(), 0).value("name").toString(), "Rent / mortgage");
 
     reports.setPeriod(1); // December 2024: nothing
     EXPECT_EQ(reports.incomeText(), "$0.00");
     EXPECT_EQ(reports.netText(), "$0.00");
     EXPECT_EQ(reports.royaltyShareText(), "—");
-    EXPECT_TRUE(reports.spendingRows().isEmpty());
+    EXPECT_TRUE(reports.spendingLines().isEmpty());
     EXPECT_EQ(reports.months(), 1);
 
     reports.setPeriod(3);
@@ -157,60 +157,6 @@ TEST_F(Bridges, ReportTilesFollowThePeriod)
     reports.setPeriod(7); // not a period: this month
     EXPECT_EQ(reports.incomeText(), "$2,662.18");
     EXPECT_EQ(reports.months(), 1);
-}
-
-TEST_F(Bridges, ReportBudgetsHoldTheFirstBudgetOfEachName)
-{
-    AccountsBridge accounts;
-    accounts.setStore(store.get());
-    ReportsBridge reports;
-    reports.setStore(store.get());
-    accounts.commitBudget(categoryIndex(QStringLiteral("Groceries")), QStringLiteral("400"));
-    Book book = store->book();
-    book.categories.push_back({QStringLiteral("Groceries"), false, d("1")});
-    store->setBook(book);
-
-    EXPECT_EQ(reports.budgets(), (QVariantMap{{QStringLiteral("Groceries"), QStringLiteral("400")}}));
-}
-
-TEST(CategorySharesTest, BudgetIsRedOnlyStrictlyOverItsLimitTimesTheMonths)
-{
-    CategoryShares shares;
-    const QVariantMap budgets{{QStringLiteral("Rent"), QStringLiteral("100")}};
-    auto rentLine = [&](const char *amount, int months) {
-        const QVariantList rows{QVariantMap{{QStringLiteral("name"), QStringLiteral("Rent")},
-                                            {QStringLiteral("amount"), QString::fromUtf8(amount)}}};
-        return at(shares.lines(rows, QStringLiteral("5000"), budgets, months), 0);
-    };
-
-    EXPECT_EQ(rentLine("100", 1).value("budgetText").toString(), "budget $100.00");
-    EXPECT_FALSE(rentLine("100", 1).value("over").toBool());
-    EXPECT_TRUE(rentLine("100.01", 1).value("over").toBool());
-    EXPECT_EQ(rentLine("1200", 12).value("budgetText").toString(), "budget $1,200.00");
-    EXPECT_FALSE(rentLine("1200", 12).value("over").toBool());
-    EXPECT_TRUE(rentLine("1200.01", 12).value("over").toBool());
-}
-
-TEST(CategorySharesTest, SharesArePercentsTruncatedAndZeroWithoutATotal)
-{
-    CategoryShares shares;
-    auto row = [](const char *name, const char *amount) {
-        return QVariantMap{{QStringLiteral("name"), QString::fromUtf8(name)},
-                           {QStringLiteral("amount"), QString::fromUtf8(amount)}};
-    };
-    const QVariantList rows{row("A", "0.29"), row("B", "0.6666"), row("C", "0.0434")};
-
-    const QVariantList lines = shares.lines(rows, QStringLiteral("1"), {}, 1);
-    EXPECT_EQ(at(lines, 0).value("percentText").toString(), "29%");
-    EXPECT_EQ(at(lines, 1).value("percentText").toString(), "66%");
-    EXPECT_EQ(at(lines, 2).value("percentText").toString(), "4%");
-    EXPECT_EQ(at(lines, 0).value("amountText").toString(), "$0.29");
-    EXPECT_DOUBLE_EQ(at(lines, 1).value("share").toDouble(), 0.6666);
-    EXPECT_EQ(at(lines, 0).value("budgetText").toString(), "");
-
-    const QVariantList none = shares.lines(rows, QStringLiteral("0"), {}, 1);
-    EXPECT_EQ(at(none, 0).value("percentText").toString(), "0%");
-    EXPECT_EQ(at(none, 0).value("share").toDouble(), 0.0);
 }
 
 // -- Import --------------------------------------------------------------------
@@ -290,7 +236,7 @@ TEST_F(Bridges, ABridgeFollowsOnlyTheStoreItHasNow)
     changed.clear();
     spend(checking, local(2025, 1, 3), "-7", "Fees & charges");
     EXPECT_EQ(changed.count(), 0) << "the Store it left still reaches it";
-    other.add({.date = local(2025, 1, 3), .accountID = other.book().accounts.at(0).id, .amount = d("12")});
+    EXPECT_TRUE(other.add({.date = local(2025, 1, 3), .accountID = other.book().accounts.at(0).id, .amount = d("12")}));
     EXPECT_EQ(screen.totalText(), "$12.00");
 }
 

@@ -135,7 +135,8 @@ int main(int argc, char **argv)
     pay.payee = QStringLiteral("Harbor Studio");
     pay.category = QStringLiteral("Royalties");
     pay.kind = TxKind::royalty;
-    store.add(pay);
+    if (!store.add(pay))
+        return fail("the line could not be saved");
 
     // Something listens for accessibility events, as a screen reader would.
     QAccessible::installUpdateHandler([](QAccessibleEvent *) {});

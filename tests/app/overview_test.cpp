@@ -24,19 +24,21 @@ protected:
 
     void bill(const char *name, const char *amount, Instant due, Repeat repeats = Repeat::monthly)
     {
-        store->save(Bill{.name = QString::fromUtf8(name), .amount = d(amount), .due = due, .repeats = repeats});
+        EXPECT_TRUE(
+            store->save(Bill{.name = QString::fromUtf8(name), .amount = d(amount), .due = due, .repeats = repeats}));
     }
     void royalty(const char *payer, const char *amount, Instant expected,
                  RoyaltyStatus status = RoyaltyStatus::expected)
     {
-        store->save(Royalty{.payer = QString::fromUtf8(payer),
-                            .expectedAmount = d(amount),
-                            .expectedDate = expected,
-                            .status = status});
+        EXPECT_TRUE(store->save(Royalty{.payer = QString::fromUtf8(payer),
+                                        .expectedAmount = d(amount),
+                                        .expectedDate = expected,
+                                        .status = status}));
     }
     void line(Instant date, const char *amount, TxKind kind = TxKind::expense, const Account *account = nullptr)
     {
-        store->add({.date = date, .accountID = (account ? *account : checking).id, .amount = d(amount), .kind = kind});
+        EXPECT_TRUE(store->add(
+            {.date = date, .accountID = (account ? *account : checking).id, .amount = d(amount), .kind = kind}));
     }
     CalendarGrid::Month month(int year, int month)
     {
@@ -95,7 +97,7 @@ TEST_F(Overview, ADaysItemsComeAsBillsThenRoyaltiesThenMoneyInAndOut)
 
 TEST_F(Overview, ATransferAddsNoMoneyLine)
 {
-    store->transfer(checking.id, savings.id, d("25"), local(2025, 3, 20), QString());
+    EXPECT_TRUE(store->transfer(checking.id, savings.id, d("25"), local(2025, 3, 20), QString()));
     line(local(2025, 3, 21), "-7", TxKind::bill);
     const CalendarGrid::Month m = month(2025, 3);
     EXPECT_TRUE(m.days[19].items.empty());
@@ -187,7 +189,7 @@ TEST_F(Overview, DashboardTilesAndBalancesAtNow)
     line(local(2025, 3, 3), "-1000.01");
     line(local(2025, 2, 27), "-50"); // last month: in no monthly tile
     line(local(2025, 3, 30), "-20"); // later this month: counted by the month, not in the balance now
-    store->transfer(checking.id, savings.id, d("300"), local(2025, 3, 4), QString());
+    EXPECT_TRUE(store->transfer(checking.id, savings.id, d("300"), local(2025, 3, 4), QString()));
 
     DashboardSummary summary;
     summary.setStore(store.get());

@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 
 #include <cstdio>
+#include <tuple>
 
 int main(int argc, char **argv)
 {
@@ -25,6 +26,6 @@ int main(int argc, char **argv)
         t.amount = Decimal(-i);
         t.payee = QStringLiteral("Line %1 with some text to make the file longer").arg(i);
         t.category = QStringLiteral("Groceries");
-        store.add(t);
+        std::ignore = store.add(t);
     }
 }

@@ -20,6 +20,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <tuple>
 
 namespace {
 
@@ -51,7 +52,7 @@ QString change(Store &store, qint64 n)
         t.amount = Decimal(-(n % 1000) - 1);
         t.payee = QStringLiteral("Change %1").arg(n);
         t.category = QStringLiteral("Groceries");
-        store.add(t);
+        std::ignore = store.add(t);
         return QStringLiteral("add");
     }
     case 1:
@@ -59,7 +60,7 @@ QString change(Store &store, qint64 n)
             if (t.payee == QLatin1String("Edited")) {
                 Transaction edited = t;
                 edited.note = QString::number(n);
-                store.update(edited);
+                std::ignore = store.update(edited);
                 return QStringLiteral("update");
             }
         }
@@ -67,14 +68,14 @@ QString change(Store &store, qint64 n)
     case 2:
         for (const Bill &bill : book.bills) {
             if (bill.name == QLatin1String("Rent")) {
-                store.pay(bill, std::nullopt, store.now(), std::nullopt);
+                std::ignore = store.pay(bill, std::nullopt, store.now(), std::nullopt);
                 return QStringLiteral("pay");
             }
         }
         return QStringLiteral("no-bill");
     default:
-        store.transfer(book.accounts.at(0).id, book.accounts.at(1).id, Decimal(n % 1000 + 1), store.now(),
-                       QStringLiteral("Change %1").arg(n));
+        std::ignore = store.transfer(book.accounts.at(0).id, book.accounts.at(1).id, Decimal(n % 1000 + 1), store.now(),
+                                     QStringLiteral("Change %1").arg(n));
         return QStringLiteral("transfer");
     }
 }

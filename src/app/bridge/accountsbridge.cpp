@@ -7,16 +7,11 @@
 #include <QHash>
 #include <QUuid>
 
-AccountsBridge::AccountsBridge(QObject *parent)
-    : QObject(parent)
-    , m_store(this, [this] { reload(); })
-{}
+#include <tuple>
 
-void AccountsBridge::setStore(QObject *store)
-{
-    if (m_store.set(store))
-        emit storeChanged();
-}
+AccountsBridge::AccountsBridge(QObject *parent)
+    : StoreBridge(parent)
+{}
 
 QStringList AccountsBridge::kinds() const
 {
@@ -108,8 +103,7 @@ bool AccountsBridge::commitBudget(int index, const QString &typed)
         return false;
     Book book = m_store->book();
     book.categories[size_t(index)].budget = budget;
-    m_store->setBook(std::move(book));
-    return true;
+    return m_store->setBook(std::move(book)).changed;
 }
 
 QVariantMap AccountsBridge::account(const QString &id) const
@@ -141,7 +135,7 @@ QString AccountsBridge::saveAccount(const QString &id, const QString &name, cons
     account.kind = *typedKind;
     account.opening = Money::parse(opening).value_or(Decimal());
     account.archived = closed;
-    m_store->save(account);
+    std::ignore = m_store->save(account); // a failed write is told in the status line; the Book has the account
     return account.id.toString(QUuid::WithoutBraces);
 }
 
@@ -150,6 +144,5 @@ bool AccountsBridge::deleteAccount(const QString &id)
     const std::optional<Account> found = m_store ? m_store->account(QUuid(id)) : std::nullopt;
     if (!found || QUuid(id).isNull() || m_store->hasTransactions(*found))
         return false;
-    m_store->deleteAccount(*found);
-    return true;
+    return m_store->deleteAccount(*found).changed;
 }

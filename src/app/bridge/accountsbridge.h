@@ -15,12 +15,10 @@ class Store;
 // What the Accounts screen and the account editor show and change: the accounts with
 // this month's line count and balance, the total, the spending budgets, and the
 // operations behind the editor and the budget rows. Follows every change of the Book.
-class AccountsBridge : public QObject
+class AccountsBridge : public StoreBridge
 {
     Q_OBJECT
     QML_ELEMENT
-    // The Store to show; null shows nothing.
-    Q_PROPERTY(QObject *store READ store WRITE setStore NOTIFY storeChanged FINAL)
     // Every account in the Book's order, each a map: id, name, title (the name, with
     // " (closed)" for a closed account), closed, countText, balance (decimal text),
     // balanceText (money text).
@@ -43,8 +41,6 @@ class AccountsBridge : public QObject
 public:
     explicit AccountsBridge(QObject *parent = nullptr);
 
-    QObject *store() const { return m_store.object(); }
-    void setStore(QObject *store);
     QVariantList accounts() const { return m_accounts; }
     QString totalText() const { return m_totalText; }
     QVariantList budgets() const { return m_budgets; }
@@ -72,14 +68,12 @@ public:
     Q_INVOKABLE bool deleteAccount(const QString &id);
 
 Q_SIGNALS:
-    void storeChanged();
     // The accounts, total or budgets may have changed.
     void changed();
 
 private:
-    void reload();
+    void reload() override;
 
-    StoreLink m_store;
     QVariantList m_accounts;
     QString m_totalText;
     QVariantList m_budgets;

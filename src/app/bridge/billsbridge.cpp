@@ -8,6 +8,7 @@
 #include <QDateTime>
 
 #include <algorithm>
+#include <tuple>
 
 using BridgeInput::idText;
 
@@ -39,17 +40,6 @@ Decimal monthlyAverage(const std::vector<Bill> &bills)
         if (const std::optional<Decimal> monthly = monthlyEquivalent(bill))
             sum += *monthly;
     return sum.rounded2();
-}
-
-QString editText(const Decimal &amount)
-{
-    QString text = amount.toString();
-    const qsizetype point = text.indexOf(QLatin1Char('.'));
-    if (point < 0)
-        return text + QStringLiteral(".00");
-    if (text.size() - point - 1 < 2)
-        text += QLatin1Char('0');
-    return text;
 }
 
 QString dueLine(const Bill &bill, bool overdue, QDate today)
@@ -95,15 +85,8 @@ QString websiteUrl(const QString &website)
 } // namespace BillTexts
 
 BillsBridge::BillsBridge(QObject *parent)
-    : QObject(parent)
-    , m_store(this, [this] { reload(); })
+    : StoreBridge(parent)
 {}
-
-void BillsBridge::setStore(QObject *store)
-{
-    if (m_store.set(store))
-        emit storeChanged();
-}
 
 QStringList BillsBridge::repeatNames() const
 {
@@ -122,7 +105,7 @@ QVariantMap BillsBridge::billMap(const Bill &bill, bool overdue, QDate today)
         {QStringLiteral("name"), bill.name},
         {QStringLiteral("amount"), bill.amount.toString()},
         {QStringLiteral("amountText"), Money::s(bill.amount)},
-        {QStringLiteral("editAmount"), BillTexts::editText(bill.amount)},
+        {QStringLiteral("editAmount"), Money::editText(bill.amount)},
         {QStringLiteral("due"), double(bill.due.msecs())},
         {QStringLiteral("dueText"), chDate(bill.due)},
         {QStringLiteral("dueShort"), chShort(bill.due)},
@@ -202,12 +185,7 @@ void BillsBridge::reload()
 std::optional<Bill> BillsBridge::find(const QString &id) const
 {
     const QUuid uuid(id);
-    if (!m_store || uuid.isNull())
-        return std::nullopt;
-    for (const Bill &bill : m_store->book().bills)
-        if (bill.id == uuid)
-            return bill;
-    return std::nullopt;
+    return !m_store || uuid.isNull() ? std::nullopt : findById(m_store->book().bills, uuid);
 }
 
 QVariantMap BillsBridge::bill(const QString &id) const
@@ -257,9 +235,8 @@ bool BillsBridge::saveBill(const QVariantMap &fields)
         bill.remindDays = std::max(0, fields.value(QStringLiteral("remindDays")).toInt());
     bill.website = fields.value(QStringLiteral("website")).toString();
     bill.note = fields.value(QStringLiteral("note")).toString();
-    m_store->save(bill);
-    m_store->setStatus(QStringLiteral("Saved bill %1.").arg(bill.name));
-    return true;
+    // A failed write still closes the editor: the Book holds the bill, and the status line says why it is not saved.
+    return m_store->save(bill).changed;
 }
 
 bool BillsBridge::pay(const QString &id, const QString &amountText, double date, const QString &accountId)
@@ -269,20 +246,19 @@ bool BillsBridge::pay(const QString &id, const QString &amountText, double date,
     const std::optional<Instant> on = BridgeInput::instant(date);
     if (!found || !amount || !on)
         return false;
-    m_store->pay(*found, amount, *on, BridgeInput::account(accountId));
-    return true;
+    return m_store->pay(*found, amount, *on, BridgeInput::account(accountId)).changed;
 }
 
 void BillsBridge::skip(const QString &id)
 {
     if (const std::optional<Bill> found = find(id))
-        m_store->skip(*found);
+        std::ignore = m_store->skip(*found);
 }
 
 void BillsBridge::deleteBill(const QString &id)
 {
     if (const std::optional<Bill> found = find(id))
-        m_store->deleteBill(*found);
+        std::ignore = m_store->deleteBill(*found);
 }
 
 QString BillsBridge::remindText(int days) const

@@ -31,10 +31,6 @@ std::optional<Decimal> monthlyEquivalent(const Bill &bill);
 // The monthly equivalents of the bills added up exactly, then rounded to cents, half to even.
 Decimal monthlyAverage(const std::vector<Bill> &bills);
 
-// An amount as it is put into a field for editing: at least two decimals ("72.00",
-// "16.5" as "16.50", "12.345" kept whole), no symbol, no grouping.
-QString editText(const Decimal &amount);
-
 // The due line of a bill row: "OVERDUE · was due Mar 4" when overdue, else "Due today"
 // or "Due Mar 9 · in 5 days"; " · autopay" at the end when the company takes the money.
 QString dueLine(const Bill &bill, bool overdue, QDate today);
@@ -61,12 +57,10 @@ QString websiteUrl(const QString &website);
 // "autopay", "remindDays", "website", "websiteUrl", "websiteLine", "note",
 // "active", "nextLine", "paymentCount" and "history" (the newest payments, each
 // with "date", "dateText", "amountText").
-class BillsBridge : public QObject
+class BillsBridge : public StoreBridge
 {
     Q_OBJECT
     QML_ELEMENT
-    // The Store to show; null shows nothing.
-    Q_PROPERTY(QObject *store READ store WRITE setStore NOTIFY storeChanged FINAL)
     // The active bills, soonest due first.
     Q_PROPERTY(QVariantList active READ active NOTIFY changed FINAL)
     // The finished (inactive) bills, in the Book's order.
@@ -88,9 +82,6 @@ class BillsBridge : public QObject
 
 public:
     explicit BillsBridge(QObject *parent = nullptr);
-
-    QObject *store() const { return m_store.object(); }
-    void setStore(QObject *store);
 
     QVariantList active() const { return m_active; }
     QVariantList finished() const { return m_finished; }
@@ -125,14 +116,12 @@ public:
     static QVariantMap billMap(const Bill &bill, bool overdue, QDate today);
 
 Q_SIGNALS:
-    void storeChanged();
     void changed();
 
 private:
-    void reload();
+    void reload() override;
     std::optional<Bill> find(const QString &id) const;
 
-    StoreLink m_store;
     QVariantList m_active;
     QVariantList m_finished;
     QVariantList m_upcoming;

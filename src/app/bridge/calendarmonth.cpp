@@ -121,20 +121,17 @@ QString headerText(const Month &month)
 } // namespace CalendarGrid
 
 CalendarMonth::CalendarMonth(QObject *parent)
-    : QObject(parent)
-    , m_store(this, [this] { reload(); })
+    : StoreBridge(parent)
     , m_firstDay(QLocale().firstDayOfWeek())
 {
     showToday();
 }
 
-void CalendarMonth::setStore(QObject *store)
+void CalendarMonth::linked()
 {
-    if (!m_store.relink(store))
-        return;
     // A calendar starts at the current month by its Store's clock.
-    showToday();
-    emit storeChanged();
+    const QDate now = currentDay();
+    m_shown = QDate(now.year(), now.month(), 1);
 }
 
 void CalendarMonth::setFirstDayOfWeek(int day)

@@ -77,12 +77,10 @@ QString headerText(const Month &month);
 // "today", "items" (every item, each with "title", "amountText" and "tone": "bill",
 // "overdue", "royalty", "in" or "out"), "shown" (how many the cell lists, see
 // `lines`), "moreText" ("+2 more", or empty) and "help" (the hover text).
-class CalendarMonth : public QObject
+class CalendarMonth : public StoreBridge
 {
     Q_OBJECT
     QML_ELEMENT
-    // The Store to read; null shows an empty month.
-    Q_PROPERTY(QObject *store READ store WRITE setStore NOTIFY storeChanged FINAL)
     // The weekday the grid's weeks start on, 1 (Monday) to 7 (Sunday); the locale's by default.
     Q_PROPERTY(int firstDayOfWeek READ firstDayOfWeek WRITE setFirstDayOfWeek NOTIFY changed FINAL)
     // The shown month: its year and month number (1-12). It starts at the current month.
@@ -104,8 +102,6 @@ class CalendarMonth : public QObject
 public:
     explicit CalendarMonth(QObject *parent = nullptr);
 
-    QObject *store() const { return m_store.object(); }
-    void setStore(QObject *store);
     int firstDayOfWeek() const { return int(m_firstDay); }
     void setFirstDayOfWeek(int day);
     int year() const { return m_shown.year(); }
@@ -126,14 +122,13 @@ public:
     Q_INVOKABLE void showMonthOf(double msecs);
 
 Q_SIGNALS:
-    void storeChanged();
     void changed();
 
 private:
-    void reload();
+    void reload() override;
+    void linked() override;
     QDate currentDay() const;
 
-    StoreLink m_store;
     Qt::DayOfWeek m_firstDay;
     QDate m_shown; // the first day of the shown month
     CalendarGrid::Month m_grid;

@@ -8,16 +8,9 @@
 #include <QVariantMap>
 
 DashboardSummary::DashboardSummary(QObject *parent)
-    : QObject(parent)
-    , m_store(this, [this] { reload(); })
+    : StoreBridge(parent)
 {
     reload();
-}
-
-void DashboardSummary::setStore(QObject *store)
-{
-    if (m_store.set(store))
-        emit storeChanged();
 }
 
 QVariantList DashboardSummary::monthMaps(const Store &store, int count)

@@ -12,12 +12,10 @@ class Store;
 // The dashboard's figures as the screen shows them: the five tiles, the accounts with
 // their balances, the royalties on the way and the six months of the chart. Follows
 // every change of the Book.
-class DashboardSummary : public QObject
+class DashboardSummary : public StoreBridge
 {
     Q_OBJECT
     QML_ELEMENT
-    // The Store to sum up; null shows zeros and empty lists.
-    Q_PROPERTY(QObject *store READ store WRITE setStore NOTIFY storeChanged FINAL)
     // "Total balance": the active accounts' balances added up, as money text.
     Q_PROPERTY(QString totalText READ totalText NOTIFY changed FINAL)
     // "In this month" and "Out this month" as money text.
@@ -47,8 +45,6 @@ public:
 
     explicit DashboardSummary(QObject *parent = nullptr);
 
-    QObject *store() const { return m_store.object(); }
-    void setStore(QObject *store);
     QString totalText() const { return m_totalText; }
     QString inText() const { return m_inText; }
     QString outText() const { return m_outText; }
@@ -63,13 +59,11 @@ public:
     static QVariantList monthMaps(const Store &store, int count);
 
 Q_SIGNALS:
-    void storeChanged();
     void changed();
 
 private:
-    void reload();
+    void reload() override;
 
-    StoreLink m_store;
     QString m_totalText, m_inText, m_outText, m_netText, m_royaltiesText;
     bool m_netNegative = false;
     QVariantList m_accounts, m_royalties, m_months;

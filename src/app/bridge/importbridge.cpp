@@ -1,7 +1,5 @@
 #include "importbridge.h"
 
-#include "bankfiles/autocategory.h"
-#include "bankfiles/importer.h"
 #include "model/money.h"
 #include "store/store.h"
 
@@ -9,6 +7,7 @@
 #include <QUuid>
 
 #include <array>
+#include <tuple>
 
 namespace {
 
@@ -21,14 +20,11 @@ std::array<std::optional<int> *, 6> columnsOf(CSVImporter::Mapping &m)
 } // namespace
 
 ImportBridge::ImportBridge(QObject *parent)
-    : QObject(parent)
-    , m_store(this, [this] { refresh(); })
+    : StoreBridge(parent)
 {}
 
-void ImportBridge::setStore(QObject *store)
+void ImportBridge::linked()
 {
-    if (!m_store.relink(store))
-        return;
     if (m_store && !m_accountChosen) {
         const std::vector<Account> active = m_store->activeAccounts();
         const QString first = active.empty() ? QString() : active.front().id.toString(QUuid::WithoutBraces);
@@ -37,8 +33,6 @@ void ImportBridge::setStore(QObject *store)
             emit accountChanged();
         }
     }
-    refresh();
-    emit storeChanged();
 }
 
 QStringList ImportBridge::columnChoices() const
@@ -68,7 +62,7 @@ void ImportBridge::setAccount(const QString &account)
         return;
     m_account = account;
     emit accountChanged();
-    refresh();
+    reload();
 }
 
 void ImportBridge::setFlip(bool flip)
@@ -77,7 +71,7 @@ void ImportBridge::setFlip(bool flip)
         return;
     m_flip = flip;
     emit flipChanged();
-    refresh();
+    reload();
 }
 
 QString ImportBridge::previewTitle() const
@@ -100,7 +94,7 @@ void ImportBridge::open(const QUrl &file)
     m_message = m_importer ? QString() : QStringLiteral("That file couldn't be read as a bank CSV.");
     emit fileChanged();
     emit mappingChanged();
-    refresh();
+    reload();
 }
 
 void ImportBridge::setChoice(int column, int choice)
@@ -113,20 +107,20 @@ void ImportBridge::setChoice(int column, int choice)
         return;
     m_importer->setMapping(mapping);
     emit mappingChanged();
-    refresh();
+    reload();
 }
 
 int ImportBridge::importNow()
 {
     if (!m_store || m_new.empty())
         return 0;
-    // A copy: the Store's change runs refresh(), which replaces m_new.
+    // A copy: the Store's change runs reload(), which replaces m_new.
     const std::vector<Transaction> lines = m_new;
-    m_store->importTransactions(lines, m_fileName);
+    std::ignore = m_store->importTransactions(lines, m_fileName); // the status line tells how it went
     return int(lines.size());
 }
 
-void ImportBridge::refresh()
+void ImportBridge::reload()
 {
     const QUuid account(m_account);
     m_hasPreview = m_store && m_importer && !account.isNull();
@@ -135,11 +129,7 @@ void ImportBridge::refresh()
     m_bad = 0;
     m_previewLines.clear();
     if (m_hasPreview) {
-        const std::vector<Transaction> &history = m_store->book().transactions;
-        const AutoCategory::Guesser guesser(history);
-        CSVImporter::Conversion conversion = m_importer->transactions(account, history, std::cref(guesser));
-        if (m_flip)
-            BankImport::flipSigns(conversion.newTransactions);
+        CSVImporter::Conversion conversion = m_importer->preview(account, m_store->book().transactions, m_flip);
         m_new = std::move(conversion.newTransactions);
         m_skipped = conversion.skipped;
         m_bad = conversion.bad;

@@ -18,12 +18,10 @@ class Store;
 // The import sheet's state and preview: the bank file read last, its column mapping,
 // the account the lines go to and the sign flip. The preview is worked out again
 // whenever any of them, or the Book, changes.
-class ImportBridge : public QObject
+class ImportBridge : public StoreBridge
 {
     Q_OBJECT
     QML_ELEMENT
-    // The Store the lines go into; null imports nothing.
-    Q_PROPERTY(QObject *store READ store WRITE setStore NOTIFY storeChanged FINAL)
     // Whether a file was read (and not replaced by an unreadable one since).
     Q_PROPERTY(bool hasFile READ hasFile NOTIFY fileChanged FINAL)
     // The chosen file's name without its folder; empty before the first choice.
@@ -62,8 +60,6 @@ public:
 
     explicit ImportBridge(QObject *parent = nullptr);
 
-    QObject *store() const { return m_store.object(); }
-    void setStore(QObject *store);
     bool hasFile() const { return m_importer.has_value(); }
     QString fileName() const { return m_fileName; }
     QString message() const { return m_message; }
@@ -89,7 +85,6 @@ public:
     Q_INVOKABLE int importNow();
 
 Q_SIGNALS:
-    void storeChanged();
     void fileChanged();
     void mappingChanged();
     void accountChanged();
@@ -97,9 +92,10 @@ Q_SIGNALS:
     void previewChanged();
 
 private:
-    void refresh();
+    void reload() override;
+    // The first active account, unless one was chosen.
+    void linked() override;
 
-    StoreLink m_store;
     std::optional<CSVImporter> m_importer;
     QString m_fileName;
     QString m_message;

@@ -15,12 +15,10 @@ class Store;
 // The ledger operations as the register and the transaction editors call them from
 // QML: records cross as maps of texts, amounts as the text the user typed, and the
 // Transactions themselves are built here, with exact decimals.
-class LedgerBridge : public QObject
+class LedgerBridge : public StoreBridge
 {
     Q_OBJECT
     QML_ELEMENT
-    // The Store to work on; null makes every operation do nothing.
-    Q_PROPERTY(QObject *store READ store WRITE setStore NOTIFY storeChanged FINAL)
     // Every account of the Book, archived ones included, in the Book's order: maps of
     // "id" (QUuid text without braces), "name" and "archived".
     Q_PROPERTY(QVariantList accounts READ accounts NOTIFY accountsChanged FINAL)
@@ -28,13 +26,12 @@ class LedgerBridge : public QObject
 public:
     explicit LedgerBridge(QObject *parent = nullptr);
 
-    QObject *store() const { return m_store.object(); }
-    void setStore(QObject *store);
     QVariantList accounts() const { return m_accounts; }
 
     // The transaction with this id as a map: "id", "date" (milliseconds), "accountId",
     // "amount" (decimal text), "magnitude" (the size as the editor shows it, "45.10"),
-    // "income", "payee", "category", "note", "cleared" and "kind"; empty when there is none.
+    // "income", "payee", "category", "note", "cleared" and "kind"; for a transfer side also
+    // "fromAccountId" and "toAccountId" (empty when that side is gone). Empty when there is none.
     Q_INVOKABLE QVariantMap transaction(const QString &id) const;
     // The category names the editor offers for money in or money out.
     Q_INVOKABLE QStringList categories(bool income) const;
@@ -44,16 +41,20 @@ public:
     // Saves the transaction editor's form: "id" (empty for a new line), "income",
     // "date" (milliseconds), "amount" (as typed), "payee", "category", "accountId",
     // "note" and "cleared". Nothing is saved, and false returned, when the amount is
-    // no amount or no account is chosen. Otherwise the status line tells what was logged.
+    // no amount or no account is chosen, or the line is a transfer's side. Otherwise the
+    // status line tells what was logged (or why it could not be saved).
     Q_INVOKABLE bool saveTransaction(const QVariantMap &form);
+    // The category a bank import would give a line from `payee` (Store::guessCategory).
+    Q_INVOKABLE QString guessCategory(const QString &payee, bool income) const;
     // Deletes the transaction, and the other side of a transfer; false when there is none.
     Q_INVOKABLE bool deleteTransaction(const QString &id);
     // Marks the transaction cleared or pending; false when there is none.
     Q_INVOKABLE bool setCleared(const QString &id, bool cleared);
-    // Moves the typed amount between two accounts; false, and nothing saved, when an
-    // account is missing or the amount is no amount.
+    // Moves the typed amount between two accounts, or, given the id of a transfer side,
+    // changes that transfer's two sides; false, and nothing saved, when an account is
+    // missing, the amount is no amount or the transfer is gone.
     Q_INVOKABLE bool transfer(const QString &fromId, const QString &toId, const QString &amount, double date,
-                              const QString &note);
+                              const QString &note, const QString &changedId = QString());
 
     // Writes the export file; the status line says "Saved <file name>." or why not.
     Q_INVOKABLE bool exportCSV(const QUrl &file);
@@ -64,12 +65,10 @@ public:
     Q_INVOKABLE double now() const;
 
 Q_SIGNALS:
-    void storeChanged();
     void accountsChanged();
 
 private:
-    void reloadAccounts();
+    void reload() override;
 
-    StoreLink m_store;
     QVariantList m_accounts;
 };

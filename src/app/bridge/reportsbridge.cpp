@@ -6,44 +6,31 @@
 #include "model/period.h"
 #include "store/store.h"
 
+#include <QVariantMap>
+
 namespace {
 
-QVariantList rowList(const CategoryTotals &rows)
+QVariantList lineMaps(const std::vector<CategoryLine> &lines)
 {
-    QVariantList list;
-    list.reserve(qsizetype(rows.size()));
-    for (const auto &[name, amount] : rows)
-        list.append(QVariantMap{{QStringLiteral("name"), name}, {QStringLiteral("amount"), amount.toString()}});
-    return list;
-}
-
-// Whole percent of `amount` in `total`, truncated toward zero. Worked out exactly:
-// through a double, 0.29 of 1 would come out as 28%.
-QString percentText(const Decimal &amount, const Decimal &total)
-{
-    if (total <= Decimal())
-        return QStringLiteral("0%");
-    const Decimal exact = amount * Decimal(100) / total;
-    Decimal whole = exact.rounded(0);
-    if (!exact.isNegative() && whole > exact)
-        whole -= Decimal(1);
-    else if (exact.isNegative() && whole < exact)
-        whole += Decimal(1);
-    return whole.toString() + QLatin1Char('%');
+    QVariantList maps;
+    maps.reserve(qsizetype(lines.size()));
+    for (const CategoryLine &line : lines)
+        maps.append(QVariantMap{
+            {QStringLiteral("name"), line.name},
+            {QStringLiteral("amountText"), Money::s(line.amount)},
+            {QStringLiteral("share"), line.share},
+            {QStringLiteral("percentText"), line.percentText},
+            {QStringLiteral("budgetText"), line.limit ? QStringLiteral("budget ") + Money::s(*line.limit) : QString()},
+            {QStringLiteral("over"), line.over},
+        });
+    return maps;
 }
 
 } // namespace
 
 ReportsBridge::ReportsBridge(QObject *parent)
-    : QObject(parent)
-    , m_store(this, [this] { reload(); })
+    : StoreBridge(parent)
 {}
-
-void ReportsBridge::setStore(QObject *store)
-{
-    if (m_store.set(store))
-        emit storeChanged();
-}
 
 void ReportsBridge::setPeriod(int period)
 {
@@ -66,66 +53,20 @@ int ReportsBridge::months() const
 
 void ReportsBridge::reload()
 {
-    Decimal income, spending;
-    CategoryTotals incomeRows, spendingRows;
-    QVariantMap budgets;
+    PeriodReport report;
     QVariantList monthly;
     if (m_store) {
-        const ClosedRange range = m_store->periodRange(reportPeriod(m_period));
-        income = m_store->income(range);
-        spending = m_store->spending(range);
-        incomeRows = m_store->incomeByCategory(range);
-        spendingRows = m_store->spendingByCategory(range);
-        for (const Category &c : m_store->book().categories)
-            if (c.budget && !budgets.contains(c.name))
-                budgets.insert(c.name, c.budget->toString());
+        report = m_store->periodReport(reportPeriod(m_period));
         monthly = DashboardSummary::monthMaps(*m_store, DashboardSummary::chartMonths);
+    } else {
+        report.royaltyShare = royaltyShare({}, Decimal());
     }
-    m_incomeText = Money::s(income);
-    m_spendingText = Money::s(spending);
-    m_netText = Money::signed_(income - spending);
-    m_royaltyShareText = royaltyShare(incomeRows, income);
-    m_income = income.toString();
-    m_spending = spending.toString();
-    m_incomeRows = rowList(incomeRows);
-    m_spendingRows = rowList(spendingRows);
-    m_budgets = std::move(budgets);
+    m_incomeText = Money::s(report.income);
+    m_spendingText = Money::s(report.spending);
+    m_netText = Money::signed_(report.income - report.spending);
+    m_royaltyShareText = report.royaltyShare;
+    m_incomeLines = lineMaps(report.incomeLines);
+    m_spendingLines = lineMaps(report.spendingLines);
     m_monthly = std::move(monthly);
     emit changed();
-}
-
-CategoryShares::CategoryShares(QObject *parent)
-    : QObject(parent)
-{}
-
-QVariantList CategoryShares::lines(const QVariantList &rows, const QString &total, const QVariantMap &budgets,
-                                   int months) const
-{
-    const Decimal sum = Decimal::fromString(total).value_or(Decimal());
-    QVariantList lines;
-    lines.reserve(rows.size());
-    for (const QVariant &row : rows) {
-        const QVariantMap fields = row.toMap();
-        const QString name = fields.value(QStringLiteral("name")).toString();
-        const Decimal amount =
-            Decimal::fromString(fields.value(QStringLiteral("amount")).toString()).value_or(Decimal());
-        QVariantMap line{
-            {QStringLiteral("name"), name},
-            {QStringLiteral("amountText"), Money::s(amount)},
-            {QStringLiteral("share"), sum > Decimal() ? amount.toDouble() / sum.toDouble() : 0.0},
-            {QStringLiteral("percentText"), percentText(amount, sum)},
-            {QStringLiteral("budgetText"), QString()},
-            {QStringLiteral("over"), false},
-        };
-        const auto budget = budgets.constFind(name);
-        if (budget != budgets.cend()) {
-            if (const std::optional<Decimal> monthly = Decimal::fromString(budget->toString())) {
-                const Decimal limit = *monthly * Decimal(months);
-                line[QStringLiteral("budgetText")] = QStringLiteral("budget ") + Money::s(limit);
-                line[QStringLiteral("over")] = limit < amount;
-            }
-        }
-        lines.append(line);
-    }
-    return lines;
 }

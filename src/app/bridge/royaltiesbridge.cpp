@@ -1,11 +1,11 @@
 #include "royaltiesbridge.h"
 
-#include "billsbridge.h"
 #include "bridgeinput.h"
 #include "model/money.h"
 #include "store/store.h"
 
 #include <algorithm>
+#include <tuple>
 
 using BridgeInput::idText;
 
@@ -79,15 +79,8 @@ std::vector<std::pair<QString, Decimal>> paidByPayer(const std::vector<Royalty> 
 } // namespace RoyaltyTexts
 
 RoyaltiesBridge::RoyaltiesBridge(QObject *parent)
-    : QObject(parent)
-    , m_store(this, [this] { reload(); })
+    : StoreBridge(parent)
 {}
-
-void RoyaltiesBridge::setStore(QObject *store)
-{
-    if (m_store.set(store))
-        emit storeChanged();
-}
 
 QStringList RoyaltiesBridge::sourceNames() const
 {
@@ -112,13 +105,13 @@ QVariantMap RoyaltiesBridge::royaltyMap(const Royalty &r)
         {QStringLiteral("workLine"), RoyaltyTexts::workLine(r)},
         {QStringLiteral("expectedAmount"), r.expectedAmount.toString()},
         {QStringLiteral("expectedText"), Money::s(r.expectedAmount)},
-        {QStringLiteral("editExpected"), BillTexts::editText(r.expectedAmount)},
+        {QStringLiteral("editExpected"), Money::editText(r.expectedAmount)},
         {QStringLiteral("expectedDate"), double(r.expectedDate.msecs())},
         {QStringLiteral("expectedDateText"), chDate(r.expectedDate)},
         {QStringLiteral("status"), rawValue(r.status)},
         {QStringLiteral("received"), r.status == RoyaltyStatus::received},
         {QStringLiteral("receivedText"), r.receivedAmount ? Money::s(*r.receivedAmount) : QString()},
-        {QStringLiteral("editReceived"), r.receivedAmount ? BillTexts::editText(*r.receivedAmount) : QString()},
+        {QStringLiteral("editReceived"), r.receivedAmount ? Money::editText(*r.receivedAmount) : QString()},
         {QStringLiteral("receivedDate"), r.receivedDate ? double(r.receivedDate->msecs()) : 0.0},
         {QStringLiteral("receivedDateText"), r.receivedDate ? chDate(*r.receivedDate) : QString()},
         {QStringLiteral("versus"), RoyaltyTexts::versusExpected(r)},
@@ -168,12 +161,7 @@ void RoyaltiesBridge::reload()
 std::optional<Royalty> RoyaltiesBridge::find(const QString &id) const
 {
     const QUuid uuid(id);
-    if (!m_store || uuid.isNull())
-        return std::nullopt;
-    for (const Royalty &r : m_store->book().royalties)
-        if (r.id == uuid)
-            return r;
-    return std::nullopt;
+    return !m_store || uuid.isNull() ? std::nullopt : findById(m_store->book().royalties, uuid);
 }
 
 QVariantMap RoyaltiesBridge::royalty(const QString &id) const
@@ -230,8 +218,7 @@ bool RoyaltiesBridge::saveRoyalty(const QVariantMap &fields)
     if (received)
         r.receivedAmount = *received;
     r.note = fields.value(QStringLiteral("note")).toString();
-    m_store->save(r);
-    return true;
+    return m_store->save(r).changed;
 }
 
 bool RoyaltiesBridge::canReceive(const QString &amountText) const
@@ -246,12 +233,11 @@ bool RoyaltiesBridge::receive(const QString &id, const QString &amountText, doub
     const std::optional<Instant> on = BridgeInput::instant(date);
     if (!found || !canReceive(amountText) || !on)
         return false;
-    m_store->receive(*found, *Money::parse(amountText), *on, BridgeInput::account(accountId));
-    return true;
+    return m_store->receive(*found, *Money::parse(amountText), *on, BridgeInput::account(accountId)).changed;
 }
 
 void RoyaltiesBridge::deleteRoyalty(const QString &id)
 {
     if (const std::optional<Royalty> found = find(id))
-        m_store->deleteRoyalty(*found);
+        std::ignore = m_store->deleteRoyalty(*found);
 }

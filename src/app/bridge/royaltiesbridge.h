@@ -47,12 +47,10 @@ std::vector<std::pair<QString, Decimal>> paidByPayer(const std::vector<Royalty> 
 // "expectedDateText", "status", "received", "receivedText", "editReceived",
 // "receivedDate" (ms, or 0 when none), "receivedDateText", "versus", "accountId",
 // "note", "repeats", "once" and "explanation".
-class RoyaltiesBridge : public QObject
+class RoyaltiesBridge : public StoreBridge
 {
     Q_OBJECT
     QML_ELEMENT
-    // The Store to show; null shows nothing.
-    Q_PROPERTY(QObject *store READ store WRITE setStore NOTIFY storeChanged FINAL)
     // The royalties not yet received, soonest expected first.
     Q_PROPERTY(QVariantList expected READ expected NOTIFY changed FINAL)
     // The received royalties, newest received first.
@@ -72,9 +70,6 @@ class RoyaltiesBridge : public QObject
 
 public:
     explicit RoyaltiesBridge(QObject *parent = nullptr);
-
-    QObject *store() const { return m_store.object(); }
-    void setStore(QObject *store);
 
     QVariantList expected() const { return m_expected; }
     QVariantList received() const { return m_received; }
@@ -109,14 +104,12 @@ public:
     static QVariantMap royaltyMap(const Royalty &royalty);
 
 Q_SIGNALS:
-    void storeChanged();
     void changed();
 
 private:
-    void reload();
+    void reload() override;
     std::optional<Royalty> find(const QString &id) const;
 
-    StoreLink m_store;
     QVariantList m_expected;
     QVariantList m_received;
     QVariantList m_payers;

@@ -46,3 +46,17 @@ bool StoreLink::set(QObject *store)
     m_onChange();
     return true;
 }
+
+StoreBridge::StoreBridge(QObject *parent)
+    : QObject(parent)
+    , m_store(this, [this] { reload(); })
+{}
+
+void StoreBridge::setStore(QObject *store)
+{
+    if (!m_store.relink(store))
+        return;
+    linked();
+    reload();
+    emit storeChanged();
+}

@@ -1,11 +1,12 @@
 #pragma once
 
 #include <QMetaObject>
+#include <QObject>
 #include <QPointer>
+#include <QtQml/qqmlregistration.h>
 
 #include <functional>
 
-class QObject;
 class Store;
 
 // A bridge's hold on the Store it shows. QML hands the Store over as a plain QObject;
@@ -42,4 +43,30 @@ private:
     std::function<void()> m_onChange;
     QPointer<Store> m_store;
     QMetaObject::Connection m_connection;
+};
+
+// The base of the bridges: the `store` property and its link. A bridge fills in
+// reload(), which runs when a Store is set and on every change of its Book.
+class StoreBridge : public QObject
+{
+    Q_OBJECT
+    QML_ANONYMOUS
+    // The Store to show and change; null shows nothing and changes nothing.
+    Q_PROPERTY(QObject *store READ store WRITE setStore NOTIFY storeChanged FINAL)
+
+public:
+    QObject *store() const { return m_store.object(); }
+    void setStore(QObject *store);
+
+Q_SIGNALS:
+    void storeChanged();
+
+protected:
+    explicit StoreBridge(QObject *parent);
+    // Works out again what the bridge shows.
+    virtual void reload() = 0;
+    // A different Store was just linked; runs before reload().
+    virtual void linked() {}
+
+    StoreLink m_store;
 };

@@ -81,6 +81,10 @@ public:
     // usual one; empty means AutoCategory::guess with no history). Changes nothing.
     Conversion transactions(const QUuid &account, const std::vector<Transaction> &existing,
                             const Categorizer &categorize) const;
+    // What an import brings in, as the import screen previews it and the import command
+    // adds it: transactions() against every line of the Book, categories guessed from
+    // those lines (AutoCategory::Guesser), then every sign flipped when `flip` is set.
+    Conversion preview(const QUuid &account, const std::vector<Transaction> &book, bool flip) const;
 
     // Splits CSV text into rows of cells: quotes may open anywhere in a cell,
     // doubled quotes stand for one, CR LF and lone CR end lines like LF, and an

@@ -99,15 +99,15 @@ QByteArray Store::exportText() const
     return out;
 }
 
-bool Store::exportCSV(const QString &path)
+Saved Store::exportCSV(const QString &path)
 {
     const QByteArray bytes = exportText();
     QString reason;
-    const bool written = writeFileAtomically(path, bytes, &reason);
-    if (!written) {
-        setStatus(tr("Could not save: %1").arg(reason));
-        return false;
+    if (!writeFileAtomically(path, bytes, &reason)) {
+        const QString error = tr("Could not save: %1").arg(reason);
+        setStatus(error);
+        return {true, error};
     }
     setStatus(tr("Saved %1.").arg(QFileInfo(path).fileName()));
-    return true;
+    return {true, {}};
 }

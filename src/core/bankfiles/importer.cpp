@@ -12,6 +12,7 @@
 
 #include <array>
 #include <cstring>
+#include <functional>
 #include <optional>
 #include <unordered_set>
 
@@ -149,6 +150,16 @@ void flipSigns(std::vector<Transaction> &lines)
 }
 
 } // namespace BankImport
+
+CSVImporter::Conversion CSVImporter::preview(const QUuid &account, const std::vector<Transaction> &book,
+                                             bool flip) const
+{
+    const AutoCategory::Guesser guesser(book);
+    Conversion conversion = transactions(account, book, std::cref(guesser));
+    if (flip)
+        BankImport::flipSigns(conversion.newTransactions);
+    return conversion;
+}
 
 CSVImporter::Conversion CSVImporter::transactions(const QUuid &account, const std::vector<Transaction> &existing,
                                                   const Categorizer &categorize) const

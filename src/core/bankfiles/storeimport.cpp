@@ -3,14 +3,13 @@
 
 #include <QFileInfo>
 
-void Store::importTransactions(const std::vector<Transaction> &txs, const QString &fileName)
+Saved Store::importTransactions(const std::vector<Transaction> &txs, const QString &fileName)
 {
     if (!txs.empty()) {
         OneWrite once(*this);
         m_book.transactions.insert(m_book.transactions.end(), txs.begin(), txs.end());
-        assigned();
         sortNewestFirst(txs.size());
         assigned();
     }
-    report(tr("Imported %1 transactions from %2.").arg(txs.size()).arg(QFileInfo(fileName).fileName()));
+    return done(tr("Imported %1 transactions from %2.").arg(txs.size()).arg(QFileInfo(fileName).fileName()));
 }

@@ -187,6 +187,17 @@ std::optional<Decimal> parse(const QString &text)
     return value;
 }
 
+QString editText(const Decimal &amount)
+{
+    QString text = amount.toString();
+    const qsizetype point = text.indexOf(QLatin1Char('.'));
+    if (point < 0)
+        return text + QStringLiteral(".00");
+    if (text.size() - point - 1 < 2)
+        text += QLatin1Char('0');
+    return text;
+}
+
 } // namespace Money
 
 QString chDate(const Instant &when)

@@ -22,6 +22,9 @@ QString signed_(const Decimal &amount);
 // What the user typed into an amount field, or nothing. Accepts "(45.10)",
 // "45.10-", "-45.10", "$1,234.50", "1 234"; refuses an exponent ("1e5"). Never rounds.
 std::optional<Decimal> parse(const QString &text);
+// An amount as it is put into a field for editing: at least two decimals ("72.00",
+// "16.5" as "16.50", "12.345" kept whole), no symbol, no grouping.
+QString editText(const Decimal &amount);
 
 } // namespace Money
 

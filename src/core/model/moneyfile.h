@@ -14,6 +14,10 @@
 // numbers, ids as upper-case UUID text, optional fields left out when empty.
 namespace MoneyFile {
 
+// The `version` this program writes. A file with a higher one comes from a newer
+// Coinhall: it is read, never rewritten.
+inline constexpr int version = 1;
+
 // The whole file for a Book.
 QByteArray encode(const Book &book);
 

@@ -3,6 +3,7 @@
 #include <QDate>
 #include <QDateTime>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -97,4 +98,36 @@ QString royaltyShare(const CategoryTotals &rows, const Decimal &total)
     // zero turns a rounded -0 into 0.
     const double percent = std::round((royalties / total).toDouble() * 100) + 0.0;
     return QString::number(percent, 'f', 0) + QLatin1Char('%');
+}
+
+QString percentText(const Decimal &amount, const Decimal &total)
+{
+    if (total <= Decimal())
+        return QStringLiteral("0%");
+    const Decimal exact = amount * Decimal(100) / total;
+    Decimal whole = exact.rounded(0);
+    if (!exact.isNegative() && whole > exact)
+        whole -= Decimal(1);
+    else if (exact.isNegative() && whole < exact)
+        whole += Decimal(1);
+    return whole.toString() + QLatin1Char('%');
+}
+
+std::vector<CategoryLine> categoryLines(const CategoryTotals &rows, const Decimal &total,
+                                        const std::vector<std::pair<QString, Decimal>> &budgets, int months)
+{
+    std::vector<CategoryLine> lines;
+    lines.reserve(rows.size());
+    for (const auto &[name, amount] : rows) {
+        CategoryLine line{name, amount, total > Decimal() ? amount.toDouble() / total.toDouble() : 0.0,
+                          percentText(amount, total)};
+        const auto budget =
+            std::find_if(budgets.begin(), budgets.end(), [&name](const auto &b) { return b.first == name; });
+        if (budget != budgets.end()) {
+            line.limit = budget->second * Decimal(months);
+            line.over = *line.limit < amount;
+        }
+        lines.push_back(std::move(line));
+    }
+    return lines;
 }

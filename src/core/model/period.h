@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <array>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -78,3 +79,36 @@ struct MonthFlow
 // The share of the row named "Royalties" in `total` as whole percent text, rounded
 // half away from zero ("38%"); "—" when `total` is not above zero.
 QString royaltyShare(const CategoryTotals &rows, const Decimal &total);
+
+// One category of a report list as the Reports screen draws it and the command line prints it.
+struct CategoryLine
+{
+    QString name;
+    Decimal amount;
+    double share = 0;             // of the list's total, 0 to 1, for the bar; 0 when the total is not above zero
+    QString percentText;          // whole percent of the total, truncated toward zero: "37%"
+    std::optional<Decimal> limit; // the monthly budget times the period's budget months; absent without one
+    bool over = false;            // strictly above the limit
+    friend bool operator==(const CategoryLine &, const CategoryLine &) = default;
+};
+
+// Whole percent of `amount` in `total`, truncated toward zero, worked out exactly
+// ("0%" when the total is not above zero): through a double, 0.29 of 1 would be 28%.
+QString percentText(const Decimal &amount, const Decimal &total);
+
+// The rows of a category list with their shares of `total` and, for a category named
+// in `budgets` (monthly budgets), its limit over `months` months.
+std::vector<CategoryLine> categoryLines(const CategoryTotals &rows, const Decimal &total,
+                                        const std::vector<std::pair<QString, Decimal>> &budgets, int months);
+
+// The figures of the Reports screen for one period, as the window and the command line show them.
+struct PeriodReport
+{
+    ReportPeriod period = ReportPeriod::thisMonth;
+    ClosedRange range;
+    Decimal income;
+    Decimal spending; // positive
+    QString royaltyShare;
+    std::vector<CategoryLine> incomeLines;   // largest first, no budgets
+    std::vector<CategoryLine> spendingLines; // largest first, with the spending budgets
+};

@@ -11,11 +11,6 @@ namespace {
 // Steps dueDates walks at most: a weekly bill is followed for almost eight years.
 constexpr int dueDateSteps = 400;
 
-std::vector<Bill>::iterator findBill(std::vector<Bill> &bills, const QUuid &id)
-{
-    return std::find_if(bills.begin(), bills.end(), [&](const Bill &b) { return b.id == id; });
-}
-
 } // namespace
 
 void Store::setClock(std::function<Instant()> now)
@@ -69,12 +64,12 @@ std::vector<Instant> Store::dueDates(const Bill &bill, const ClosedRange &range)
     return dates;
 }
 
-void Store::pay(const Bill &passed, std::optional<Decimal> amount, Instant on, std::optional<QUuid> accountID)
+Saved Store::pay(const Bill &passed, std::optional<Decimal> amount, Instant on, std::optional<QUuid> accountID)
 {
     // A copy: the caller may hand in the stored record itself, which changes below.
     const Bill bill = passed;
-    if (findBill(m_book.bills, bill.id) == m_book.bills.end())
-        return;
+    if (findById(m_book.bills, bill.id) == m_book.bills.end())
+        return {};
     const Decimal paid = amount.value_or(bill.amount);
     if (!accountID)
         accountID = bill.accountID;
@@ -95,10 +90,10 @@ void Store::pay(const Bill &passed, std::optional<Decimal> amount, Instant on, s
             payment.note = QStringLiteral("Bill payment");
             payment.cleared = true;
             payment.kind = TxKind::bill;
-            add(payment);
+            m_book.transactions.push_back(std::move(payment));
+            sortNewestFirst(1);
         }
-        // Found again: the ledger add may have changed the Book.
-        const auto stored = findBill(m_book.bills, bill.id);
+        const auto stored = findById(m_book.bills, bill.id);
         if (stored != m_book.bills.end()) {
             stored->history.push_back({on, paid, bill.due});
             // From the due date, not the day paid, so paying early or late keeps the schedule.
@@ -109,34 +104,33 @@ void Store::pay(const Bill &passed, std::optional<Decimal> amount, Instant on, s
             assigned();
         }
     }
-    report(tr("Paid %1: %2.").arg(bill.name, Money::s(paid)));
+    return done(tr("Paid %1: %2.").arg(bill.name, Money::s(paid)));
 }
 
-void Store::skip(const Bill &bill)
+Saved Store::skip(const Bill &bill)
 {
-    const auto stored = findBill(m_book.bills, bill.id);
+    const auto stored = findById(m_book.bills, bill.id);
     if (stored == m_book.bills.end())
-        return;
+        return {};
     if (const auto following = next(bill.repeats, bill.due))
         stored->due = *following;
     else
         stored->active = false;
     assigned();
+    return done();
 }
 
-void Store::save(const Bill &bill)
+Saved Store::save(const Bill &bill)
 {
-    const auto stored = findBill(m_book.bills, bill.id);
-    if (stored != m_book.bills.end())
-        *stored = bill;
-    else
-        m_book.bills.push_back(bill);
+    upsertById(m_book.bills, bill);
     assigned();
+    return done(tr("Saved bill %1.").arg(bill.name));
 }
 
-void Store::deleteBill(const Bill &bill)
+Saved Store::deleteBill(const Bill &bill)
 {
-    const QUuid id = bill.id; // `bill` may be one of the records moved while erasing
-    std::erase_if(m_book.bills, [&](const Bill &b) { return b.id == id; });
+    if (!eraseById(m_book.bills, bill.id))
+        return {};
     assigned();
+    return done();
 }

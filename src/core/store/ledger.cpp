@@ -1,7 +1,11 @@
 // Ledger operations of the Store: transactions, transfers, balances, accounts.
 #include "store/store.h"
 
+#include "bankfiles/autocategory.h"
+#include "model/money.h"
+
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -30,68 +34,180 @@ void restoreOrder(std::vector<Transaction> &lines, size_t appended)
 
 } // namespace
 
-void Store::add(const Transaction &tx)
+Saved Store::add(const Transaction &tx)
 {
-    OneWrite once(*this);
-    m_book.transactions.push_back(tx);
-    assigned();
-    sortNewestFirst(1);
-    assigned();
+    {
+        OneWrite once(*this);
+        m_book.transactions.push_back(tx);
+        sortNewestFirst(1);
+        assigned();
+    }
+    return done();
 }
 
-void Store::update(const Transaction &tx)
+Saved Store::update(const Transaction &tx)
 {
     auto &lines = m_book.transactions;
-    const auto found = std::find_if(lines.begin(), lines.end(), [&](const Transaction &t) { return t.id == tx.id; });
+    const auto found = findById(lines, tx.id);
     if (found == lines.end())
-        return;
-    *found = tx;
+        return {};
+    if (found->date == tx.date) {
+        *found = tx;
+    } else {
+        // Taken out and merged in again, as a new line: its place by date at once.
+        lines.erase(found);
+        lines.push_back(tx);
+        sortNewestFirst(1);
+    }
     assigned();
+    return done();
 }
 
-void Store::deleteTransaction(const Transaction &tx)
+Saved Store::save(const TransactionEdit &edit)
+{
+    Transaction tx;
+    if (edit.id) {
+        const std::optional<Transaction> stored = findById(std::as_const(m_book.transactions), *edit.id);
+        // Gone while the editor was open: nothing left to change. A transfer side is
+        // changed with its other side only (updateTransfer), never made income or spending.
+        if (!stored || stored->kind == TxKind::transfer)
+            return {};
+        tx = *stored; // keeps its id and import fingerprint
+    }
+    const Decimal m = edit.amount.magnitude();
+    const bool wasBill = tx.kind == TxKind::bill;
+    tx.date = edit.date.wholeSeconds();
+    tx.accountID = edit.accountID;
+    tx.amount = edit.income ? m : m.negated();
+    tx.payee = edit.payee;
+    tx.category = edit.category;
+    tx.note = edit.note;
+    tx.cleared = edit.cleared;
+    if (edit.income)
+        tx.kind = tx.category == QLatin1String("Royalties") ? TxKind::royalty : TxKind::deposit;
+    else
+        tx.kind = wasBill ? TxKind::bill : TxKind::expense;
+
+    const Saved outcome = edit.id ? update(tx) : add(tx);
+    if (!outcome.changed)
+        return outcome;
+    return done((edit.income ? tr("Logged ") : tr("Spent ")) + Money::s(m) + QStringLiteral(" · ") + tx.payee +
+                QLatin1Char('.'));
+}
+
+Saved Store::deleteTransaction(const Transaction &tx)
 {
     // Copies: `tx` may be one of the lines being removed.
     const QUuid id = tx.id;
     const std::optional<QUuid> pair = tx.transferPairID;
-    std::erase_if(m_book.transactions, [&](const Transaction &t) { return t.id == id || (pair && t.id == *pair); });
+    if (std::erase_if(m_book.transactions,
+                      [&](const Transaction &t) { return t.id == id || (pair && t.id == *pair); }) == 0)
+        return {};
     assigned();
+    return done();
 }
 
-void Store::transfer(const QUuid &from, const QUuid &to, const Decimal &amount, Instant date, const QString &note)
-{
-    const Decimal m = amount.magnitude();
-    auto nameOf = [this](const QUuid &id) {
-        const auto found = account(id);
-        return found ? found->name : QString();
-    };
+namespace {
 
+// The two sides of a transfer: money leaves `from` on the sending side and reaches `to`
+// on the receiving one; each points at the other.
+std::pair<Transaction, Transaction> transferSides(const TransferEdit &edit, const QString &fromName,
+                                                  const QString &toName)
+{
+    const Decimal m = edit.amount.magnitude();
     Transaction sending;
-    sending.date = date;
-    sending.accountID = from;
+    sending.date = edit.date;
+    sending.accountID = edit.from;
     sending.amount = m.negated();
-    sending.payee = QStringLiteral("Transfer to ") + nameOf(to);
+    sending.payee = QStringLiteral("Transfer to ") + toName;
     sending.category = QStringLiteral("Transfer");
-    sending.note = note;
+    sending.note = edit.note;
     sending.cleared = true;
     sending.kind = TxKind::transfer;
 
     Transaction receiving = sending;
     receiving.id = newId();
-    receiving.accountID = to;
+    receiving.accountID = edit.to;
     receiving.amount = m;
-    receiving.payee = QStringLiteral("Transfer from ") + nameOf(from);
+    receiving.payee = QStringLiteral("Transfer from ") + fromName;
 
     // Each side points at the other; there is no shared pair id.
     receiving.transferPairID = sending.id;
     sending.transferPairID = receiving.id;
+    return {sending, receiving};
+}
 
-    OneWrite once(*this);
-    m_book.transactions.push_back(std::move(sending));
-    m_book.transactions.push_back(std::move(receiving));
-    assigned();
-    sortNewestFirst(2);
-    assigned();
+// Whether a side of a transfer is the one money leaves by. The sign says so; for a
+// transfer of nothing, the payee does.
+bool isSending(const Transaction &side)
+{
+    return side.amount.isNegative() || (side.amount.isZero() && side.payee.startsWith(QLatin1String("Transfer to ")));
+}
+
+} // namespace
+
+Saved Store::transfer(const QUuid &from, const QUuid &to, const Decimal &amount, Instant date, const QString &note)
+{
+    const TransferEdit edit{from, to, amount.magnitude(), date, note};
+    auto [sending, receiving] = transferSides(edit, accountName(from), accountName(to));
+    {
+        OneWrite once(*this);
+        m_book.transactions.push_back(std::move(sending));
+        m_book.transactions.push_back(std::move(receiving));
+        sortNewestFirst(2);
+        assigned();
+    }
+    return done(tr("Moved %1.").arg(Money::s(edit.amount)));
+}
+
+std::optional<TransferEdit> Store::transferOf(const Transaction &side) const
+{
+    if (side.kind != TxKind::transfer)
+        return std::nullopt;
+    const std::optional<Transaction> other =
+        side.transferPairID ? findById(m_book.transactions, *side.transferPairID) : std::nullopt;
+    const bool sending = isSending(side);
+    TransferEdit edit{side.accountID, other ? other->accountID : QUuid(), side.amount.magnitude(), side.date,
+                      side.note};
+    if (!sending)
+        std::swap(edit.from, edit.to);
+    return edit;
+}
+
+Saved Store::updateTransfer(const Transaction &side, const TransferEdit &edit)
+{
+    // Copies: `side` may be one of the lines replaced below.
+    const Transaction given = side;
+    const std::optional<Transaction> stored = findById(std::as_const(m_book.transactions), given.id);
+    if (!stored || stored->kind != TxKind::transfer)
+        return {};
+    const std::optional<Transaction> other =
+        stored->transferPairID ? findById(std::as_const(m_book.transactions), *stored->transferPairID) : std::nullopt;
+
+    auto [sending, receiving] = transferSides(edit, accountName(edit.from), accountName(edit.to));
+    sending.date = receiving.date = edit.date.wholeSeconds();
+    // Each side keeps its id and cleared mark; a missing other side gets the new id made above.
+    Transaction &same = isSending(*stored) ? sending : receiving;
+    Transaction &opposite = isSending(*stored) ? receiving : sending;
+    same.id = stored->id;
+    same.cleared = stored->cleared;
+    if (other) {
+        opposite.id = other->id;
+        opposite.cleared = other->cleared;
+    }
+    same.transferPairID = opposite.id;
+    opposite.transferPairID = same.id;
+
+    {
+        OneWrite once(*this);
+        std::erase_if(m_book.transactions,
+                      [&](const Transaction &t) { return t.id == same.id || t.id == opposite.id; });
+        m_book.transactions.push_back(std::move(sending));
+        m_book.transactions.push_back(std::move(receiving));
+        sortNewestFirst(2);
+        assigned();
+    }
+    return done(tr("Moved %1.").arg(Money::s(edit.amount.magnitude())));
 }
 
 void Store::sortNewestFirst(size_t appended)
@@ -131,24 +247,20 @@ Decimal Store::totalBalance() const
 
 std::optional<Account> Store::account(const std::optional<QUuid> &id) const
 {
-    if (!id)
-        return std::nullopt;
-    for (const Account &a : m_book.accounts)
-        if (a.id == *id)
-            return a;
-    return std::nullopt;
+    return id ? findById(m_book.accounts, *id) : std::nullopt;
 }
 
-void Store::save(const Account &account)
+QString Store::accountName(const QUuid &id) const
 {
-    auto &accounts = m_book.accounts;
-    const auto found =
-        std::find_if(accounts.begin(), accounts.end(), [&](const Account &a) { return a.id == account.id; });
-    if (found != accounts.end())
-        *found = account;
-    else
-        accounts.push_back(account);
+    const std::optional<Account> found = account(id);
+    return found ? found->name : QString();
+}
+
+Saved Store::save(const Account &account)
+{
+    upsertById(m_book.accounts, account);
     assigned();
+    return done();
 }
 
 bool Store::hasTransactions(const Account &account) const
@@ -157,13 +269,12 @@ bool Store::hasTransactions(const Account &account) const
                        [&](const Transaction &t) { return t.accountID == account.id; });
 }
 
-void Store::deleteAccount(const Account &account)
+Saved Store::deleteAccount(const Account &account)
 {
-    if (hasTransactions(account))
-        return;
-    const QUuid id = account.id; // `account` may be the very record removed
-    std::erase_if(m_book.accounts, [&](const Account &a) { return a.id == id; });
+    if (hasTransactions(account) || !eraseById(m_book.accounts, account.id))
+        return {};
     assigned();
+    return done();
 }
 
 QStringList Store::categories(bool income) const
@@ -173,4 +284,9 @@ QStringList Store::categories(bool income) const
         if (c.income == income && c.name != QLatin1String("Transfer"))
             names.append(c.name);
     return names;
+}
+
+QString Store::guessCategory(const QString &payee, bool income) const
+{
+    return AutoCategory::guess(payee, income ? Decimal(1) : Decimal(-1), m_book.transactions);
 }

@@ -126,3 +126,23 @@ std::vector<MonthFlow> Store::monthly(int months) const
     }
     return flows;
 }
+
+PeriodReport Store::periodReport(ReportPeriod period) const
+{
+    PeriodReport report;
+    report.period = period;
+    report.range = periodRange(period);
+    report.income = income(report.range);
+    report.spending = spending(report.range);
+    const CategoryTotals incomeRows = incomeByCategory(report.range);
+    report.royaltyShare = royaltyShare(incomeRows, report.income);
+    // The first category of a name decides its budget.
+    std::vector<std::pair<QString, Decimal>> budgets;
+    for (const Category &c : m_book.categories)
+        if (c.budget && std::none_of(budgets.begin(), budgets.end(), [&c](const auto &b) { return b.first == c.name; }))
+            budgets.emplace_back(c.name, *c.budget);
+    const int months = budgetMonths(period);
+    report.incomeLines = categoryLines(incomeRows, report.income, {}, months);
+    report.spendingLines = categoryLines(spendingByCategory(report.range), report.spending, budgets, months);
+    return report;
+}

@@ -10,11 +10,6 @@
 
 namespace {
 
-std::vector<Royalty>::iterator findRoyalty(std::vector<Royalty> &royalties, const QUuid &id)
-{
-    return std::find_if(royalties.begin(), royalties.end(), [&](const Royalty &r) { return r.id == id; });
-}
-
 bool pending(const Royalty &royalty)
 {
     return royalty.status != RoyaltyStatus::received;
@@ -50,13 +45,13 @@ Decimal Store::royaltiesReceivedThisYear() const
     return sum;
 }
 
-void Store::receive(const Royalty &passed, const Decimal &amount, Instant on, std::optional<QUuid> accountID)
+Saved Store::receive(const Royalty &passed, const Decimal &amount, Instant on, std::optional<QUuid> accountID)
 {
     // A copy: the caller may hand in the stored record itself, which changes below.
     const Royalty royalty = passed;
-    const auto stored = findRoyalty(m_book.royalties, royalty.id);
+    const auto stored = findById(m_book.royalties, royalty.id);
     if (stored == m_book.royalties.end())
-        return;
+        return {};
     if (!accountID)
         accountID = royalty.accountID;
     if (!accountID) {
@@ -86,7 +81,8 @@ void Store::receive(const Royalty &passed, const Decimal &amount, Instant on, st
             deposit.note = about.join(QStringLiteral(" · "));
             deposit.cleared = true;
             deposit.kind = TxKind::royalty;
-            add(deposit);
+            m_book.transactions.push_back(std::move(deposit));
+            sortNewestFirst(1);
         }
 
         if (const auto following = next(royalty.repeats, royalty.expectedDate)) {
@@ -101,22 +97,20 @@ void Store::receive(const Royalty &passed, const Decimal &amount, Instant on, st
             assigned();
         }
     }
-    report(tr("Logged %1 from %2.").arg(Money::s(amount), royalty.payer));
+    return done(tr("Logged %1 from %2.").arg(Money::s(amount), royalty.payer));
 }
 
-void Store::save(const Royalty &royalty)
+Saved Store::save(const Royalty &royalty)
 {
-    const auto stored = findRoyalty(m_book.royalties, royalty.id);
-    if (stored != m_book.royalties.end())
-        *stored = royalty;
-    else
-        m_book.royalties.push_back(royalty);
+    upsertById(m_book.royalties, royalty);
     assigned();
+    return done();
 }
 
-void Store::deleteRoyalty(const Royalty &royalty)
+Saved Store::deleteRoyalty(const Royalty &royalty)
 {
-    const QUuid id = royalty.id; // `royalty` may be one of the records moved while erasing
-    std::erase_if(m_book.royalties, [&](const Royalty &r) { return r.id == id; });
+    if (!eraseById(m_book.royalties, royalty.id))
+        return {};
     assigned();
+    return done();
 }

@@ -141,6 +141,8 @@ Store::Store(StoreOptions options, QObject *parent)
     m_locked = requireUnlock();
     if (m_lock)
         dailyBackup();
+    else if (m_fromNewer)
+        setStatus(tr("This money file was written by a newer Coinhall, so changes made here are not saved."));
     else if (m_status.isEmpty())
         setStatus(tr("Coinhall is already open with this money file, so changes made here are not saved."));
 }
@@ -182,8 +184,15 @@ void Store::load()
         if (decoded.book) {
             m_book = std::move(*decoded.book);
             assigned();
-            if (decoded.roundedAmounts > 0)
+            if (m_book.version > MoneyFile::version) {
+                // What a newer Coinhall wrote may hold more than this one knows; a save
+                // from here would drop it, so the file is only read (and nothing rounded
+                // as it was read can reach it).
+                m_fromNewer = true;
+                m_lock.reset();
+            } else if (decoded.roundedAmounts > 0) {
                 keepUnrounded(decoded.roundedAmounts, decoded.firstRounded);
+            }
             return;
         }
         m_loadError = decoded.error;
@@ -228,10 +237,11 @@ void Store::keepUnrounded(int count, const QString &first)
     qWarning("Coinhall: %s (the first: %s)", qPrintable(m_status), qPrintable(first));
 }
 
-void Store::setBook(Book book)
+Saved Store::setBook(Book book)
 {
     m_book = std::move(book);
     assigned();
+    return done();
 }
 
 void Store::assigned()
@@ -276,10 +286,12 @@ bool Store::save()
     if (m_loading)
         return true;
     auto fail = [this](const QString &reason) {
-        m_saveFailed = true;
-        setStatus(tr("Could not save: %1").arg(reason));
+        m_saveError = tr("Could not save: %1").arg(reason);
+        setStatus(m_saveError);
         return false;
     };
+    if (m_fromNewer)
+        return fail(tr("this money file was written by a newer Coinhall"));
     if (!m_lock)
         return fail(tr("another Coinhall has this money file open"));
 
@@ -290,14 +302,18 @@ bool Store::save()
     // The file was made owner-only; the folders around it may have been opened up meanwhile.
     keepFolderPrivate(m_dir);
     keepFolderPrivate(backupsFolder());
-    m_saveFailed = false;
+    m_saveError.clear();
     return true;
 }
 
-void Store::report(const QString &text)
+Saved Store::done(const QString &text)
 {
-    if (!m_saveFailed)
+    // Called once the operation's one write is over, so m_saveError is that write's.
+    if (!m_saveError.isEmpty())
+        return {true, m_saveError};
+    if (!text.isEmpty())
         setStatus(text);
+    return {true, {}};
 }
 
 void Store::setStatus(const QString &status)

@@ -12,6 +12,8 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <algorithm>
+
 #include <functional>
 #include <memory>
 #include <optional>
@@ -27,6 +29,71 @@ struct StoreOptions
     // Where bill reminders go; null means this platform's notification centre.
     std::shared_ptr<Notifier> notifier;
 };
+
+// What a Store operation that changes data came to. True when the Book took the
+// change and the money file holds it. The operation has already put its own line in
+// the status line (its success text, or "Could not save: <reason>").
+struct [[nodiscard]] Saved
+{
+    // The Book took the change; false when there was nothing to change (a record
+    // deleted meanwhile, an account that still has lines).
+    bool changed = false;
+    // Why the change is not in the money file: the status line's "Could not save:
+    // <reason>". Empty when it was written, or when nothing changed.
+    QString error;
+
+    explicit operator bool() const { return changed && error.isEmpty(); }
+};
+
+// The transaction editor's form, as typed: the rules that make a line of it are
+// Store::save(const TransactionEdit &)'s.
+struct TransactionEdit
+{
+    std::optional<QUuid> id; // the line changed; absent for a new line
+    bool income = false;     // money in; else money out
+    Instant date;
+    Decimal amount; // its sign does not matter: `income` decides it
+    QString payee;
+    QString category;
+    QUuid accountID;
+    QString note;
+    bool cleared = true;
+};
+
+// A transfer as its editor shows it: both sides in one.
+struct TransferEdit
+{
+    QUuid from;
+    QUuid to;
+    Decimal amount; // the size moved, positive
+    Instant date;
+    QString note;
+};
+
+// Finds the record with this id in a list of records.
+template <typename Record> auto findById(std::vector<Record> &records, const QUuid &id)
+{
+    return std::find_if(records.begin(), records.end(), [&](const Record &r) { return r.id == id; });
+}
+template <typename Record> std::optional<Record> findById(const std::vector<Record> &records, const QUuid &id)
+{
+    const auto found = std::find_if(records.begin(), records.end(), [&](const Record &r) { return r.id == id; });
+    return found == records.end() ? std::nullopt : std::optional<Record>(*found);
+}
+// Replaces the record with the same id in place, or appends it when there is none.
+template <typename Record> void upsertById(std::vector<Record> &records, const Record &record)
+{
+    if (const auto found = findById(records, record.id); found != records.end())
+        *found = record;
+    else
+        records.push_back(record);
+}
+// Removes the records with this id; true when there was one.
+template <typename Record> bool eraseById(std::vector<Record> &records, QUuid id)
+{
+    // `id` is a copy: the caller's may belong to a record that is moved while erasing.
+    return std::erase_if(records, [&](const Record &r) { return r.id == id; }) > 0;
+}
 
 // The one observable owner of the user's Book.
 //
@@ -62,7 +129,7 @@ public:
 
     const Book &book() const { return m_book; }
     // Replaces the whole Book: saves it (unless still loading) and tells observers.
-    void setBook(Book book);
+    Saved setBook(Book book);
 
     bool locked() const { return m_locked; }
     QString status() const { return m_status; }
@@ -72,8 +139,12 @@ public:
     QString dir() const { return m_dir; }
     QString backupsFolder() const;
     QString moneyFilePath() const;
-    // False when another Coinhall holds this money file: then nothing is written.
+    // False when another Coinhall holds this money file, or a newer Coinhall wrote it:
+    // then nothing is written.
     bool writable() const { return m_lock != nullptr; }
+    // Whether the money file was written by a newer Coinhall (its `version` is above
+    // MoneyFile::version); such a file is only read, never rewritten.
+    bool fromNewerVersion() const { return m_fromNewer; }
     // Why the money file found at start was not used; empty when it was (or was absent).
     QString loadError() const { return m_loadError; }
 
@@ -85,13 +156,27 @@ public:
     // -- Ledger ---------------------------------------------------------------
 
     // Adds a transaction (with its own fresh id) and keeps the list newest first.
-    void add(const Transaction &tx);
-    // Replaces the transaction with the same id, in place; the list is not re-sorted.
-    void update(const Transaction &tx);
+    Saved add(const Transaction &tx);
+    // Replaces the transaction with the same id. A line whose date changed moves to
+    // its place in the newest-first order; otherwise it stays where it is.
+    Saved update(const Transaction &tx);
+    // Saves the transaction editor's form: a new line, or the line `edit.id` changed
+    // (keeping its transfer link and import fingerprint). Money in is stored above zero,
+    // as a royalty under "Royalties", else a deposit; money out below zero, as an
+    // expense (a bill payment stays one). Says "Logged <amount> · <payee>." or "Spent ...".
+    Saved save(const TransactionEdit &edit);
     // Removes the transaction and, for a transfer, its other side.
-    void deleteTransaction(const Transaction &tx);
-    // Moves the magnitude of `amount` from one account to another as a linked pair.
-    void transfer(const QUuid &from, const QUuid &to, const Decimal &amount, Instant date, const QString &note);
+    Saved deleteTransaction(const Transaction &tx);
+    // Moves the magnitude of `amount` from one account to another as a linked pair;
+    // says "Moved <amount>.".
+    Saved transfer(const QUuid &from, const QUuid &to, const Decimal &amount, Instant date, const QString &note);
+    // The transfer that `side` is one side of, as its editor shows it; none for a line
+    // that is no transfer.
+    std::optional<TransferEdit> transferOf(const Transaction &side) const;
+    // Changes both sides of the transfer that `side` is one side of together: accounts,
+    // amount, date and note, each side keeping its id and cleared mark. A side that has
+    // gone missing is made again. Says "Moved <amount>.".
+    Saved updateTransfer(const Transaction &side, const TransferEdit &edit);
     // Opening balance plus every line of the account dated no later than `upTo`.
     Decimal balance(const Account &account, Instant upTo = Instant::distantFuture()) const;
     // The accounts that are not archived, in the Book's order.
@@ -101,10 +186,15 @@ public:
     // The account with this id, archived ones included.
     std::optional<Account> account(const std::optional<QUuid> &id) const;
     // Inserts a new account at the end or replaces the one with the same id.
-    void save(const Account &account);
+    Saved save(const Account &account);
+    // The name of the account with this id; empty when there is none.
+    QString accountName(const QUuid &id) const;
     bool hasTransactions(const Account &account) const;
     // Removes an account that has no transactions; one that has is left alone.
-    void deleteAccount(const Account &account);
+    Saved deleteAccount(const Account &account);
+    // The category an import would give a line from `payee`: that of the payee's latest
+    // line, else the keyword table's, else "Other income" or "Other spending".
+    QString guessCategory(const QString &payee, bool income) const;
     // Names of the income or spending categories for the pickers, without "Transfer".
     QStringList categories(bool income) const;
 
@@ -130,13 +220,15 @@ public:
     // Records a payment of `amount` (the bill's own amount when absent): books it from
     // the account given, else the bill's, else the first active one (no line when
     // there is none), adds it to the history and moves the bill on one step.
-    void pay(const Bill &bill, std::optional<Decimal> amount, Instant on, std::optional<QUuid> accountID);
+    // Says "Paid <name>: <amount>.".
+    Saved pay(const Bill &bill, std::optional<Decimal> amount, Instant on, std::optional<QUuid> accountID);
     // Moves a bill past its current due date without paying; a one-time bill finishes.
-    void skip(const Bill &bill);
-    // Inserts a new bill at the end or replaces the one with the same id in place.
-    void save(const Bill &bill);
+    Saved skip(const Bill &bill);
+    // Inserts a new bill at the end or replaces the one with the same id in place;
+    // says "Saved bill <name>.".
+    Saved save(const Bill &bill);
     // Removes the bill; lines its payments booked stay in the ledger.
-    void deleteBill(const Bill &bill);
+    Saved deleteBill(const Bill &bill);
 
     // The royalties not yet received ("Expected" and "Following up"), soonest expected first.
     std::vector<Royalty> pendingRoyalties() const;
@@ -146,12 +238,12 @@ public:
     Decimal royaltiesReceivedThisYear() const;
     // Marks a royalty received: books the deposit into the account given, else the
     // royalty's, else the first active one (none when there is no account), and lines
-    // up the next expected statement of a repeating royalty.
-    void receive(const Royalty &royalty, const Decimal &amount, Instant on, std::optional<QUuid> accountID);
+    // up the next expected statement of a repeating royalty. Says "Logged <amount> from <payer>.".
+    Saved receive(const Royalty &royalty, const Decimal &amount, Instant on, std::optional<QUuid> accountID);
     // Inserts a new royalty at the end or replaces the one with the same id in place.
-    void save(const Royalty &royalty);
+    Saved save(const Royalty &royalty);
     // Removes the royalty; a deposit booked for it stays in the ledger.
-    void deleteRoyalty(const Royalty &royalty);
+    Saved deleteRoyalty(const Royalty &royalty);
 
     // -- Reminders -------------------------------------------------------------
 
@@ -179,15 +271,17 @@ public:
     CategoryTotals spendingByCategory(const ClosedRange &range) const;
     // Income and spending of the last `months` calendar months, this one included, oldest first.
     std::vector<MonthFlow> monthly(int months) const;
+    // Every figure of the Reports screen for `period`, now by the Store's clock.
+    PeriodReport periodReport(ReportPeriod period) const;
 
     // -- Bank files ------------------------------------------------------------
 
     // Appends imported lines, keeps the list newest first and writes the file once;
     // `status` becomes "Imported <n> transactions from <file name>.".
-    void importTransactions(const std::vector<Transaction> &txs, const QString &fileName);
+    Saved importTransactions(const std::vector<Transaction> &txs, const QString &fileName);
     // Writes every transaction, oldest first, as CSV to `path`, replacing it whole;
-    // `status` becomes "Saved <file name>." or "Could not save: <reason>". False on failure.
-    bool exportCSV(const QString &path);
+    // `status` becomes "Saved <file name>." or "Could not save: <reason>".
+    Saved exportCSV(const QString &path);
     // The export file's bytes for the current Book.
     QByteArray exportText() const;
 
@@ -234,8 +328,9 @@ protected:
     Book &mutableBook() { return m_book; }
     // The change hook: the Book was assigned.
     void assigned();
-    // An operation's result line. A failed save of the same operation keeps its message.
-    void report(const QString &text);
+    // Ends an operation that changed the Book: its outcome, with `text` (if any) in the
+    // status line when the change was written; a failed write keeps "Could not save: ...".
+    Saved done(const QString &text = {});
     // Puts the transactions back in newest-first order (a stable sort by date) after
     // `appended` lines were added at the end.
     void sortNewestFirst(size_t appended);
@@ -255,7 +350,8 @@ private:
     QString m_loadError;
     bool m_locked = false;
     bool m_loading = true;
-    bool m_saveFailed = false;
+    QString m_saveError; // the last write's "Could not save: <reason>"; empty when it worked
+    bool m_fromNewer = false;
     bool m_unlocking = false;
     int m_oneWriteDepth = 0;
     bool m_pendingWrite = false;

@@ -53,12 +53,12 @@ protected:
 
 TEST_F(BankFilesStore, ImportAppendsSortsWritesOnceAndReports)
 {
-    store.add(line("2024-03-06T12:00:00Z", "-1", "Typed"));
+    EXPECT_TRUE(store.add(line("2024-03-06T12:00:00Z", "-1", "Typed")));
     const CSVImporter importer = csv("Date,Description,Amount\n3/5/2024,Older,-2\n3/7/2024,Newer,10\n");
     const auto result = importer.transactions(checking.id, store.book().transactions, bySign);
 
     QSignalSpy changed(&store, &Store::bookChanged);
-    store.importTransactions(result.newTransactions, temp.filePath(QStringLiteral("March.csv")));
+    EXPECT_TRUE(store.importTransactions(result.newTransactions, temp.filePath(QStringLiteral("March.csv"))));
     EXPECT_EQ(changed.count(), 1);
     EXPECT_EQ(payees(), (std::vector<QString>{"Newer", "Typed", "Older"}));
     EXPECT_EQ(store.status(), "Imported 2 transactions from March.csv.");
@@ -68,7 +68,7 @@ TEST_F(BankFilesStore, ImportAppendsSortsWritesOnceAndReports)
     const auto again = importer.transactions(checking.id, store.book().transactions, bySign);
     EXPECT_TRUE(again.newTransactions.empty());
     EXPECT_EQ(again.skipped, 2);
-    store.importTransactions(again.newTransactions, QStringLiteral("March.csv"));
+    EXPECT_TRUE(store.importTransactions(again.newTransactions, QStringLiteral("March.csv")));
     EXPECT_EQ(store.status(), "Imported 0 transactions from March.csv.");
     EXPECT_EQ(store.book().transactions.size(), 3u);
 }
@@ -76,18 +76,18 @@ TEST_F(BankFilesStore, ImportAppendsSortsWritesOnceAndReports)
 TEST_F(BankFilesStore, ExportWritesEveryLineOldestFirstWithQuotedTexts)
 {
     Account closed{newId(), QStringLiteral("Old \"Card\""), AccountKind::credit, {}, true};
-    store.save(closed);
+    EXPECT_TRUE(store.save(closed));
     Transaction quoted = line("2025-03-02T04:30:00Z", "-1234.50", "Joe's \"Best\" Diner, LLC");
     quoted.note = QStringLiteral("two\nlines, \"quoted\"");
     quoted.cleared = true;
-    store.add(quoted);
+    EXPECT_TRUE(store.add(quoted));
     Transaction orphan = line("2025-01-15T17:00:00Z", "50.00", "Client", TxKind::deposit);
     orphan.accountID = newId(); // its account was deleted
     orphan.category = QStringLiteral("Café & more");
-    store.add(orphan);
+    EXPECT_TRUE(store.add(orphan));
     Transaction onCard = line("2025-02-01T00:00:00Z", "0.99", "Refund", TxKind::royalty);
     onCard.accountID = closed.id;
-    store.add(onCard);
+    EXPECT_TRUE(store.add(onCard));
 
     const QString path = temp.filePath(QStringLiteral("Coinhall transactions.csv"));
     ASSERT_TRUE(store.exportCSV(path));
@@ -102,7 +102,7 @@ TEST_F(BankFilesStore, ExportWritesEveryLineOldestFirstWithQuotedTexts)
 
 TEST_F(BankFilesStore, ExportDateIsTheUtcCalendarDay)
 {
-    store.add(line("2025-03-01T23:30:00-05:00", "-1", "Late in New York"));
+    EXPECT_TRUE(store.add(line("2025-03-01T23:30:00-05:00", "-1", "Late in New York")));
     const QString path = temp.filePath(QStringLiteral("out.csv"));
     ASSERT_TRUE(store.exportCSV(path));
     EXPECT_EQ(readAll(path),

@@ -63,3 +63,12 @@ TEST(MoneyText, FollowsTheCurrencyCode)
     Money::setCode(QStringLiteral("USD"));
     EXPECT_EQ(Money::s(d("1234.5")), QStringLiteral("$1,234.50"));
 }
+
+TEST(MoneyEditText, HasAtLeastTwoDecimalsAndNeverRounds)
+{
+    EXPECT_EQ(Money::editText(d("72")), QStringLiteral("72.00"));
+    EXPECT_EQ(Money::editText(d("16.5")), QStringLiteral("16.50"));
+    EXPECT_EQ(Money::editText(d("12.345")), QStringLiteral("12.345"));
+    EXPECT_EQ(Money::editText(d("-1450")), QStringLiteral("-1450.00"));
+    EXPECT_EQ(*Money::parse(Money::editText(d("0.05"))), d("0.05"));
+}

@@ -63,7 +63,7 @@ TEST(CrashSafety, WritesCutShortAreClearedAtTheNextStartAndNothingElse)
     EXPECT_EQ(readAll(dir + QStringLiteral("/Backups/notes.saving")), "notes");
 
     // A save goes through its in-progress name and leaves nothing beside the file.
-    store.add(line(store.book().accounts[0], "2025-03-04T09:00:00Z", "-12.5"));
+    EXPECT_TRUE(store.add(line(store.book().accounts[0], "2025-03-04T09:00:00Z", "-12.5")));
     EXPECT_EQ(decodeFile(dir + QStringLiteral("/coinhall.json")).transactions.size(), 1u);
     EXPECT_FALSE(QFile::exists(dir + QStringLiteral("/coinhall.json.saving")));
 }

@@ -141,18 +141,19 @@ protected:
 TEST_F(Faults, DiskFullHalfwayThroughASaveKeepsTheOldFile)
 {
     Store store({dir});
-    store.setBook(good);
+    EXPECT_TRUE(store.setBook(good));
     const QByteArray before = readAll(file());
     {
         FileSizeLimit half(rlim_t(before.size() / 2));
-        store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3"));
+        EXPECT_EQ(store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3")).error,
+                  "Could not save: File too large");
     }
     EXPECT_EQ(store.status(), "Could not save: File too large");
     EXPECT_EQ(store.book().transactions.size(), 41u);
     EXPECT_EQ(readAll(file()), before);
     EXPECT_EQ(strays(), QStringList());
 
-    store.add(line(store.book().accounts[0], "2025-03-06T09:00:00Z", "-4"));
+    EXPECT_TRUE(store.add(line(store.book().accounts[0], "2025-03-06T09:00:00Z", "-4")));
     EXPECT_EQ(decodeFile(file()), store.book());
 }
 
@@ -180,7 +181,7 @@ TEST_F(Faults, DiskFullDuringTheBackupLeavesNoHalfCopy)
 TEST_F(Faults, DiskFullDuringAnExportKeepsTheEarlierExport)
 {
     Store store({dir});
-    store.setBook(good);
+    EXPECT_TRUE(store.setBook(good));
     const QString path = temp.path() + QStringLiteral("/export.csv");
     writeAll(path, "the export of last week\n");
     {
@@ -200,12 +201,13 @@ TEST_F(Faults, DiskFullDuringAnExportKeepsTheEarlierExport)
 TEST_F(Faults, FolderTurnsReadOnlyWhileOpen)
 {
     Store store({dir});
-    store.setBook(good);
+    EXPECT_TRUE(store.setBook(good));
     const QByteArray before = readAll(file());
     const Account studio = store.book().accounts[0];
     {
         ReadOnlyFolder readOnly(dir);
-        store.add(line(studio, "2025-03-05T09:00:00Z", "-3"));
+        EXPECT_EQ(store.add(line(studio, "2025-03-05T09:00:00Z", "-3")).error,
+                  "Could not save: " + ReadOnlyFolder::reason());
         EXPECT_FALSE(store.exportCSV(dir + QStringLiteral("/export.csv")));
     }
     EXPECT_EQ(store.status(), "Could not save: " + ReadOnlyFolder::reason());
@@ -214,7 +216,7 @@ TEST_F(Faults, FolderTurnsReadOnlyWhileOpen)
     EXPECT_EQ(strays(), QStringList());
 
     // Writable again: the next change saves everything the Book holds.
-    store.add(line(studio, "2025-03-06T09:00:00Z", "-4"));
+    EXPECT_TRUE(store.add(line(studio, "2025-03-06T09:00:00Z", "-4")));
     EXPECT_EQ(decodeFile(file()).transactions.size(), 42u);
 }
 
@@ -253,7 +255,7 @@ TEST_F(Faults, MoneyFileReplacedByWhatCannotBeRead)
         EXPECT_EQ(readAll(backup()), goodBytes);
 
         // The first change writes a new file; neither earlier file is touched.
-        store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3"));
+        EXPECT_TRUE(store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3")));
         EXPECT_EQ(decodeFile(file()).transactions.size(), 1u);
         EXPECT_EQ(readAll(dir + QLatin1Char('/') + kept[0]), c.bytes);
         EXPECT_EQ(readAll(backup()), goodBytes);
@@ -363,7 +365,7 @@ TEST_F(Faults, SixtyDigitAmountsAreRoundedTo38DigitsSaidAndKeptAsTheyWere)
     EXPECT_EQ(keptMode.st_mode & 0777, 0600u);
 
     // The first save writes the rounded amounts; the copy keeps every digit.
-    store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3"));
+    EXPECT_TRUE(store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3")));
     EXPECT_TRUE(readAll(file()).contains("\"amount\": 123456789012345678901234567890123456790000000000000000000000,"));
     EXPECT_EQ(readAll(dir + QLatin1Char('/') + kept[0]), bytes);
     EXPECT_EQ(readAll(backup()), "earlier today");
@@ -399,7 +401,7 @@ TEST_F(Faults, BackupsFolderThatIsAFileStopsOnlyTheBackup)
     EXPECT_EQ(readAll(dir + QStringLiteral("/Backups")), "not a folder");
     EXPECT_EQ(readAll(file()), goodBytes);
 
-    store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3"));
+    EXPECT_TRUE(store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3")));
     EXPECT_EQ(decodeFile(file()), store.book());
 }
 
@@ -441,12 +443,12 @@ TEST_F(Faults, ClockBackADayKeepsPaymentsAndSaves)
     rent.name = QStringLiteral("Rent");
     rent.amount = d("1200");
     rent.due = at("2025-03-10T14:00:00Z");
-    store.save(rent);
-    store.pay(store.book().bills[0], std::nullopt, now, std::nullopt);
+    EXPECT_TRUE(store.save(rent));
+    EXPECT_TRUE(store.pay(store.book().bills[0], std::nullopt, now, std::nullopt));
 
     now = at("2025-03-09T15:00:00Z");
     EXPECT_FALSE(store.isOverdue(store.book().bills[0]));
-    store.pay(store.book().bills[0], std::nullopt, now, std::nullopt);
+    EXPECT_TRUE(store.pay(store.book().bills[0], std::nullopt, now, std::nullopt));
 
     // Both payments are kept in the order they were made, the later one dated earlier.
     const std::vector<Bill::Payment> &history = store.book().bills[0].history;
@@ -472,7 +474,7 @@ TEST_F(Faults, ClockBackToAnEarlierSetAsideStampLosesNeitherFile)
     EXPECT_EQ(store.status(),
               "Your money file could not be read, and it could not be set aside, so nothing will be saved.");
     EXPECT_FALSE(store.writable());
-    store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3"));
+    EXPECT_FALSE(store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3")));
     EXPECT_EQ(readAll(file()), "{\"version\": 1,");
     for (const QString &name : keptAside())
         EXPECT_EQ(readAll(dir + QLatin1Char('/') + name), "an earlier unreadable file");

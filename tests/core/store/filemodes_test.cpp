@@ -84,7 +84,7 @@ TEST_F(FileModes, EverySaveClosesTheFileAndBothFoldersAgain)
         setMode(dir(), 0755);
         setMode(file(), 0644);
         setMode(backups(), 0777);
-        store.add(line(studio, "2025-03-04T09:00:00Z", "-12.5"));
+        EXPECT_TRUE(store.add(line(studio, "2025-03-04T09:00:00Z", "-12.5")));
         EXPECT_TRUE(store.status().isEmpty()) << qPrintable(store.status());
         EXPECT_EQ(modeOf(dir()), "700");
         EXPECT_EQ(modeOf(file()), "600");
@@ -123,7 +123,7 @@ TEST_F(FileModes, TheNextStartClosesOldBackupsTheBackupsFolderAndAFileKeptAside)
     EXPECT_EQ(modeOf(outside), "644");
 
     // The first save after it makes a new money file, owner-only from the start.
-    store.save(Account{newId(), QStringLiteral("Cash box"), AccountKind::cash, {}, false});
+    EXPECT_TRUE(store.save(Account{newId(), QStringLiteral("Cash box"), AccountKind::cash, {}, false}));
     EXPECT_EQ(modeOf(file()), "600");
     EXPECT_EQ(decodeFile(file()).accounts.size(), 3u);
 }
@@ -161,7 +161,7 @@ TEST_F(FileModes, AMoneyFileThatIsALinkIsSavedThroughIt)
 
     Store store({dir()});
     EXPECT_EQ(store.book().accounts[0].name, "Studio");
-    store.add(line(store.book().accounts[0], "2025-03-04T09:00:00Z", "-12.5"));
+    EXPECT_TRUE(store.add(line(store.book().accounts[0], "2025-03-04T09:00:00Z", "-12.5")));
     EXPECT_TRUE(QFileInfo(file()).isSymLink());
     EXPECT_EQ(decodeFile(elsewhere).transactions.size(), 1u);
     EXPECT_EQ(modeOf(elsewhere), "600");

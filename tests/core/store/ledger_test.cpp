@@ -30,10 +30,10 @@ protected:
 
 TEST_F(Ledger, AddKeepsNewestFirstAndEqualDatesInArrivalOrder)
 {
-    store.add(line(checking, "2025-03-02T09:00:00Z", "-1", "B"));
-    store.add(line(checking, "2025-03-05T09:00:00Z", "-1", "D"));
-    store.add(line(checking, "2025-03-01T09:00:00Z", "-1", "A"));
-    store.add(line(checking, "2025-03-02T09:00:00Z", "-1", "C")); // same instant as B: goes after it
+    EXPECT_TRUE(store.add(line(checking, "2025-03-02T09:00:00Z", "-1", "B")));
+    EXPECT_TRUE(store.add(line(checking, "2025-03-05T09:00:00Z", "-1", "D")));
+    EXPECT_TRUE(store.add(line(checking, "2025-03-01T09:00:00Z", "-1", "A")));
+    EXPECT_TRUE(store.add(line(checking, "2025-03-02T09:00:00Z", "-1", "C"))); // same instant as B: goes after it
     EXPECT_EQ(payees(), (std::vector<QString>{"D", "B", "C", "A"}));
     EXPECT_EQ(onDisk(), store.book());
 }
@@ -41,38 +41,40 @@ TEST_F(Ledger, AddKeepsNewestFirstAndEqualDatesInArrivalOrder)
 TEST_F(Ledger, AddWritesAndNotifiesOnce)
 {
     QSignalSpy changed(&store, &Store::bookChanged);
-    store.add(line(checking, "2025-03-02T09:00:00Z", "-1"));
+    EXPECT_TRUE(store.add(line(checking, "2025-03-02T09:00:00Z", "-1")));
     EXPECT_EQ(changed.count(), 1);
-    store.transfer(checking.id, savings.id, d("5"), at("2025-03-02T10:00:00Z"), {});
+    EXPECT_TRUE(store.transfer(checking.id, savings.id, d("5"), at("2025-03-02T10:00:00Z"), {}));
     EXPECT_EQ(changed.count(), 2);
 }
 
-TEST_F(Ledger, UpdateReplacesInPlaceWithoutSorting)
+TEST_F(Ledger, UpdateKeepsALinesPlaceUnlessItsDateChanged)
 {
-    store.add(line(checking, "2025-03-01T09:00:00Z", "-1", "A"));
-    store.add(line(checking, "2025-03-02T09:00:00Z", "-1", "B"));
-    Transaction a = store.book().transactions[1];
-    a.date = at("2025-04-01T09:00:00Z");
-    a.amount = d("-99.95");
-    store.update(a);
-    EXPECT_EQ(payees(), (std::vector<QString>{"B", "A"}));
-    EXPECT_EQ(store.book().transactions[1].amount, d("-99.95"));
-    EXPECT_EQ(onDisk().transactions[1].date, at("2025-04-01T09:00:00Z"));
+    EXPECT_TRUE(store.add(line(checking, "2025-03-01T09:00:00Z", "-1", "A")));
+    EXPECT_TRUE(store.add(line(checking, "2025-03-02T09:00:00Z", "-1", "B")));
+    EXPECT_TRUE(store.add(line(checking, "2025-03-03T09:00:00Z", "-1", "C")));
+    Transaction b = store.book().transactions[1];
+    b.amount = d("-99.95");
+    EXPECT_TRUE(store.update(b));
+    EXPECT_EQ(payees(), (std::vector<QString>{"C", "B", "A"}));
+    EXPECT_EQ(onDisk().transactions[1].amount, d("-99.95"));
 
-    // The next add sorts everything again.
-    store.add(line(checking, "2025-01-01T09:00:00Z", "-1", "Z"));
-    EXPECT_EQ(payees(), (std::vector<QString>{"A", "B", "Z"}));
+    // A new date puts the line in its place at once, after lines of the same date.
+    Transaction a = store.book().transactions[2];
+    a.date = at("2025-03-03T09:00:00Z");
+    EXPECT_TRUE(store.update(a));
+    EXPECT_EQ(payees(), (std::vector<QString>{"C", "A", "B"}));
+    EXPECT_EQ(onDisk(), store.book());
 
     // An unknown id changes nothing.
     QSignalSpy changed(&store, &Store::bookChanged);
-    store.update(line(checking, "2025-01-01T09:00:00Z", "-1", "Ghost"));
+    EXPECT_FALSE(store.update(line(checking, "2025-01-01T09:00:00Z", "-1", "Ghost")).changed);
     EXPECT_EQ(changed.count(), 0);
-    EXPECT_EQ(payees(), (std::vector<QString>{"A", "B", "Z"}));
 }
 
 TEST_F(Ledger, TransferMakesTwoLinkedSidesWhateverTheSign)
 {
-    store.transfer(checking.id, savings.id, d("-50"), at("2025-03-02T09:00:00Z"), QStringLiteral("rainy day"));
+    EXPECT_TRUE(
+        store.transfer(checking.id, savings.id, d("-50"), at("2025-03-02T09:00:00Z"), QStringLiteral("rainy day")));
     ASSERT_EQ(store.book().transactions.size(), 2u);
     const Transaction &out = store.book().transactions[0];
     const Transaction &in = store.book().transactions[1];
@@ -93,21 +95,60 @@ TEST_F(Ledger, TransferMakesTwoLinkedSidesWhateverTheSign)
     EXPECT_EQ(in.transferPairID, out.id);
     EXPECT_NE(out.id, in.id);
 
-    store.transfer(checking.id, QUuid::createUuid(), d("1"), at("2025-03-03T09:00:00Z"), {});
+    EXPECT_TRUE(store.transfer(checking.id, QUuid::createUuid(), d("1"), at("2025-03-03T09:00:00Z"), {}));
     EXPECT_EQ(store.book().transactions[0].payee, "Transfer to ");
+}
+
+TEST_F(Ledger, EditingEitherSideOfATransferChangesBothTogether)
+{
+    const Account cash = {.name = QStringLiteral("Cash")};
+    EXPECT_TRUE(store.save(cash));
+    EXPECT_TRUE(store.transfer(checking.id, savings.id, d("50"), at("2025-03-02T09:00:00Z"), QStringLiteral("old")));
+    for (const size_t side : {0u, 1u}) {
+        const Transaction edited = store.book().transactions[side];
+        ASSERT_EQ(store.transferOf(edited)->from, checking.id); // either side gives the whole transfer
+        const TransferEdit edit{savings.id, cash.id, d("-75.5"), at("2025-02-01T10:00:00Z"), QStringLiteral("new")};
+        EXPECT_TRUE(store.updateTransfer(edited, edit));
+        EXPECT_EQ(store.status(), "Moved $75.50.");
+
+        ASSERT_EQ(store.book().transactions.size(), 2u);
+        const Transaction &out = store.book().transactions[0];
+        const Transaction &in = store.book().transactions[1];
+        EXPECT_EQ(out.id, edited.amount.isNegative() ? edited.id : edited.transferPairID); // ids kept
+        EXPECT_EQ(out.transferPairID, in.id);
+        EXPECT_EQ(in.transferPairID, out.id);
+        EXPECT_EQ(std::make_pair(out.accountID, in.accountID), std::make_pair(savings.id, cash.id));
+        EXPECT_EQ(std::make_pair(out.amount, in.amount), std::make_pair(d("-75.5"), d("75.5")));
+        EXPECT_EQ(std::make_pair(out.payee, in.payee),
+                  std::make_pair(QString("Transfer to Cash"), QString("Transfer from Savings")));
+        for (const Transaction *t : {&out, &in}) {
+            EXPECT_EQ(t->date, at("2025-02-01T10:00:00Z"));
+            EXPECT_EQ(t->note, "new");
+            EXPECT_EQ(t->kind, TxKind::transfer);
+        }
+        EXPECT_EQ(onDisk(), store.book());
+        // Put back for the other side's turn.
+        EXPECT_TRUE(store.updateTransfer(out, {checking.id, savings.id, d("50"), at("2025-03-02T09:00:00Z"), {}}));
+    }
+
+    // The transaction editor never makes a side of one into income or spending.
+    TransactionEdit asIncome{store.book().transactions[1].id, true, at("2025-03-02T09:00:00Z"), d("50")};
+    asIncome.accountID = savings.id;
+    EXPECT_FALSE(store.save(asIncome).changed);
+    EXPECT_EQ(store.book().transactions[1].kind, TxKind::transfer);
 }
 
 TEST_F(Ledger, DeletingEitherSideOfATransferRemovesBoth)
 {
-    store.add(line(checking, "2025-03-01T09:00:00Z", "-1", "Keep"));
-    store.transfer(checking.id, savings.id, d("50"), at("2025-03-02T09:00:00Z"), {});
-    store.transfer(savings.id, checking.id, d("20"), at("2025-03-03T09:00:00Z"), {});
+    EXPECT_TRUE(store.add(line(checking, "2025-03-01T09:00:00Z", "-1", "Keep")));
+    EXPECT_TRUE(store.transfer(checking.id, savings.id, d("50"), at("2025-03-02T09:00:00Z"), {}));
+    EXPECT_TRUE(store.transfer(savings.id, checking.id, d("20"), at("2025-03-03T09:00:00Z"), {}));
 
-    store.deleteTransaction(store.book().transactions[1]); // receiving side of the second transfer
+    EXPECT_TRUE(store.deleteTransaction(store.book().transactions[1])); // receiving side of the second transfer
     EXPECT_EQ(store.book().transactions.size(), 3u);
-    store.deleteTransaction(store.book().transactions[0]); // sending side of the first
+    EXPECT_TRUE(store.deleteTransaction(store.book().transactions[0])); // sending side of the first
     EXPECT_EQ(payees(), (std::vector<QString>{"Keep"}));
-    store.deleteTransaction(store.book().transactions[0]);
+    EXPECT_TRUE(store.deleteTransaction(store.book().transactions[0]));
     EXPECT_TRUE(store.book().transactions.empty());
     EXPECT_TRUE(onDisk().transactions.empty());
 }
@@ -115,17 +156,17 @@ TEST_F(Ledger, DeletingEitherSideOfATransferRemovesBoth)
 TEST_F(Ledger, BalancesCountLinesUpToTheExactInstant)
 {
     Account studio{newId(), QStringLiteral("Studio"), AccountKind::business, d("1000.10"), false};
-    store.save(studio);
-    store.add(line(studio, "2025-03-01T12:00:00Z", "-0.10"));
-    store.add(line(studio, "2025-03-01T12:00:01Z", "-500"));
-    store.add(line(checking, "2025-03-01T12:00:00Z", "25"));
+    EXPECT_TRUE(store.save(studio));
+    EXPECT_TRUE(store.add(line(studio, "2025-03-01T12:00:00Z", "-0.10")));
+    EXPECT_TRUE(store.add(line(studio, "2025-03-01T12:00:01Z", "-500")));
+    EXPECT_TRUE(store.add(line(checking, "2025-03-01T12:00:00Z", "25")));
     EXPECT_EQ(store.balance(studio, at("2025-03-01T12:00:00Z")), d("1000"));
     EXPECT_EQ(store.balance(studio, at("2025-03-01T11:59:59Z")), d("1000.1"));
     EXPECT_EQ(store.balance(studio), d("500"));
     EXPECT_EQ(store.totalBalance(), d("525"));
 
     studio.archived = true;
-    store.save(studio);
+    EXPECT_TRUE(store.save(studio));
     EXPECT_EQ(store.balance(studio), d("500"));
     EXPECT_EQ(store.totalBalance(), d("25"));
     EXPECT_EQ(store.activeAccounts().size(), 2u);
@@ -137,18 +178,18 @@ TEST_F(Ledger, BalancesCountLinesUpToTheExactInstant)
 TEST_F(Ledger, AccountsAreAddedReplacedAndDeletedOnlyWhenEmpty)
 {
     Account cash{newId(), QStringLiteral("Cash box"), AccountKind::cash, {}, false};
-    store.save(cash);
+    EXPECT_TRUE(store.save(cash));
     EXPECT_EQ(store.book().accounts.back().name, "Cash box");
     cash.name = QStringLiteral("Petty cash");
-    store.save(cash);
+    EXPECT_TRUE(store.save(cash));
     EXPECT_EQ(store.book().accounts.size(), 3u);
     EXPECT_EQ(store.book().accounts[2].name, "Petty cash");
 
-    store.add(line(checking, "2025-03-01T12:00:00Z", "-1"));
+    EXPECT_TRUE(store.add(line(checking, "2025-03-01T12:00:00Z", "-1")));
     EXPECT_TRUE(store.hasTransactions(checking));
-    store.deleteAccount(checking);
+    EXPECT_FALSE(store.deleteAccount(checking).changed);
     EXPECT_EQ(store.book().accounts.size(), 3u);
-    store.deleteAccount(cash);
+    EXPECT_TRUE(store.deleteAccount(cash));
     EXPECT_EQ(store.book().accounts.size(), 2u);
     EXPECT_EQ(onDisk().accounts.size(), 2u);
 }

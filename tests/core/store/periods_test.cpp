@@ -32,11 +32,11 @@ protected:
     // Books a line of `kind` into checking.
     void enter(Instant date, const char *amount, const char *category, TxKind kind = TxKind::expense)
     {
-        store.add({.date = date,
-                   .accountID = checking.id,
-                   .amount = d(amount),
-                   .category = QString::fromUtf8(category),
-                   .kind = kind});
+        EXPECT_TRUE(store.add({.date = date,
+                               .accountID = checking.id,
+                               .amount = d(amount),
+                               .category = QString::fromUtf8(category),
+                               .kind = kind}));
     }
     ClosedRange range(ReportPeriod period) const { return store.periodRange(period); }
 
@@ -121,7 +121,7 @@ TEST_F(PeriodsCalendar, MonthlyGivesTheLastMonthsOldestFirst)
 TEST_F(Periods, TransfersAreNeitherIncomeNorSpending)
 {
     const ClosedRange month = store.monthRange();
-    store.transfer(checking.id, savings.id, d("500"), local(2025, 3, 3), {});
+    EXPECT_TRUE(store.transfer(checking.id, savings.id, d("500"), local(2025, 3, 3), {}));
     enter(local(2025, 3, 4), "75", "Gigs & bookings", TxKind::deposit);
     enter(local(2025, 3, 5), "-12.34", "Groceries");
     enter(local(2025, 3, 6), "-40", "Gifts", TxKind::transfer); // filed oddly, still a transfer
@@ -154,6 +154,36 @@ TEST_F(Periods, CategoriesGroupByExactTextLargestFirst)
 
     // Read back from the file, where equal texts share their storage, the groups are the same.
     Store reopened({temp.path() + QStringLiteral("/again")});
-    reopened.setBook(decodeFile(temp.path() + QStringLiteral("/coinhall.json")));
+    EXPECT_TRUE(reopened.setBook(decodeFile(temp.path() + QStringLiteral("/coinhall.json"))));
     EXPECT_EQ(reopened.spendingByCategory(month), spending);
+}
+
+TEST_F(Periods, ReportLinesTruncatePercentsAndCompareBudgetsOverThePeriodsMonths)
+{
+    enter(local(2025, 3, 2), "-0.29", "Rent");
+    enter(local(2025, 3, 3), "-0.6666", "Groceries");
+    enter(local(2025, 3, 4), "-0.0434", "Fees");
+    Book book = store.book();
+    book.categories.push_back({"Groceries", false, d("0.6666")}); // the first of a name decides
+    book.categories.push_back({"Groceries", false, d("0.01")});
+    book.categories.push_back({"Rent", false, d("0.025")});
+    ASSERT_TRUE(store.setBook(book));
+
+    const PeriodReport month = store.periodReport(ReportPeriod::thisMonth);
+    ASSERT_EQ(month.spendingLines.size(), 3u);
+    const CategoryLine &groceries = month.spendingLines[0], &rent = month.spendingLines[1];
+    EXPECT_EQ(groceries.percentText, "66%"); // exact: through a double 0.29 of 1 would be 28%
+    EXPECT_EQ(rent.percentText, "29%");
+    EXPECT_DOUBLE_EQ(groceries.share, 0.6666);
+    EXPECT_EQ(groceries.limit, d("0.6666"));
+    EXPECT_FALSE(groceries.over); // at the limit is not over
+    EXPECT_TRUE(rent.over);
+    EXPECT_EQ(month.spendingLines[2].limit, std::nullopt);
+
+    // A year compares with twelve months of budget; without a total every share is nothing.
+    const PeriodReport year = store.periodReport(ReportPeriod::thisYear);
+    EXPECT_EQ(year.spendingLines[1].limit, d("0.3"));
+    EXPECT_FALSE(year.spendingLines[1].over);
+    EXPECT_EQ(categoryLines({{"Gigs", d("0")}}, d("0"), {}, 1)[0].percentText, "0%");
+    EXPECT_EQ(categoryLines({{"Gigs", d("0")}}, d("0"), {}, 1)[0].share, 0.0);
 }

@@ -75,7 +75,7 @@ TEST_F(StoreStart, EmptyFolderGivesTwoAccountsAndWritesNothing)
     EXPECT_FALSE(QFile::exists(file()));
     EXPECT_TRUE(QDir(backups()).isEmpty());
 
-    store.add(line(store.book().accounts[0], "2025-03-04T09:00:00Z", "-12.5"));
+    EXPECT_TRUE(store.add(line(store.book().accounts[0], "2025-03-04T09:00:00Z", "-12.5")));
     EXPECT_EQ(modeOf(file()), 0600u);
     EXPECT_EQ(decodeFile(file()), store.book());
 }
@@ -89,7 +89,7 @@ TEST_F(StoreStart, ExistingFileIsReadAndBackedUpOncePerDay)
         Store store({dir});
         EXPECT_EQ(store.book(), saved);
         EXPECT_TRUE(store.loadError().isEmpty());
-        store.add(line(store.book().accounts[0], "2025-03-04T09:00:00Z", "-12.5"));
+        EXPECT_TRUE(store.add(line(store.book().accounts[0], "2025-03-04T09:00:00Z", "-12.5")));
     }
     const QString backup = backups() + QLatin1Char('/') + todaysBackupName();
     EXPECT_EQ(readAll(backup), MoneyFile::encode(saved));
@@ -124,7 +124,7 @@ TEST_F(StoreStart, UnreadableFileIsKeptAsideAndNothingIsLost)
     EXPECT_EQ(store.status(), QStringLiteral("Your money file could not be read. It was kept as %1.").arg(kept[0]));
     EXPECT_EQ(readAll(dir + QLatin1Char('/') + kept[0]), bytes);
 
-    store.save(Account{newId(), QStringLiteral("Cash box"), AccountKind::cash, {}, false});
+    EXPECT_TRUE(store.save(Account{newId(), QStringLiteral("Cash box"), AccountKind::cash, {}, false}));
     EXPECT_EQ(decodeFile(file()).accounts.size(), 3u);
     EXPECT_EQ(readAll(dir + QLatin1Char('/') + kept[0]), bytes);
 }
@@ -194,7 +194,7 @@ TEST_F(StoreStart, FailedSaveKeepsTheOldFileAndTriesAgain)
 {
     Store store({dir});
     const Account main = store.book().accounts[0];
-    store.add(line(main, "2025-03-01T09:00:00Z", "-1"));
+    EXPECT_TRUE(store.add(line(main, "2025-03-01T09:00:00Z", "-1")));
     const QByteArray before = readAll(file());
 
     // A file-size limit makes every write fail the way a full disk does, even for root.
@@ -204,23 +204,45 @@ TEST_F(StoreStart, FailedSaveKeepsTheOldFileAndTriesAgain)
     rlimit tiny = original;
     tiny.rlim_cur = 64;
     setrlimit(RLIMIT_FSIZE, &tiny);
-    store.add(line(main, "2025-03-02T09:00:00Z", "-2", "Corner shop"));
+    const Saved failed = store.add(line(main, "2025-03-02T09:00:00Z", "-2", "Corner shop"));
     setrlimit(RLIMIT_FSIZE, &original);
 
-    EXPECT_TRUE(store.status().startsWith("Could not save: "))
-        << store.status().toStdString() << " size " << readAll(file()).size();
+    EXPECT_TRUE(failed.changed);
+    EXPECT_TRUE(failed.error.startsWith("Could not save: ")) << failed.error.toStdString();
+    EXPECT_EQ(store.status(), failed.error);
     EXPECT_EQ(store.book().transactions.size(), 2u);
     EXPECT_EQ(readAll(file()), before);
     EXPECT_TRUE(QDir(dir).entryList({QStringLiteral("*.tmp*"), QStringLiteral("coinhall.json.*")}).isEmpty());
 
-    store.add(line(main, "2025-03-03T09:00:00Z", "-3"));
+    EXPECT_TRUE(store.add(line(main, "2025-03-03T09:00:00Z", "-3")));
     EXPECT_EQ(decodeFile(file()).transactions.size(), 3u);
+}
+
+TEST_F(StoreStart, AMoneyFileFromANewerCoinhallIsReadButNeverRewritten)
+{
+    QDir().mkpath(dir);
+    Book newer = bookWithOneAccount();
+    newer.version = MoneyFile::version + 1;
+    // A newer Coinhall may keep what this one does not know; a save from here would drop it.
+    const QByteArray bytes =
+        MoneyFile::encode(newer).replace("\"version\": 2", "\"version\": 2, \"wishes\": [\"boat\"]");
+    ASSERT_TRUE(bytes.contains("wishes"));
+    writeAll(file(), bytes);
+
+    Store store({dir});
+    EXPECT_EQ(store.book(), newer);
+    EXPECT_FALSE(store.writable());
+    EXPECT_EQ(store.status(), "This money file was written by a newer Coinhall, so changes made here are not saved.");
+    EXPECT_EQ(store.add(line(store.book().accounts[0], "2025-03-04T09:00:00Z", "-1")).error,
+              "Could not save: this money file was written by a newer Coinhall");
+    EXPECT_EQ(readAll(file()), bytes);
+    EXPECT_FALSE(QFileInfo::exists(backups() + QLatin1Char('/') + todaysBackupName()));
 }
 
 TEST_F(StoreStart, SecondStoreOnOneFolderWritesNothing)
 {
     auto first = std::make_unique<Store>(StoreOptions{dir});
-    first->add(line(first->book().accounts[0], "2025-03-01T09:00:00Z", "-1"));
+    EXPECT_TRUE(first->add(line(first->book().accounts[0], "2025-03-01T09:00:00Z", "-1")));
     const QByteArray before = readAll(file());
     {
         Store second({dir});
@@ -228,7 +250,8 @@ TEST_F(StoreStart, SecondStoreOnOneFolderWritesNothing)
         EXPECT_EQ(second.book(), first->book());
         EXPECT_EQ(second.status(),
                   "Coinhall is already open with this money file, so changes made here are not saved.");
-        second.add(line(second.book().accounts[0], "2025-03-02T09:00:00Z", "-2"));
+        EXPECT_EQ(second.add(line(second.book().accounts[0], "2025-03-02T09:00:00Z", "-2")).error,
+                  "Could not save: another Coinhall has this money file open");
         EXPECT_EQ(second.status(), "Could not save: another Coinhall has this money file open");
         EXPECT_EQ(readAll(file()), before);
     }

@@ -37,26 +37,26 @@ TEST_F(HeaderFigures, TotalLeavesOutClosedAccountsAndKeepsTheSign)
 {
     Account checking = store.book().accounts[0];
     checking.opening = d("1200.5");
-    store.save(checking);
-    store.save(Account{.name = "Card", .kind = AccountKind::credit, .opening = d("-1450.75")});
-    store.save(Account{.name = "Old", .opening = d("999"), .archived = true});
-    store.add(line(checking, "2025-03-01T12:00:00Z", "-45.1"));
+    EXPECT_TRUE(store.save(checking));
+    EXPECT_TRUE(store.save(Account{.name = "Card", .kind = AccountKind::credit, .opening = d("-1450.75")}));
+    EXPECT_TRUE(store.save(Account{.name = "Old", .opening = d("999"), .archived = true}));
+    EXPECT_TRUE(store.add(line(checking, "2025-03-01T12:00:00Z", "-45.1")));
 
     EXPECT_EQ(read("totalText").toString(), "-$295.35");
 }
 
 TEST_F(HeaderFigures, RoyaltiesDueCountsOnlyThoseNotYetReceived)
 {
-    store.save(Royalty{.payer = "BMI", .expectedAmount = d("310.25"), .expectedDate = local(2025, 4, 1)});
-    store.save(Royalty{.payer = "ASCAP",
-                       .expectedAmount = d("1000"),
-                       .expectedDate = local(2025, 2, 1),
-                       .status = RoyaltyStatus::disputed});
-    store.save(Royalty{.payer = "DistroKid",
-                       .expectedAmount = d("88"),
-                       .expectedDate = local(2025, 1, 1),
-                       .status = RoyaltyStatus::received,
-                       .receivedAmount = d("90")});
+    EXPECT_TRUE(store.save(Royalty{.payer = "BMI", .expectedAmount = d("310.25"), .expectedDate = local(2025, 4, 1)}));
+    EXPECT_TRUE(store.save(Royalty{.payer = "ASCAP",
+                                   .expectedAmount = d("1000"),
+                                   .expectedDate = local(2025, 2, 1),
+                                   .status = RoyaltyStatus::disputed}));
+    EXPECT_TRUE(store.save(Royalty{.payer = "DistroKid",
+                                   .expectedAmount = d("88"),
+                                   .expectedDate = local(2025, 1, 1),
+                                   .status = RoyaltyStatus::received,
+                                   .receivedAmount = d("90")}));
 
     EXPECT_EQ(read("royaltiesDueText").toString(), "$1,310.25");
 }
@@ -66,11 +66,11 @@ TEST_F(HeaderFigures, DueSoonIncludesOverdueBillsAndOverdueStartsBeforeToday)
     auto bill = [](const char *name, Instant due, bool active = true) {
         return Bill{.name = name, .amount = d("10"), .due = due, .active = active};
     };
-    store.save(bill("Phone", local(2025, 3, 14, 23)));      // yesterday: overdue
-    store.save(bill("Rent", local(2025, 3, 15, 0)));        // today: not overdue
-    store.save(bill("Hosting", local(2025, 3, 29, 0)));     // the 14th day, at its start
-    store.save(bill("Insurance", local(2025, 3, 30, 9)));   // beyond the window
-    store.save(bill("Finished", local(2025, 3, 1), false)); // inactive: never counted
+    EXPECT_TRUE(store.save(bill("Phone", local(2025, 3, 14, 23))));      // yesterday: overdue
+    EXPECT_TRUE(store.save(bill("Rent", local(2025, 3, 15, 0))));        // today: not overdue
+    EXPECT_TRUE(store.save(bill("Hosting", local(2025, 3, 29, 0))));     // the 14th day, at its start
+    EXPECT_TRUE(store.save(bill("Insurance", local(2025, 3, 30, 9))));   // beyond the window
+    EXPECT_TRUE(store.save(bill("Finished", local(2025, 3, 1), false))); // inactive: never counted
 
     EXPECT_EQ(read("dueSoonCount").toInt(), 3);
     EXPECT_EQ(read("overdueCount").toInt(), 1);
