@@ -23,6 +23,18 @@ MenuBar {
         menu.currentIndex = 0
     }
 
+    // Whether one of the bar's menus is open. Only then does pointing at another title
+    // open its menu: with none open, Qt 6.4's bar would open a menu on the way to a
+    // click after Escape, and the click would then close it again.
+    readonly property bool menuOpen: {
+        for (let i = 0; i < count; ++i) {
+            const menu = menuAt(i)
+            if (menu && menu.visible)
+                return true
+        }
+        return false
+    }
+
     // "&File" as the bar shows it: "File" with the F underlined; "&&" is an ampersand.
     function styledTitle(text: string): string {
         const escape = c => c === "&" ? "&amp;" : c === "<" ? "&lt;" : c === ">" ? "&gt;" : c
@@ -54,6 +66,7 @@ MenuBar {
     delegate: MenuBarItem {
         id: item
 
+        hoverEnabled: root.menuOpen
         Accessible.name: root.plainTitle(item.text)
 
         contentItem: Text {
