@@ -5,9 +5,10 @@ import Coinhall
 
 // Covers the whole window while the books are locked. It takes every click, wheel
 // turn, key and shortcut but the help, zoom and quit commands, so nothing reaches
-// the screens beneath (which are not even made until the books open). It asks the Store
-// to unlock once by itself when it appears (a system that needs no password opens
-// at once); after that the password field and the "Unlock" key try again.
+// the screens beneath (which are not even made until the books open). When it appears
+// it focuses the password field and asks the Store once with no password, which only a
+// computer that cannot check its owner opens by (no empty password is ever checked);
+// after that the password field and the "Unlock" key try with what the owner typed.
 FocusScope {
     id: root
 

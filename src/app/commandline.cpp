@@ -317,13 +317,16 @@ bool unlocked(const CommandLineUnlock &unlock, std::FILE *err)
     if (!authenticator || !authenticator->canEvaluate())
         return true;
     const QString password = readPassword(unlock.in, err);
-    // The answer may come on another thread; nothing else runs meanwhile.
-    auto answer = std::make_shared<std::promise<bool>>();
-    std::future<bool> opened = answer->get_future();
-    authenticator->evaluate(QStringLiteral("Open your Coinhall"), password,
-                            [answer](bool ok) { answer->set_value(ok); });
-    if (opened.get())
-        return true;
+    // No password is no attempt: failed-login counting would hold it against the owner.
+    if (!password.isEmpty()) {
+        // The answer may come on another thread; nothing else runs meanwhile.
+        auto answer = std::make_shared<std::promise<bool>>();
+        std::future<bool> opened = answer->get_future();
+        authenticator->evaluate(QStringLiteral("Open your Coinhall"), password,
+                                [answer](bool ok) { answer->set_value(ok); });
+        if (opened.get())
+            return true;
+    }
     print(err, QStringLiteral("That password did not open Coinhall, so nothing was read or changed."));
     return false;
 }

@@ -164,7 +164,7 @@ int main(int argc, char **argv)
     printWindows(out, QStringLiteral("locked"));
 
     gate->open = true;
-    store.unlock();
+    store.unlock(QStringLiteral("secret"));
     if (!waitFor([&] { return !store.locked(); }))
         return fail("the books did not open");
     settle();

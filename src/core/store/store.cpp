@@ -358,6 +358,10 @@ void Store::unlock(const QString &password)
         setLocked(false);
         return;
     }
+    if (password.isEmpty()) {
+        Q_EMIT unlockFailed();
+        return;
+    }
     m_unlocking = true;
     QPointer<Store> self(this);
     m_authenticator->evaluate(tr("Open your Coinhall"), password, [self](bool ok) {

@@ -150,7 +150,10 @@ public:
 
     // Writes the Book to the money file now. False (and `status` says why) on failure.
     bool save();
-    // Asks the owner to prove who they are; `locked` clears on success.
+    // Asks the owner to prove who they are; `locked` clears on success. An empty
+    // password is never checked, since failed-login counting (pam_faillock) would count
+    // it against the owner: it opens the books only on a computer that cannot check
+    // its owner at all, and is otherwise refused at once.
     Q_INVOKABLE void unlock(const QString &password = {});
 
     // -- Ledger ---------------------------------------------------------------
