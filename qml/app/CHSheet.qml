@@ -15,8 +15,9 @@ QtObject {
     function newTx(income: bool): var {
         return make("newTx", { income: income }, income ? "in" : "out")
     }
+    // A line to change; a side of a transfer opens the transfer with both its sides.
     function editTx(tx: var): var {
-        return withRecord("editTx", tx)
+        return withRecord(tx && tx.kind === "transfer" ? "transfer" : "editTx", tx)
     }
     function editBill(bill: var): var {
         return withRecord("editBill", bill)
@@ -33,6 +34,7 @@ QtObject {
     function editAccount(account: var): var {
         return withRecord("editAccount", account)
     }
+    // A new transfer; the transfer sheet with a `record` (a side of one) changes that transfer.
     function transfer(): var {
         return make("transfer", {}, "")
     }

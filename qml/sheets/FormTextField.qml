@@ -9,6 +9,8 @@ FormRow {
     property alias text: input.text
     property alias placeholderText: input.placeholderText
     readonly property alias field: input
+    // Return and Enter stop at the field (only `accepted`) instead of going on to the sheet, which saves.
+    property bool keepsReturn: false
 
     // Return or Enter was pressed in the field.
     signal accepted
@@ -19,5 +21,13 @@ FormRow {
         look: root.look
         Accessible.name: root.label
         onAccepted: root.accepted()
+        Keys.onReturnPressed: event => root.keepReturn(event)
+        Keys.onEnterPressed: event => root.keepReturn(event)
+    }
+
+    function keepReturn(event: var) {
+        event.accepted = keepsReturn
+        if (keepsReturn)
+            accepted()
     }
 }

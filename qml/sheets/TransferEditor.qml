@@ -3,8 +3,9 @@ import QtQuick.Layouts
 import Coinhall
 
 // The transfer editor: moves money from one of the user's accounts to another as a
-// linked pair of lines. Saving needs two different accounts and an amount; the sign
-// typed does not matter.
+// linked pair of lines, or, opened with a side of a transfer as the sheet's record,
+// changes both sides of that transfer together. Saving needs two different accounts
+// and an amount; the sign typed does not matter.
 SheetFrame {
     id: root
 
@@ -13,6 +14,8 @@ SheetFrame {
     // The accounts chosen (QUuid text); empty for none.
     property string from
     property string to
+    // The id of a side of the transfer being changed; empty for a new transfer.
+    property string txId
 
     readonly property alias fromPicker: fromPicker
     readonly property alias toPicker: toPicker
@@ -24,16 +27,33 @@ SheetFrame {
     // Closes the sheet.
     signal done
 
-    title: "Move money between accounts"
-    saveTitle: "Transfer"
+    // Fills the form from the sheet: the transfer as the Book has it now, or a new one.
+    function load() {
+        const line = sheet && sheet.record && sheet.record.id !== undefined ? ledger.transaction(String(sheet.record.id)) : {}
+        txId = line.id !== undefined ? String(line.id) : ""
+        from = line.fromAccountId || ""
+        to = line.toAccountId || ""
+        amountField.text = line.magnitude || ""
+        dateField.date = line.date !== undefined ? line.date : ledger.now()
+        noteField.text = line.note || ""
+    }
+
+    title: txId !== "" ? "Change transfer" : "Move money between accounts"
+    saveTitle: txId !== "" ? "Save" : "Transfer"
+    extraTitle: txId !== "" ? "Delete" : ""
     canSave: from !== "" && to !== "" && !sameAccount && amountField.valid
 
+    onSheetChanged: load()
     onCancel: done()
+    onExtra: {
+        ledger.deleteTransaction(txId)
+        done()
+    }
     onSave: {
-        if (ledger.transfer(from, to, amountField.text, dateField.date, noteField.text))
+        if (ledger.transfer(from, to, amountField.text, dateField.date, noteField.text, txId))
             done()
     }
-    Component.onCompleted: dateField.date = ledger.now()
+    Component.onCompleted: load()
 
     LedgerBridge {
         id: ledger

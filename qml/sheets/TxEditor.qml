@@ -152,6 +152,12 @@ SheetFrame {
         objectName: "payeeField"
         label: root.income ? "From (who paid you)" : "To (who you paid)"
         look: root.look
+        // Return picks the category as an import would and moves on, rather than saving.
+        keepsReturn: true
+        onAccepted: {
+            root.category = ledger.guessCategory(text, root.income)
+            field.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+        }
     }
 
     FormChoice {

@@ -219,7 +219,8 @@ Item {
             type("4.50")
             keyClick(Qt.Key_Tab)
             type("Corner cafe")
-            keyClick(Qt.Key_Return)
+            keyClick(Qt.Key_Return) // in the payee: picks the category and moves on
+            mouseClick(find(root.sheetHost.view, c => c.objectName === "sheetSaveKey"))
 
             tryCompare(root, "sheet", null)
             compare(Store.status, "Spent $4.50 · Corner cafe.")
@@ -237,6 +238,7 @@ Item {
             keyClick(Qt.Key_Tab)
             type("Gig")
             keyClick(Qt.Key_Return)
+            mouseClick(find(root.sheetHost.view, c => c.objectName === "sheetSaveKey"))
             tryCompare(root, "sheet", null)
             compare(Store.status, "Logged $100.00 · Gig.")
             compare(rowOf(register, "Gig").amount, "100", "money in is stored positive whatever was typed")
@@ -258,6 +260,23 @@ Item {
             compare(everything.count, 0, "nothing was saved")
             compare(Store.status, "")
             verify(findText(editor, "Not an amount"))
+        }
+
+        function test_returnInThePayeeGuessesTheCategoryAndMovesOn() {
+            addLine(false, "12", "Corner cafe", "Dining out", 1)
+            const editor = createTemporaryObject(txEditorComponent, stage)
+            const done = spyOn(editor, "done")
+            editor.sheet = CHSheet.newTx(false)
+            tryVerify(() => editor.amountField.field.activeFocus)
+            type("4.50")
+            for (const [payee, category] of [["corner CAFE", "Dining out"], ["SHELL OIL 123", "Car & gas"]]) {
+                clearField(editor.payeeField.field)
+                type(payee)
+                keyClick(Qt.Key_Return)
+                compare(editor.category, category)
+                verify(!editor.payeeField.field.activeFocus, "the focus moved on")
+            }
+            compare(done.count, 0, "nothing saved yet")
         }
 
         // The day `days` whole days from now, as the app writes dates.
@@ -371,6 +390,21 @@ Item {
             compare(everything.count, 2)
             compare(everything.get(0).payee, "Transfer to Savings")
             compare(everything.get(1).payee, "Transfer from Main checking")
+
+            // Either side opens the transfer with both sides, and saving changes both.
+            const sheet = CHSheet.editTx(ledger.transaction(everything.idAt(1)))
+            compare(sheet.kind, "transfer")
+            const change = createTemporaryObject(transferComponent, stage, { sheet: sheet })
+            waitForRendering(change)
+            compare(change.title, "Change transfer")
+            compare([change.fromPicker.box.displayText, change.toPicker.box.displayText, change.amountField.text],
+                    ["Main checking", "Savings", "250.00"])
+            clearField(change.amountField.field)
+            type("300")
+            keyClick(Qt.Key_Return)
+            compare(Store.status, "Moved $300.00.")
+            compare(everything.count, 2)
+            compare([everything.get(0).amount, everything.get(1).amount], ["-300", "300"])
         }
 
         function test_theLineMenuMarksAndDeletes() {
