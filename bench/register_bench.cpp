@@ -104,7 +104,7 @@ void filterChange(benchmark::State &state)
     model.setStore(&bigStore());
     int i = 0;
     for (auto _ : state) {
-        model.setFlow(i % 3);
+        model.setFlow(TransactionListModel::Flow(i % 3));
         model.setMonthOnly(i % 2 == 1);
         ++i;
         benchmark::DoNotOptimize(model.count());
@@ -121,7 +121,7 @@ void filterChangeWhileSearching(benchmark::State &state)
     model.setSearch(QStringLiteral("studio"));
     int i = 0;
     for (auto _ : state) {
-        model.setFlow(++i % 3);
+        model.setFlow(TransactionListModel::Flow(++i % 3));
         benchmark::DoNotOptimize(model.count());
     }
 }

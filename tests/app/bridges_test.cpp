@@ -144,17 +144,17 @@ TEST_F(Bridges, ReportTilesFollowThePeriod)
     EXPECT_EQ(reports.royaltyShareText(), "2%");
     EXPECT_EQ(at(reports.spendingLines(), 0).value("name").toString(), "Rent / mortgage");
 
-    reports.setPeriod(1); // December 2024: nothing
+    reports.setPeriod(ReportsBridge::LastMonth); // December 2024: nothing
     EXPECT_EQ(reports.incomeText(), "$0.00");
     EXPECT_EQ(reports.netText(), "$0.00");
     EXPECT_EQ(reports.royaltyShareText(), "—");
     EXPECT_TRUE(reports.spendingLines().isEmpty());
     EXPECT_EQ(reports.months(), 1);
 
-    reports.setPeriod(3);
+    reports.setPeriod(ReportsBridge::Last12Months);
     EXPECT_EQ(reports.spendingText(), "$2,307.20");
     EXPECT_EQ(reports.months(), 12);
-    reports.setPeriod(7); // not a period: this month
+    reports.setPeriod(ReportsBridge::Period(7)); // not a period: this month
     EXPECT_EQ(reports.incomeText(), "$2,662.18");
     EXPECT_EQ(reports.months(), 1);
 }

@@ -88,7 +88,7 @@ TEST_F(RegisterTest, FiltersCombineAndSummariseTheListedLines)
     EXPECT_EQ(model.inText(), "In $2,500.00");
     EXPECT_EQ(model.outText(), "Out -$1,249.60");
 
-    model.setFlow(2);
+    model.setFlow(TransactionListModel::MoneyOut);
     EXPECT_EQ(payees(), (QStringList{"Landlord", "Green Basket", "Corner cafe"}));
     model.setMonthOnly(true);
     EXPECT_EQ(payees(), (QStringList{"Landlord", "Green Basket"}));
@@ -97,7 +97,7 @@ TEST_F(RegisterTest, FiltersCombineAndSummariseTheListedLines)
     EXPECT_EQ(model.linesText(), "0 lines");
     EXPECT_EQ(model.inText(), "In $0.00");
 
-    model.setFlow(1);
+    model.setFlow(TransactionListModel::MoneyIn);
     EXPECT_EQ(payees(), QStringList{"Label Co"});
     EXPECT_EQ(model.outText(), "Out $0.00");
 }

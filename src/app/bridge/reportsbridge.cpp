@@ -28,11 +28,14 @@ QVariantList lineMaps(const std::vector<CategoryLine> &lines)
 
 } // namespace
 
+// The picker positions are ReportPeriod's cases.
+static_assert(int(ReportPeriod::lastYear) == ReportsBridge::LastYear);
+
 ReportsBridge::ReportsBridge(QObject *parent)
     : StoreBridge(parent)
 {}
 
-void ReportsBridge::setPeriod(int period)
+void ReportsBridge::setPeriod(Period period)
 {
     if (period == m_period)
         return;

@@ -17,8 +17,8 @@ class ReportsBridge : public StoreBridge
 {
     Q_OBJECT
     QML_ELEMENT
-    // The chosen period, 0-4 in picker order; any other number reports "This month".
-    Q_PROPERTY(int period READ period WRITE setPeriod NOTIFY periodChanged FINAL)
+    // The chosen period, in picker order; any other number reports "This month".
+    Q_PROPERTY(Period period READ period WRITE setPeriod NOTIFY periodChanged FINAL)
     // The picker's five labels, in period order.
     Q_PROPERTY(QStringList periodLabels READ periodLabels CONSTANT FINAL)
     // Income over the period as money text.
@@ -43,10 +43,14 @@ class ReportsBridge : public StoreBridge
     Q_PROPERTY(QVariantList monthly READ monthly NOTIFY changed FINAL)
 
 public:
+    // The five periods in picker order, as ReportPeriod has them.
+    enum Period { ThisMonth, LastMonth, ThisYear, Last12Months, LastYear };
+    Q_ENUM(Period)
+
     explicit ReportsBridge(QObject *parent = nullptr);
 
-    int period() const { return m_period; }
-    void setPeriod(int period);
+    Period period() const { return m_period; }
+    void setPeriod(Period period);
     QStringList periodLabels() const;
     QString incomeText() const { return m_incomeText; }
     QString spendingText() const { return m_spendingText; }
@@ -65,7 +69,7 @@ Q_SIGNALS:
 private:
     void reload() override;
 
-    int m_period = 0;
+    Period m_period = ThisMonth;
     QString m_incomeText, m_spendingText, m_netText, m_royaltyShareText;
     QVariantList m_incomeLines, m_spendingLines, m_monthly;
 };

@@ -40,9 +40,9 @@ void TransactionListModel::setAccountFilter(const QString &accountId)
     refilter();
 }
 
-void TransactionListModel::setFlow(int flow)
+void TransactionListModel::setFlow(Flow flow)
 {
-    flow = (flow >= 0 && flow <= 2) ? flow : 0;
+    flow = (flow >= AllLines && flow <= MoneyOut) ? flow : AllLines;
     if (flow == m_flow)
         return;
     m_flow = flow;
@@ -148,9 +148,9 @@ std::vector<int> TransactionListModel::matching(const std::vector<Transaction> &
         const Transaction &t = lines[size_t(i)];
         if (!filter.account.isNull() && t.accountID != filter.account)
             return false;
-        if (filter.flow == 1 && t.amount.signum() <= 0)
+        if (filter.flow == MoneyIn && t.amount.signum() <= 0)
             return false;
-        if (filter.flow == 2 && t.amount.signum() >= 0)
+        if (filter.flow == MoneyOut && t.amount.signum() >= 0)
             return false;
         if (filter.monthOnly && !filter.month.contains(t.date))
             return false;

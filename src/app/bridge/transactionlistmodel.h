@@ -29,8 +29,8 @@ class TransactionListModel : public QAbstractListModel
     Q_PROPERTY(QObject *store READ store WRITE setStore NOTIFY storeChanged FINAL)
     // Only the lines of this account (QUuid text); empty for all accounts.
     Q_PROPERTY(QString accountFilter READ accountFilter WRITE setAccountFilter NOTIFY accountFilterChanged FINAL)
-    // 0 all lines, 1 money in (above zero), 2 money out (below zero).
-    Q_PROPERTY(int flow READ flow WRITE setFlow NOTIFY flowChanged FINAL)
+    // Which lines by their sign, in the order of the register's flow picker.
+    Q_PROPERTY(Flow flow READ flow WRITE setFlow NOTIFY flowChanged FINAL)
     // Free text looked for, ignoring case, in the payee, category and note.
     Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY searchChanged FINAL)
     // Only the lines dated in the current month by the Store's clock.
@@ -46,6 +46,10 @@ class TransactionListModel : public QAbstractListModel
     Q_PROPERTY(QString outText READ outText NOTIFY summaryChanged FINAL)
 
 public:
+    // All lines, money in (above zero), money out (below zero).
+    enum Flow { AllLines, MoneyIn, MoneyOut };
+    Q_ENUM(Flow)
+
     enum Role {
         TxIdRole = Qt::UserRole + 1,
         DateTextRole,
@@ -66,8 +70,8 @@ public:
     void setStore(QObject *store);
     QString accountFilter() const { return m_accountFilter; }
     void setAccountFilter(const QString &accountId);
-    int flow() const { return m_flow; }
-    void setFlow(int flow);
+    Flow flow() const { return m_flow; }
+    void setFlow(Flow flow);
     QString search() const { return m_search; }
     void setSearch(const QString &text);
     bool monthOnly() const { return m_monthOnly; }
@@ -106,7 +110,7 @@ private:
     struct Filter
     {
         QUuid account; // null for all accounts
-        int flow = 0;
+        Flow flow = AllLines;
         bool monthOnly = false;
         ClosedRange month;
         QString needle;
@@ -133,7 +137,7 @@ private:
 
     StoreLink m_store;
     QString m_accountFilter;
-    int m_flow = 0;
+    Flow m_flow = AllLines;
     QString m_search;
     bool m_monthOnly = false;
     int m_limit = 0;
