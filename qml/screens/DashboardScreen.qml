@@ -3,7 +3,7 @@ import QtQuick
 import QtQuick.Layouts
 import Coinhall
 
-// The overview on one scrolling page: five figure tiles, the status line, the latest
+// The overview on one scrolling page: five figure tiles, the latest
 // ledger lines, the accounts, the bills of the next two weeks, the royalties on the
 // way and six months of money in against money out. It only reads the Store; changes
 // go through the sheets it opens or the screens it switches to.
@@ -159,19 +159,6 @@ Item {
                 label: "Royalties this year"
                 value: summary.royaltiesText
             }
-        }
-
-        Text {
-            objectName: "statusText"
-            Layout.fillWidth: true
-            Layout.leftMargin: Tokens.spaceXS
-            visible: Store.status !== ""
-            text: Store.status
-            font.family: Tokens.textFamily
-            font.pointSize: Tokens.pt(Tokens.bodySize)
-            color: root.look.soft
-            wrapMode: Text.WordWrap
-            textFormat: Text.PlainText
         }
 
         RowLayout {

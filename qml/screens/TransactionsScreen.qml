@@ -105,7 +105,7 @@ Item {
                 Layout.alignment: Qt.AlignTop
                 look: root.look
                 icon.name: "square.and.arrow.up"
-                title: "Export"
+                title: "Export CSV"
                 onClicked: root.startExport()
             }
         }
