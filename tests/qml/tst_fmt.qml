@@ -2,38 +2,21 @@ import QtQuick
 import QtTest
 import Coinhall
 
+// The texts the screens show for amounts and dates, and the reading of typed amounts.
 TestCase {
     name: "Fmt"
 
-    function test_money_data() {
-        return [
-            { tag: "negative", amount: "-45.1", money: "-$45.10", signed: "-$45.10", negative: true },
-            { tag: "positive", amount: "1234.5", money: "$1,234.50", signed: "+$1,234.50", negative: false },
-            { tag: "zero has no sign", amount: "0", money: "$0.00", signed: "$0.00", negative: false },
-            { tag: "one cent below", amount: "-0.01", money: "-$0.01", signed: "-$0.01", negative: true },
-            { tag: "not a number", amount: "abc", money: "", signed: "", negative: false }
-        ]
-    }
-
-    function test_money(data) {
-        compare(Fmt.money(data.amount), data.money)
-        compare(Fmt.signedMoney(data.amount), data.signed)
-        compare(Fmt.isNegative(data.amount), data.negative)
-    }
-
-    function test_parse_data() {
-        return [
-            { tag: "parentheses", typed: "(45.10)", amount: "-45.1" },
-            { tag: "trailing minus", typed: "45.10-", amount: "-45.1" },
-            { tag: "dollars and commas", typed: "$1,234.50", amount: "1234.5" },
-            { tag: "no rounding", typed: "12.345", amount: "12.345" },
-            { tag: "letters", typed: "abc", amount: "" },
-            { tag: "empty", typed: "", amount: "" }
-        ]
-    }
-
-    function test_parse(data) {
-        compare(Fmt.parse(data.typed), data.amount)
+    function test_moneyAndTypedAmounts() {
+        for (const [amount, money, signed] of [["-45.1", "-$45.10", "-$45.10"], ["1234.5", "$1,234.50", "+$1,234.50"],
+                                               ["0", "$0.00", "$0.00"], ["abc", "", ""]]) {
+            compare(Fmt.money(amount), money, amount)
+            compare(Fmt.signedMoney(amount), signed, amount)
+        }
+        verify(Fmt.isNegative("-0.01"))
+        verify(!Fmt.isNegative("0"))
+        for (const [typed, amount] of [["(45.10)", "-45.1"], ["45.10-", "-45.1"], ["$1,234.50", "1234.5"],
+                                       ["12.345", "12.345"], ["abc", ""], ["", ""]])
+            compare(Fmt.parse(typed), amount, typed)
     }
 
     function test_dates() {

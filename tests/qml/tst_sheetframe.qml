@@ -153,20 +153,21 @@ Item {
             compare(saves.count, 1)
             mouseClick(cancelKey)
             compare(cancels.count, 1)
-        }
 
-        function test_extraKeyIsOffered() {
-            const sheet = openSheet({ extraTitle: "Delete" })
-            const extras = spyOn(sheet, "extra")
+            // A destructive key, when asked for, comes first, at the leading end.
+            sheet.extraTitle = "Delete"
             const deleteKey = findKey(sheet, "Delete")
             compare(visibleKeys(sheet), ["Delete", "Cancel", "Add bill"])
-            verify(deleteKey.x < findKey(sheet, "Cancel").x, "at the leading end")
+            verify(deleteKey.x < cancelKey.x)
+            const extras = spyOn(sheet, "extra")
             mouseClick(deleteKey)
             compare(extras.count, 1)
         }
 
         function test_tabOrderRunsThroughFieldsThenKeys() {
             const sheet = openSheet()
+            compare(sheet.amountField.field.Accessible.name, "Amount")
+            compare(sheet.accountPicker.box.Accessible.name, "Pay from")
             sheet.amountField.text = "1"
             keyClick(Qt.Key_Tab)
             verify(sheet.accountPicker.box.activeFocus, "the picker follows the amount")
@@ -174,23 +175,6 @@ Item {
             verify(findKey(sheet, "Cancel").activeFocus)
             keyClick(Qt.Key_Tab)
             verify(findKey(sheet, "Add bill").activeFocus)
-        }
-
-        function test_moneyFieldParsesExactly_data() {
-            return [
-                { tag: "parentheses", typed: "(45.10)", amount: "-45.1", valid: true },
-                { tag: "dollars", typed: "$1,234.50", amount: "1234.5", valid: true },
-                { tag: "letters", typed: "abc", amount: "", valid: false }
-            ]
-        }
-
-        function test_moneyFieldParsesExactly(data) {
-            const sheet = openSheet()
-            type(data.typed)
-            compare(sheet.amountField.text, data.typed)
-            compare(sheet.amountField.amount, data.amount)
-            compare(sheet.amountField.valid, data.valid)
-            compare(sheet.canSave, data.valid)
         }
 
         // Fields line up whatever their captions; a long caption stands above its field
@@ -205,12 +189,6 @@ Item {
             verify(top > 0, "the field is under its caption")
             verify(rows.lengthy.height < 3 * rows.brief.height, "row height " + rows.lengthy.height)
             compare(rows.lengthy.field.Accessible.name, rows.lengthy.label)
-        }
-
-        function test_moneyFieldIsNamedByItsLabel() {
-            const sheet = openSheet()
-            compare(sheet.amountField.field.Accessible.name, "Amount")
-            compare(sheet.accountPicker.box.Accessible.name, "Pay from")
         }
 
         function test_accountPickerOffersActiveAccountsInOrder() {
@@ -228,13 +206,7 @@ Item {
             keyClick(Qt.Key_Down)
             compare(picker.selection, picker.accounts.idAt(1))
             compare(picker.box.displayText, "Savings")
-        }
-
-        function test_accountPickerShowsNothingForAnAccountNotOffered() {
-            const sheet = openSheet()
-            const picker = sheet.accountPicker
-            picker.selection = picker.accounts.idAt(1)
-            compare(picker.box.displayText, "Savings")
+            // An account no longer offered (archived since) shows nothing chosen.
             picker.selection = "{00000000-0000-4000-8000-000000000001}"
             compare(picker.box.currentIndex, -1)
             compare(picker.box.displayText, "")

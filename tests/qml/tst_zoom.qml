@@ -102,19 +102,6 @@ TestCase {
         return seen
     }
 
-    function test_freshSettingsReadActualSizeAndStepFromThere() {
-        store(0)
-        compare(QFZoom.value, 1.0)
-        QFZoom.zoomIn()
-        compare(QFZoom.value, 1.15)
-        compare(stored(), 1.15)
-        store(0)
-        QFZoom.zoomOut()
-        compare(QFZoom.value, 0.85)
-        store("not a number")
-        compare(QFZoom.value, 1.0)
-    }
-
     function test_ladderFromMinimumToMaximumAndBack() {
         QFZoom.setLevel(85)
         compare(steps(9, QFZoom.zoomIn),
@@ -127,18 +114,16 @@ TestCase {
         compare(steps(4, QFZoom.zoomIn), ["1.65", "1.80", "1.95", "2.00"])
     }
 
-    function test_repeatedStepsStoreWholePercentsWithoutDrift() {
-        QFZoom.setLevel(100)
-        for (let i = 0; i < 6; ++i)
-            QFZoom.zoomIn()
-        for (let i = 0; i < 6; ++i)
-            QFZoom.zoomOut()
-        compare(stored(), 1.0)
-        QFZoom.zoomIn()
-        compare(String(raw.value("qfs.zoom")), "1.15")
-    }
-
     function test_storedValuesAreRoundedAndClamped() {
+        store(0)
+        compare(QFZoom.value, 1.0)
+        QFZoom.zoomIn()
+        compare(stored(), 1.15)
+        store(0)
+        QFZoom.zoomOut()
+        compare(QFZoom.value, 0.85)
+        store("not a number")
+        compare(QFZoom.value, 1.0)
         store(1.234)
         compare(QFZoom.value, 1.23)
         store(1.235)
@@ -162,35 +147,6 @@ TestCase {
         compare(stored(), 2.0)
         QFZoom.actualSize()
         compare(stored(), 1.0)
-    }
-
-    function test_viewMenuCommands() {
-        const menu = createTemporaryObject(commandsComponent, testCase)
-        compare(menu.title, "&View")
-        const titles = []
-        for (let i = 0; i < menu.count; ++i)
-            titles.push(menu.itemAt(i).text)
-        compare(titles, ["Zoom In", "Zoom Out", "Actual Size (100%)", "Zoom Level"])
-
-        const levels = menu.menuAt(3)
-        verify(levels !== null)
-        const levelTitles = []
-        for (let i = 0; i < levels.count; ++i)
-            levelTitles.push(levels.itemAt(i).text)
-        compare(levelTitles, ["85%", "100%", "115%", "130%", "150%", "175%", "200%"])
-
-        levels.itemAt(4).triggered()
-        compare(QFZoom.value, 1.5)
-        verify(levels.itemAt(4).checked)
-        verify(!levels.itemAt(1).checked)
-        menu.itemAt(0).action.trigger()
-        compare(QFZoom.value, 1.65)
-        menu.itemAt(1).action.trigger()
-        menu.itemAt(1).action.trigger()
-        compare(QFZoom.value, 1.35)
-        menu.itemAt(2).action.trigger()
-        compare(QFZoom.value, 1.0)
-        verify(levels.itemAt(1).checked)
     }
 
     // Menus open above the zoomed content, so they grow with the zoom themselves.
