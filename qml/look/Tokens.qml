@@ -59,8 +59,6 @@ QtObject {
     readonly property real keyPadding: 11
     readonly property real keyWidePadding: 20
 
-    // Knobs.
-    readonly property real knobSize: 44
     readonly property real knobDragSpan: 150
 
     // LCD scan lines: one line of this height every `lcdLinePitch` points.
