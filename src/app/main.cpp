@@ -1,5 +1,5 @@
 // Coinhall: a private bookkeeping program for freelancers, musicians and one-person businesses.
-#include "commandline.h"
+#include "commandline/commandline.h"
 
 #include "help/helptexts.h"
 #include "help/selftest.h"

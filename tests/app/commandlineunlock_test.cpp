@@ -1,7 +1,7 @@
 // The command line keeps the window's lock: with "requireUnlock" on, a command reads
 // the owner's password from standard input before it reads or changes the books.
 // Run in this process, with PAM checking against a private configuration.
-#include "commandline.h"
+#include "commandline/commandline.h"
 
 #include "help/helptexts.h"
 #include "model/moneyfile.h"

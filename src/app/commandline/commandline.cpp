@@ -1,0 +1,230 @@
+// The command line: global options, the unlock step, and handing over to a command.
+#include "commandline.h"
+
+#include "commands.h"
+#include "help/helptexts.h"
+#include "platform/authenticator.h"
+#include "store/store.h"
+
+#include <QDir>
+#include <QSettings>
+
+#include <algorithm>
+#include <future>
+#include <memory>
+
+#include <termios.h>
+#include <unistd.h>
+
+using namespace CommandLine;
+
+namespace {
+
+const char usage[] = R"(Usage: coinhall [--data-dir DIR] [COMMAND [OPTIONS]]
+       coinhall --selftest
+
+Without a command, Coinhall opens its window.
+
+Commands:
+  import FILE --account NAME [--flip] [--dry-run] [COLUMNS]
+      Bring a bank's CSV download into the active account named NAME, as the
+      import screen does: lines already in the books are skipped, categories are
+      guessed from your earlier lines and then from the keyword table. Prints
+      "Preview · <n> new · <s> already in · <b> unreadable", then imports and
+      prints "Imported <n> transactions from <file name>.".
+      --flip      negate every amount (card files that show spending as money in)
+      --dry-run   show the preview only; nothing is changed
+      COLUMNS override the guessed column of each kind, as a column number
+      counted from 0 or "none" for no such column:
+      --date-col, --description-col, --amount-col, --debit-col, --credit-col,
+      --category-col
+  export FILE
+      Write every transaction, oldest first, to FILE as CSV (replacing it).
+  report [--period PERIOD] [--tsv]
+      Income, spending, net, the royalties share of income, and spending and
+      income by category, as on the Reports screen. PERIOD is this-month (the
+      default), last-month, this-year, last-12-months or last-year.
+      --tsv       one figure per line, SECTION<tab>NAME<tab>AMOUNT, the amount as
+                  plain decimal text ("-12.5", "1200"). SECTION is income,
+                  spending, net, royalty-share, income-by-category or
+                  spending-by-category; NAME is the category name (tabs and line
+                  breaks turned into blanks) and empty for the four single
+                  figures. royalty-share is the whole percent the Reports tile
+                  shows, empty when there is no income.
+  check
+      Read the money file without changing anything: prints "OK: <a> accounts,
+      <t> transactions, <b> bills, <r> royalties", or the first problem found
+      with its place.
+
+Options:
+  --data-dir DIR  Use DIR as the application folder instead of the default
+                  (the folder "QFS Coinhall" in ~/.local/share).
+  --selftest      Run the built-in checks, print the report and exit with 0 when
+                  all pass, else 1. Looks at nothing else and touches no user folder.
+  --help          Show this text.
+  --version       Show the version.
+
+When Coinhall is set to ask for your password when it opens, every command
+first asks for it (one line on standard input) and does nothing without it.
+
+import saves the money file as the window does: atomically, after the day's
+backup. While a running Coinhall holds the money file, import refuses and
+changes nothing. check, report, export and import --dry-run never change the
+application folder.
+
+Exit status: 0 done; 1 a file could not be read or saved, the money file is
+unsound, or the password did not open Coinhall; 2 wrong usage or no such account; 3 the money file is held by a running
+Coinhall.
+)";
+
+const QStringList commands = {QStringLiteral("import"), QStringLiteral("export"), QStringLiteral("report"),
+                              QStringLiteral("check")};
+
+const QString moneyFileName = QStringLiteral("coinhall.json");
+
+// The options that take a value: their value is never read as a command or option.
+const QStringList valueOptions = {
+    QStringLiteral("--data-dir"),        QStringLiteral("--account"),      QStringLiteral("--date-col"),
+    QStringLiteral("--description-col"), QStringLiteral("--amount-col"),   QStringLiteral("--debit-col"),
+    QStringLiteral("--credit-col"),      QStringLiteral("--category-col"), QStringLiteral("--period"),
+};
+
+// The arguments with the global options taken out.
+struct Split
+{
+    QString dir;
+    bool help = false;
+    bool version = false;
+    QString error;
+    QStringList rest; // the command and its own arguments
+};
+
+Split split(const QStringList &arguments)
+{
+    Split s;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString &a = arguments.at(i);
+        if (a == QLatin1String("--data-dir")) {
+            if (i + 1 >= arguments.size())
+                s.error = QStringLiteral("--data-dir needs a folder.");
+            else
+                s.dir = QDir(arguments.at(++i)).absolutePath();
+        } else if (a == QLatin1String("--help")) {
+            s.help = true;
+        } else if (a == QLatin1String("--version")) {
+            s.version = true;
+        } else {
+            s.rest.append(a);
+            if (valueOptions.contains(a) && i + 1 < arguments.size())
+                s.rest.append(arguments.at(++i));
+        }
+    }
+    return s;
+}
+
+// One line from `in`, without its line break; on a terminal the typing is not shown.
+QString readPassword(std::FILE *in, std::FILE *err)
+{
+    const int fd = ::fileno(in);
+    termios saved{};
+    const bool terminal = ::isatty(fd) && ::tcgetattr(fd, &saved) == 0;
+    if (terminal) {
+        std::fputs("Password to open Coinhall: ", err);
+        std::fflush(err);
+        termios quiet = saved;
+        quiet.c_lflag &= ~tcflag_t(ECHO);
+        ::tcsetattr(fd, TCSAFLUSH, &quiet);
+    }
+    QByteArray line;
+    for (int c = std::fgetc(in); c != EOF && c != '\n'; c = std::fgetc(in))
+        line.append(char(c));
+    if (terminal) {
+        ::tcsetattr(fd, TCSAFLUSH, &saved);
+        std::fputc('\n', err);
+    }
+    if (line.endsWith('\r'))
+        line.chop(1);
+    return QString::fromUtf8(line);
+}
+
+// The window's lock, for the command line: with "requireUnlock" on, nothing of the
+// books is read or changed until the owner's password is given. A computer that
+// cannot check its owner opens, as the window does.
+bool unlocked(const CommandLineUnlock &unlock, std::FILE *err)
+{
+    const QSettings preferences(AppInfo::organizationName(), AppInfo::applicationName());
+    if (!preferences.value(QStringLiteral("requireUnlock"), false).toBool())
+        return true;
+    std::shared_ptr<Authenticator> authenticator = unlock.authenticator;
+    if (!authenticator)
+        authenticator = makePlatformAuthenticator();
+    if (!authenticator || !authenticator->canEvaluate())
+        return true;
+    const QString password = readPassword(unlock.in, err);
+    // No password is no attempt: failed-login counting would hold it against the owner.
+    if (!password.isEmpty()) {
+        // The answer may come on another thread; nothing else runs meanwhile.
+        auto answer = std::make_shared<std::promise<bool>>();
+        std::future<bool> opened = answer->get_future();
+        authenticator->evaluate(QStringLiteral("Open your Coinhall"), password,
+                                [answer](bool ok) { answer->set_value(ok); });
+        if (opened.get())
+            return true;
+    }
+    print(err, QStringLiteral("That password did not open Coinhall, so nothing was read or changed."));
+    return false;
+}
+
+} // namespace
+
+bool wantsSelfTest(const QStringList &arguments)
+{
+    return arguments.contains(QStringLiteral("--selftest"));
+}
+
+bool wantsCommandLine(const QStringList &arguments)
+{
+    // Other words are left to the window (toolkit options such as "-platform offscreen").
+    const Split s = split(arguments);
+    return s.help || s.version || !s.error.isEmpty() ||
+           std::any_of(s.rest.begin(), s.rest.end(), [](const QString &a) { return commands.contains(a); });
+}
+
+QString dataDirArgument(const QStringList &arguments)
+{
+    return split(arguments).dir;
+}
+
+int runCommandLine(const QStringList &arguments, std::FILE *out, std::FILE *err, const CommandLineUnlock &unlock)
+{
+    Split s = split(arguments);
+    if (!s.error.isEmpty())
+        return usageError(err, s.error);
+    if (s.help) {
+        std::fputs(usage, out);
+        return ExitStatus::ok;
+    }
+    if (s.version) {
+        print(out, AppInfo::displayName() + QStringLiteral(" " COINHALL_VERSION));
+        return ExitStatus::ok;
+    }
+    if (s.rest.isEmpty()) {
+        std::fputs(usage, err);
+        return ExitStatus::usage;
+    }
+    const QString dir = s.dir.isEmpty() ? Store::defaultDir() : s.dir;
+    const QString command = s.rest.takeFirst();
+    if (commands.contains(command) && !unlocked(unlock, err))
+        return ExitStatus::failed;
+    if (command == QLatin1String("import"))
+        return importFile(dir, s.rest, out, err);
+    if (command == QLatin1String("export"))
+        return exportFile(dir, s.rest, out, err);
+    if (command == QLatin1String("report"))
+        return report(dir, s.rest, out, err);
+    if (command == QLatin1String("check") && s.rest.isEmpty())
+        return check(dir, out, err);
+    return usageError(
+        err,
+        QStringLiteral("Unknown command or option: %1").arg((QStringList{command} + s.rest).join(QLatin1Char(' '))));
+}
