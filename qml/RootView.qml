@@ -8,14 +8,12 @@ import Coinhall
 // current screen; the status line; the open sheet on top; and, while the books are
 // locked, the lock overlay in place of all that. The help is a window of its own.
 //
-// Screens are given the look and two signals, `openSheet(sheet)` and
+// Screens are given two signals, `openSheet(sheet)` and
 // `showScreen(key)`; sheets are given their CHSheet value as `sheet` and close
 // themselves with their `done` signal. Neither opens the other directly.
 FocusScope {
     id: root
 
-    // The look to draw with: the one the "look" preference names.
-    property var look: Looks.current
     // The key of the current screen; the dashboard at start.
     property string screen: "dashboard"
     // The open sheet (a CHSheet value), or null. Never the help: that opens its window.
@@ -98,7 +96,7 @@ FocusScope {
     Rectangle {
         anchors.fill: parent
         visible: !Store.locked
-        color: root.look.bg
+        color: Looks.current.bg
     }
 
     CHHelpWindow {
@@ -139,7 +137,6 @@ FocusScope {
                     id: header
 
                     Layout.fillWidth: true
-                    look: root.look
                     screws: true
                     leftPadding: 24
                     rightPadding: 24
@@ -161,7 +158,7 @@ FocusScope {
                                 font.family: Tokens.displayFamily
                                 font.weight: Font.ExtraBold
                                 font.pointSize: Tokens.pt(20)
-                                color: root.look.text
+                                color: Looks.current.text
                                 elide: Text.ElideRight
                                 textFormat: Text.PlainText
                                 Accessible.role: Accessible.Heading
@@ -173,7 +170,7 @@ FocusScope {
                                 font.family: Tokens.textFamily
                                 font.weight: Font.DemiBold
                                 font.pointSize: Tokens.pt(11)
-                                color: root.look.soft
+                                color: Looks.current.soft
                                 elide: Text.ElideRight
                                 textFormat: Text.PlainText
                             }
@@ -182,7 +179,7 @@ FocusScope {
                                 text: HelpBook.fullName + " · " + HelpBook.websiteText
                                 font.family: Tokens.textFamily
                                 font.pointSize: Tokens.pt(9.5)
-                                color: root.look.muted
+                                color: Looks.current.muted
                                 elide: Text.ElideRight
                                 textFormat: Text.PlainText
                             }
@@ -192,27 +189,23 @@ FocusScope {
                             objectName: "moneyInKey"
                             title: "Money in"
                             icon.name: "plus.circle"
-                            look: root.look
                             onClicked: root.openSheet(CHSheet.newTx(true))
                         }
                         Key {
                             objectName: "moneyOutKey"
                             title: "Money out"
                             icon.name: "minus.circle"
-                            look: root.look
                             onClicked: root.openSheet(CHSheet.newTx(false))
                         }
                         Key {
                             objectName: "transferKey"
                             title: "Transfer"
                             icon.name: "arrow.left.arrow.right"
-                            look: root.look
                             onClicked: root.openSheet(CHSheet.transfer())
                         }
 
                         LCD {
                             objectName: "headerLCD"
-                            look: root.look
 
                             RowLayout {
                                 anchors.fill: parent
@@ -220,19 +213,16 @@ FocusScope {
 
                                 Readout {
                                     objectName: "totalReadout"
-                                    look: root.look
                                     caption: "TOTAL"
                                     value: Store.totalText
                                 }
                                 Readout {
                                     objectName: "royaltiesReadout"
-                                    look: root.look
                                     caption: "ROYALTIES DUE"
                                     value: Store.royaltiesDueText
                                 }
                                 Readout {
                                     objectName: "dueSoonReadout"
-                                    look: root.look
                                     caption: "DUE 14 DAYS"
                                     value: String(Store.dueSoonCount)
                                 }
@@ -245,7 +235,7 @@ FocusScope {
                             implicitWidth: badgeText.implicitWidth + 2 * Tokens.spaceM
                             implicitHeight: badgeText.implicitHeight + Tokens.spaceS
                             radius: height / 2
-                            color: root.look.accent
+                            color: Looks.current.accent
 
                             Text {
                                 id: badgeText
@@ -255,13 +245,12 @@ FocusScope {
                                 font.family: Tokens.textFamily
                                 font.weight: Font.ExtraBold
                                 font.pointSize: Tokens.pt(Tokens.captionSize)
-                                color: root.look.bg
+                                color: Looks.current.bg
                                 textFormat: Text.PlainText
                             }
                         }
 
                         ThemePicker {
-                            look: root.look
                         }
                     }
                 }
@@ -276,7 +265,6 @@ FocusScope {
 
                         Layout.preferredWidth: 212
                         Layout.fillHeight: true
-                        look: root.look
                         screws: true
                         topPadding: 22
                         bottomPadding: 22
@@ -288,7 +276,6 @@ FocusScope {
                             Label2 {
                                 Layout.bottomMargin: Tokens.spaceXS
                                 text: "Console"
-                                look: root.look
                             }
 
                             Repeater {
@@ -301,7 +288,6 @@ FocusScope {
                                     Layout.fillWidth: true
                                     title: modelData.title
                                     icon.name: modelData.icon
-                                    look: root.look
                                     lit: root.screen === modelData.key
                                     onClicked: root.screen = modelData.key
                                 }
@@ -316,7 +302,6 @@ FocusScope {
                                 Layout.fillWidth: true
                                 title: "Import bank CSV"
                                 icon.name: "square.and.arrow.down"
-                                look: root.look
                                 onClicked: root.openSheet(CHSheet.importCSV())
                             }
                             Key {
@@ -324,7 +309,6 @@ FocusScope {
                                 Layout.fillWidth: true
                                 title: "Help"
                                 icon.name: "questionmark.circle"
-                                look: root.look
                                 onClicked: root.openHelp()
                             }
                         }
@@ -363,7 +347,7 @@ FocusScope {
                     text: Store.status
                     font.family: Tokens.textFamily
                     font.pointSize: Tokens.pt(Tokens.captionSize)
-                    color: root.look.muted
+                    color: Looks.current.muted
                     elide: Text.ElideRight
                     textFormat: Text.PlainText
                     // Keeps its line even when there is nothing to say.
@@ -385,7 +369,6 @@ FocusScope {
 
         objectName: "sheetHost"
         anchors.fill: parent
-        look: root.look
         sheet: Store.locked ? null : root.sheet
         onDone: root.closeSheet()
     }
@@ -395,7 +378,6 @@ FocusScope {
 
         objectName: "lockOverlay"
         anchors.fill: parent
-        look: root.look
         visible: Store.locked
         focus: Store.locked
     }
@@ -405,7 +387,6 @@ FocusScope {
         id: dashboard
 
         DashboardScreen {
-            look: root.look
             onOpenSheet: next => root.openSheet(next)
             onShowScreen: key => root.showScreen(key)
         }
@@ -414,7 +395,6 @@ FocusScope {
         id: transactions
 
         TransactionsScreen {
-            look: root.look
             onOpenSheet: next => root.openSheet(next)
             onShowScreen: key => root.showScreen(key)
         }
@@ -423,7 +403,6 @@ FocusScope {
         id: bills
 
         BillsScreen {
-            look: root.look
             onOpenSheet: next => root.openSheet(next)
             onShowScreen: key => root.showScreen(key)
         }
@@ -432,7 +411,6 @@ FocusScope {
         id: royalties
 
         RoyaltiesScreen {
-            look: root.look
             onOpenSheet: next => root.openSheet(next)
             onShowScreen: key => root.showScreen(key)
         }
@@ -441,7 +419,6 @@ FocusScope {
         id: calendar
 
         CalendarScreen {
-            look: root.look
             onOpenSheet: next => root.openSheet(next)
             onShowScreen: key => root.showScreen(key)
         }
@@ -450,7 +427,6 @@ FocusScope {
         id: reports
 
         ReportsScreen {
-            look: root.look
             onOpenSheet: next => root.openSheet(next)
             onShowScreen: key => root.showScreen(key)
         }
@@ -459,7 +435,6 @@ FocusScope {
         id: accounts
 
         AccountsScreen {
-            look: root.look
             onOpenSheet: next => root.openSheet(next)
             onShowScreen: key => root.showScreen(key)
         }

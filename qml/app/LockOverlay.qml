@@ -12,8 +12,6 @@ import Coinhall
 FocusScope {
     id: root
 
-    // The look to draw with.
-    property var look: Looks.current
     // An unlock attempt is under way; a key press meanwhile is queued, not lost.
     property bool checking: false
     // The last attempt was the user's own and it was refused.
@@ -95,7 +93,7 @@ FocusScope {
 
     Rectangle {
         anchors.fill: parent
-        color: root.look.bg
+        color: Looks.current.bg
     }
 
     MouseArea {
@@ -109,7 +107,6 @@ FocusScope {
     Panel {
         anchors.centerIn: parent
         width: 420
-        look: root.look
         screws: true
         padding: 28
 
@@ -122,7 +119,7 @@ FocusScope {
                 Layout.alignment: Qt.AlignHCenter
                 symbol: "lock.shield.fill"
                 size: 54
-                color: root.look.accent
+                color: Looks.current.accent
             }
             Text {
                 Layout.fillWidth: true
@@ -131,7 +128,7 @@ FocusScope {
                 font.family: Tokens.displayFamily
                 font.weight: Font.ExtraBold
                 font.pointSize: Tokens.pt(22)
-                color: root.look.text
+                color: Looks.current.text
                 textFormat: Text.PlainText
                 wrapMode: Text.WordWrap
                 Accessible.role: Accessible.Heading
@@ -144,7 +141,7 @@ FocusScope {
                                    : "Type your account password to open your books."
                 font.family: Tokens.textFamily
                 font.pointSize: Tokens.pt(Tokens.bodySize)
-                color: root.refused ? Tokens.destructive : root.look.muted
+                color: root.refused ? Tokens.destructive : Looks.current.muted
                 textFormat: Text.PlainText
                 wrapMode: Text.WordWrap
                 Accessible.role: Accessible.StaticText
@@ -158,17 +155,17 @@ FocusScope {
                 echoMode: TextInput.Password
                 placeholderText: "Account password"
                 Accessible.name: placeholderText
-                placeholderTextColor: root.look.muted
-                color: root.look.text
+                placeholderTextColor: Looks.current.muted
+                color: Looks.current.text
                 font.family: Tokens.textFamily
                 font.pointSize: Tokens.pt(Tokens.bodySize)
                 focus: true
                 background: Rectangle {
                     implicitHeight: Tokens.fieldHeight
                     radius: Tokens.wellRadius
-                    color: root.look.well
+                    color: Looks.current.well
                     border.width: 1
-                    border.color: password.activeFocus ? root.look.accent : root.look.line
+                    border.color: password.activeFocus ? Looks.current.accent : Looks.current.line
                 }
                 onAccepted: root.unlockNow()
             }
@@ -176,7 +173,6 @@ FocusScope {
                 objectName: "unlockKey"
                 Layout.alignment: Qt.AlignHCenter
                 title: "Unlock"
-                look: root.look
                 lit: true
                 wide: true
                 onClicked: root.unlockNow()

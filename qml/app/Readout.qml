@@ -9,8 +9,6 @@ ColumnLayout {
 
     property string caption
     property string value
-    // The look to draw with.
-    property var look: Looks.current
 
     spacing: 1
 
@@ -23,7 +21,7 @@ ColumnLayout {
         font.weight: Font.ExtraBold
         font.pointSize: Tokens.pt(8.5)
         font.letterSpacing: 1.1
-        color: root.look.lcd
+        color: Looks.current.lcd
         opacity: 0.7
         textFormat: Text.PlainText
         Accessible.ignored: true
@@ -34,7 +32,7 @@ ColumnLayout {
         font.family: Tokens.lcdFamily
         font.weight: Font.Bold
         font.pointSize: Tokens.pt(17)
-        color: root.look.lcd
+        color: Looks.current.lcd
         textFormat: Text.PlainText
         Accessible.ignored: true
     }

@@ -15,8 +15,6 @@ FocusScope {
 
     // The sheet to show; null shows nothing.
     property var sheet: null
-    // The look to draw with.
-    property var look: Looks.current
     // The shown sheet's view, null when none is open.
     readonly property Item view: loader.item
 

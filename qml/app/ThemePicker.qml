@@ -7,8 +7,6 @@ import Coinhall
 ColumnLayout {
     id: root
 
-    // The look to draw with.
-    property var look: Looks.current
     readonly property alias box: box
     // The picker's help text.
     readonly property string hint: "Theme: Studio, Ice Blue, Rose Gold, Lavender, Carbon (black) or Graphite (gray)"
@@ -17,7 +15,6 @@ ColumnLayout {
 
     Label2 {
         text: "Theme"
-        look: root.look
     }
 
     ComboBox {
@@ -44,7 +41,7 @@ ColumnLayout {
             rightPadding: box.indicator.width + Tokens.spaceS
             text: box.displayText
             font: box.font
-            color: root.look.text
+            color: Looks.current.text
             verticalAlignment: Text.AlignVCenter
             elide: Text.ElideRight
         }
@@ -54,7 +51,7 @@ ColumnLayout {
             y: (box.height - height) / 2
             text: "\u25BE"
             font.pointSize: Tokens.pt(14)
-            color: root.look.muted
+            color: Looks.current.muted
         }
 
         background: Rectangle {
@@ -62,10 +59,10 @@ ColumnLayout {
             implicitHeight: Tokens.keyHeight
             radius: Tokens.keyRadius
             border.width: 1
-            border.color: box.visualFocus ? root.look.accent2 : root.look.line
+            border.color: box.visualFocus ? Looks.current.accent2 : Looks.current.line
             gradient: Gradient {
-                GradientStop { position: 0; color: Qt.lighter(root.look.panelTop, 1.25) }
-                GradientStop { position: 1; color: root.look.panelBottom }
+                GradientStop { position: 0; color: Qt.lighter(Looks.current.panelTop, 1.25) }
+                GradientStop { position: 1; color: Looks.current.panelBottom }
             }
         }
 
@@ -82,11 +79,11 @@ ColumnLayout {
             contentItem: Text {
                 text: entry.text
                 font: box.font
-                color: entry.index === box.currentIndex ? root.look.accent : root.look.text
+                color: entry.index === box.currentIndex ? Looks.current.accent : Looks.current.text
                 verticalAlignment: Text.AlignVCenter
             }
             background: Rectangle {
-                color: entry.highlighted ? root.look.line : "transparent"
+                color: entry.highlighted ? Looks.current.line : "transparent"
             }
         }
 
@@ -108,9 +105,9 @@ ColumnLayout {
 
             background: Rectangle {
                 radius: Tokens.keyRadius
-                color: root.look.panelBottom
+                color: Looks.current.panelBottom
                 border.width: 1
-                border.color: root.look.line
+                border.color: Looks.current.line
             }
         }
     }

@@ -12,8 +12,6 @@ FocusScope {
     property int startPage: 0
     // The chapter shown.
     property int topic: startPage
-    // The look to draw with.
-    property var look: Looks.current
 
     readonly property var chapters: HelpBook.chapters
     readonly property int lastTopic: chapters.length - 1
@@ -43,8 +41,8 @@ FocusScope {
     Rectangle {
         anchors.fill: parent
         gradient: Gradient {
-            GradientStop { position: 0; color: root.look.panelTop }
-            GradientStop { position: 1; color: root.look.panelBottom }
+            GradientStop { position: 0; color: Looks.current.panelTop }
+            GradientStop { position: 1; color: Looks.current.panelBottom }
         }
     }
 
@@ -57,7 +55,7 @@ FocusScope {
         Rectangle {
             Layout.preferredWidth: 250
             Layout.fillHeight: true
-            color: root.look.well
+            color: Looks.current.well
 
             ListView {
                 id: list
@@ -93,7 +91,7 @@ FocusScope {
                             Layout.preferredWidth: 22
                             symbol: row.modelData.symbol
                             size: 17
-                            color: row.highlighted ? root.look.accent : root.look.muted
+                            color: row.highlighted ? Looks.current.accent : Looks.current.muted
                         }
                         Text {
                             Layout.fillWidth: true
@@ -101,17 +99,17 @@ FocusScope {
                             font.family: Tokens.textFamily
                             font.weight: row.highlighted ? Font.Bold : Font.DemiBold
                             font.pointSize: Tokens.pt(14)
-                            color: row.highlighted ? root.look.text : root.look.soft
+                            color: row.highlighted ? Looks.current.text : Looks.current.soft
                             elide: Text.ElideRight
                             textFormat: Text.PlainText
                         }
                     }
                     background: Rectangle {
                         radius: Tokens.rowRadius
-                        color: row.highlighted ? root.look.panelTop : row.hovered ? Qt.rgba(1, 1, 1, 0.04) : "transparent"
+                        color: row.highlighted ? Looks.current.panelTop : row.hovered ? Qt.rgba(1, 1, 1, 0.04) : "transparent"
                         // With the keyboard in the list, the chosen row wears the accent.
                         border.width: row.highlighted ? 1 : 0
-                        border.color: list.activeFocus ? root.look.accent : root.look.line
+                        border.color: list.activeFocus ? Looks.current.accent : Looks.current.line
                     }
                 }
             }
@@ -148,7 +146,7 @@ FocusScope {
                         font.family: Tokens.displayFamily
                         font.weight: Font.ExtraBold
                         font.pointSize: Tokens.pt(22)
-                        color: root.look.text
+                        color: Looks.current.text
                         wrapMode: Text.WordWrap
                         textFormat: Text.PlainText
                         Accessible.role: Accessible.Heading
@@ -161,8 +159,8 @@ FocusScope {
                         font.family: Tokens.textFamily
                         font.pointSize: Tokens.pt(14)
                         lineHeight: 1.3
-                        color: root.look.soft
-                        linkColor: root.look.accent
+                        color: Looks.current.soft
+                        linkColor: Looks.current.accent
                         wrapMode: Text.WordWrap
                         textFormat: Text.StyledText
                         Accessible.role: Accessible.StaticText
@@ -189,14 +187,12 @@ FocusScope {
                         objectName: "helpBack"
                         visible: root.topic >= 1
                         title: "← Back"
-                        look: root.look
                         onClicked: root.topic = root.topic - 1
                     }
                     Key {
                         objectName: "helpNext"
                         visible: root.topic < root.lastTopic
                         title: "Next →"
-                        look: root.look
                         onClicked: root.topic = root.topic + 1
                     }
                 }
@@ -206,7 +202,6 @@ FocusScope {
                     objectName: "helpDone"
                     anchors.right: parent.right
                     title: "Done"
-                    look: root.look
                     lit: true
                     onClicked: root.done()
                 }

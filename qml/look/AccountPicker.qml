@@ -15,8 +15,6 @@ Item {
     property string selection
     // The Store whose accounts are offered.
     property QtObject store: Store
-    // The look to draw with.
-    property var look: Looks.current
     readonly property alias box: box
     readonly property alias accounts: accounts
 
@@ -42,7 +40,7 @@ Item {
             font.family: Tokens.textFamily
             font.weight: Font.DemiBold
             font.pointSize: Tokens.pt(Tokens.bodySize)
-            color: root.look.soft
+            color: Looks.current.soft
             textFormat: Text.PlainText
             elide: Text.ElideRight
             Accessible.ignored: true
@@ -69,7 +67,7 @@ Item {
                 rightPadding: box.indicator.width + Tokens.spaceS
                 text: box.displayText
                 font: box.font
-                color: root.look.text
+                color: Looks.current.text
                 verticalAlignment: Text.AlignVCenter
                 elide: Text.ElideRight
                 textFormat: Text.PlainText
@@ -80,14 +78,14 @@ Item {
                 y: (box.height - height) / 2
                 symbol: "chevron.up.chevron.down"
                 size: 16
-                color: root.look.muted
+                color: Looks.current.muted
             }
 
             background: Rectangle {
                 radius: Tokens.keyRadius
-                color: root.look.bg
+                color: Looks.current.bg
                 border.width: box.visualFocus ? 1.5 : 1
-                border.color: box.visualFocus || box.popup.visible ? root.look.accent : root.look.line
+                border.color: box.visualFocus || box.popup.visible ? Looks.current.accent : Looks.current.line
             }
 
             delegate: ItemDelegate {
@@ -104,14 +102,14 @@ Item {
                 contentItem: Text {
                     text: option.text
                     font: option.font
-                    color: root.look.text
+                    color: Looks.current.text
                     verticalAlignment: Text.AlignVCenter
                     elide: Text.ElideRight
                     textFormat: Text.PlainText
                 }
 
                 background: Rectangle {
-                    color: option.highlighted ? Qt.rgba(root.look.accent.r, root.look.accent.g, root.look.accent.b, 0.28)
+                    color: option.highlighted ? Qt.rgba(Looks.current.accent.r, Looks.current.accent.g, Looks.current.accent.b, 0.28)
                                               : "transparent"
                     radius: Tokens.rowRadius
                 }
@@ -122,9 +120,9 @@ Item {
             popup.transformOrigin: Popup.TopLeft
             popup.background: Rectangle {
                 radius: Tokens.wellRadius
-                color: root.look.well
+                color: Looks.current.well
                 border.width: 1
-                border.color: root.look.line
+                border.color: Looks.current.line
             }
         }
     }

@@ -8,15 +8,13 @@ Text {
 
     // The amount as exact decimal text, as the Store hands it over ("-45.1").
     property string amount: "0"
-    // The look to draw with.
-    property var look: Looks.current
     // Type size in points.
     property real size: Tokens.amountSize
 
     readonly property bool negative: Fmt.isNegative(amount)
 
     text: Fmt.signedMoney(amount)
-    color: negative ? look.soft : Tokens.positive
+    color: negative ? Looks.current.soft : Tokens.positive
     font.family: Tokens.lcdFamily
     font.weight: Font.Bold
     font.pointSize: Tokens.pt(size)

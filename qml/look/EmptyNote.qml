@@ -5,15 +5,12 @@ import Coinhall
 Text {
     id: root
 
-    // The look to draw with.
-    property var look: Looks.current
-
     width: parent ? parent.width : implicitWidth
     padding: Tokens.notePadding
     horizontalAlignment: Text.AlignHCenter
     wrapMode: Text.WordWrap
     font.family: Tokens.textFamily
     font.pointSize: Tokens.pt(Tokens.noteSize)
-    color: look.muted
+    color: Looks.current.muted
     textFormat: Text.PlainText
 }

@@ -12,8 +12,6 @@ T.AbstractButton {
 
     // The caption; the same as `text`.
     property alias title: root.text
-    // The look to draw with.
-    property var look: Looks.current
     // Drawn highlighted: the current screen's key, or a primary action.
     property bool lit: false
     // Extra horizontal padding.
@@ -21,12 +19,12 @@ T.AbstractButton {
     // Destructive: the caption in the fixed warning red.
     property bool destructive: false
 
-    readonly property color labelColor: !enabled ? look.muted
-                                        : lit ? look.bg
+    readonly property color labelColor: !enabled ? Looks.current.muted
+                                        : lit ? Looks.current.bg
                                         : destructive ? Tokens.destructive
-                                        : look.text
-    readonly property color faceTop: lit ? Qt.lighter(look.accent, 1.18) : Qt.lighter(look.panelTop, 1.25)
-    readonly property color faceBottom: lit ? Qt.darker(look.accent, 1.3) : look.panelBottom
+                                        : Looks.current.text
+    readonly property color faceTop: lit ? Qt.lighter(Looks.current.accent, 1.18) : Qt.lighter(Looks.current.panelTop, 1.25)
+    readonly property color faceBottom: lit ? Qt.darker(Looks.current.accent, 1.3) : Looks.current.panelBottom
     // Pressed keys darken; hovered ones lighten a little.
     readonly property real faceShade: down ? 1.25 : hovered ? 0.92 : 1
 
@@ -91,7 +89,7 @@ T.AbstractButton {
         implicitHeight: Tokens.keyHeight
         radius: Tokens.keyRadius
         border.width: 1
-        border.color: root.lit ? Qt.lighter(root.look.accent, 1.3) : root.look.line
+        border.color: root.lit ? Qt.lighter(Looks.current.accent, 1.3) : Looks.current.line
         gradient: Gradient {
             GradientStop { position: 0; color: Qt.darker(root.faceTop, root.faceShade) }
             GradientStop { position: 1; color: Qt.darker(root.faceBottom, root.faceShade) }
@@ -104,7 +102,7 @@ T.AbstractButton {
             radius: Tokens.keyRadius + 2
             color: "transparent"
             border.width: 1.5
-            border.color: root.look.accent2
+            border.color: Looks.current.accent2
             visible: root.visualFocus
         }
     }

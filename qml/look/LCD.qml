@@ -4,12 +4,10 @@ import Coinhall
 
 // An LCD read-out: the content on a well of the look's LCD glass, under scan lines
 // (a 1-point black line at 22% opacity every 3 points from the top). Callers draw
-// their read-out in `look.lcd`.
+// their read-out in `Looks.current.lcd`.
 Item {
     id: root
 
-    // The look to draw with.
-    property var look: Looks.current
     property real padding: Tokens.spaceM
     property real radius: Tokens.lcdRadius
     // The read-out, laid out by the caller inside the padded area.
@@ -26,7 +24,7 @@ Item {
 
         anchors.fill: parent
         radius: root.radius
-        color: root.look.lcdGlass
+        color: Looks.current.lcdGlass
     }
 
     Item {

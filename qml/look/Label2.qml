@@ -7,8 +7,6 @@ Item {
     id: root
 
     property string text
-    // The look to draw with.
-    property var look: Looks.current
     // Type size in points.
     property real size: Tokens.label2Size
 
@@ -37,7 +35,7 @@ Item {
         font.weight: Font.ExtraBold
         font.pointSize: Tokens.pt(root.size)
         font.letterSpacing: Tokens.label2Tracking
-        color: Qt.rgba(root.look.soft.r, root.look.soft.g, root.look.soft.b, 0.8)
+        color: Qt.rgba(Looks.current.soft.r, Looks.current.soft.g, Looks.current.soft.b, 0.8)
         textFormat: Text.PlainText
         Accessible.ignored: true
     }

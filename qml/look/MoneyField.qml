@@ -12,8 +12,6 @@ Item {
     property string label
     // The text as typed; two-way: write it back with onTextChanged.
     property alias text: field.text
-    // The look to draw with.
-    property var look: Looks.current
     // Exact decimal text of the typed amount ("-45.1"); empty when there is none.
     readonly property string amount: Fmt.parse(text)
     readonly property bool valid: amount !== ""
@@ -37,7 +35,7 @@ Item {
             font.family: Tokens.textFamily
             font.weight: Font.DemiBold
             font.pointSize: Tokens.pt(Tokens.bodySize)
-            color: root.look.soft
+            color: Looks.current.soft
             textFormat: Text.PlainText
             // Long labels ("Amount that came in") take a second line rather than losing words.
             wrapMode: Text.WordWrap
@@ -57,10 +55,10 @@ Item {
                 rightPadding: Tokens.spaceM
                 font.family: Tokens.lcdFamily
                 font.pointSize: Tokens.pt(Tokens.bodySize)
-                color: root.look.text
-                selectionColor: root.look.accent
-                selectedTextColor: root.look.bg
-                placeholderTextColor: root.look.muted
+                color: Looks.current.text
+                selectionColor: Looks.current.accent
+                selectedTextColor: Looks.current.bg
+                placeholderTextColor: Looks.current.muted
                 inputMethodHints: Qt.ImhFormattedNumbersOnly
                 selectByMouse: true
                 Accessible.name: root.label
@@ -68,10 +66,10 @@ Item {
 
                 background: Rectangle {
                     radius: Tokens.keyRadius
-                    color: root.look.bg
+                    color: Looks.current.bg
                     border.width: field.activeFocus ? 1.5 : 1
                     border.color: !root.valid && field.text !== "" ? Tokens.destructive
-                                  : field.activeFocus ? root.look.accent : root.look.line
+                                  : field.activeFocus ? Looks.current.accent : Looks.current.line
                 }
             }
 

@@ -9,8 +9,6 @@ import Coinhall
 T.Pane {
     id: root
 
-    // The look to draw with.
-    property var look: Looks.current
     // Whether screw heads sit in the corners, inside the padding.
     property bool screws: false
     property real radius: Tokens.panelRadius
@@ -23,16 +21,16 @@ T.Pane {
         Rectangle {
             anchors.fill: parent
             radius: root.radius
-            visible: !root.look.carbon
+            visible: !Looks.current.carbon
             gradient: Gradient {
-                GradientStop { position: 0; color: root.look.panelTop }
-                GradientStop { position: 1; color: root.look.panelBottom }
+                GradientStop { position: 0; color: Looks.current.panelTop }
+                GradientStop { position: 1; color: Looks.current.panelBottom }
             }
         }
 
         Loader {
             anchors.fill: parent
-            active: root.look.carbon
+            active: Looks.current.carbon
             sourceComponent: Weave { radius: root.radius }
         }
 
@@ -41,7 +39,7 @@ T.Pane {
             anchors.fill: parent
             radius: root.radius
             border.width: 1
-            border.color: root.look.line
+            border.color: Looks.current.line
             gradient: Gradient {
                 GradientStop { position: 0; color: Qt.rgba(1, 1, 1, 0.08) }
                 GradientStop { position: 0.2; color: Qt.rgba(1, 1, 1, 0) }

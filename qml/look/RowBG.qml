@@ -7,8 +7,6 @@ import Coinhall
 Item {
     id: root
 
-    // The look to draw with.
-    property var look: Looks.current
     default property alias content: holder.data
 
     implicitWidth: (holder.children.length > 0 ? holder.children[0].implicitWidth : 0) + 2 * Tokens.rowPadH
@@ -19,7 +17,7 @@ Item {
         radius: Tokens.rowRadius
         color: Qt.rgba(0, 0, 0, 0.18)
         border.width: 1
-        border.color: Qt.rgba(root.look.line.r, root.look.line.g, root.look.line.b, 0.6)
+        border.color: Qt.rgba(Looks.current.line.r, Looks.current.line.g, Looks.current.line.b, 0.6)
     }
 
     Item {

@@ -8,8 +8,6 @@ Item {
 
     property string title
     property string subtitle
-    // The look to draw with.
-    property var look: Looks.current
 
     implicitWidth: Math.max(heading.implicitWidth, sub.implicitWidth)
     implicitHeight: sub.visible ? sub.y + sub.implicitHeight : heading.implicitHeight
@@ -22,7 +20,7 @@ Item {
         font.family: Tokens.displayFamily
         font.weight: Font.ExtraBold
         font.pointSize: Tokens.pt(Tokens.screenTitleSize)
-        color: root.look.text
+        color: Looks.current.text
         textFormat: Text.PlainText
         elide: Text.ElideRight
         Accessible.role: Accessible.Heading
@@ -38,7 +36,7 @@ Item {
         text: root.subtitle
         font.family: Tokens.textFamily
         font.pointSize: Tokens.pt(Tokens.subtitleSize)
-        color: root.look.muted
+        color: Looks.current.muted
         textFormat: Text.PlainText
         wrapMode: Text.WordWrap
     }

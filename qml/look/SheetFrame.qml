@@ -18,8 +18,6 @@ FocusScope {
     property bool canSave: true
     // Caption of the additional destructive key (typically a delete); empty for none.
     property string extraTitle
-    // The look to draw with.
-    property var look: Looks.current
     // The form rows, top to bottom.
     default property alias content: form.data
 
@@ -95,10 +93,10 @@ FocusScope {
         anchors.fill: parent
         radius: Tokens.sheetRadius
         border.width: 1
-        border.color: root.look.line
+        border.color: Looks.current.line
         gradient: Gradient {
-            GradientStop { position: 0; color: root.look.panelTop }
-            GradientStop { position: 1; color: root.look.panelBottom }
+            GradientStop { position: 0; color: Looks.current.panelTop }
+            GradientStop { position: 1; color: Looks.current.panelBottom }
         }
     }
 
@@ -118,7 +116,7 @@ FocusScope {
             font.family: Tokens.displayFamily
             font.weight: Font.ExtraBold
             font.pointSize: Tokens.pt(Tokens.sheetTitleSize)
-            color: root.look.text
+            color: Looks.current.text
             textFormat: Text.PlainText
             elide: Text.ElideRight
             Accessible.role: Accessible.Heading
@@ -167,9 +165,9 @@ FocusScope {
                 height: implicitHeight
                 implicitHeight: form.implicitHeight + 2 * Tokens.spaceL
                 radius: Tokens.wellRadius
-                color: root.look.well
+                color: Looks.current.well
                 border.width: 1
-                border.color: root.look.line
+                border.color: Looks.current.line
 
                 ColumnLayout {
                     id: form
@@ -191,7 +189,6 @@ FocusScope {
 
                 visible: root.extraTitle !== ""
                 title: root.extraTitle
-                look: root.look
                 destructive: true
                 onClicked: root.extra()
             }
@@ -205,7 +202,6 @@ FocusScope {
 
                 objectName: "sheetCancelKey"
                 title: "Cancel"
-                look: root.look
                 onClicked: root.cancel()
             }
 
@@ -214,7 +210,6 @@ FocusScope {
 
                 objectName: "sheetSaveKey"
                 title: root.saveTitle
-                look: root.look
                 lit: true
                 enabled: root.canSave
                 onClicked: root.confirm()

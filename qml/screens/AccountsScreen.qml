@@ -9,8 +9,6 @@ import Coinhall
 Item {
     id: root
 
-    // The look to draw with.
-    property var look: Looks.current
     // The accounts, total and budgets shown, and the budget operations.
     readonly property alias bridge: bridge
 
@@ -38,7 +36,6 @@ Item {
 
             ScreenTitle {
                 Layout.fillWidth: true
-                look: root.look
                 title: "Accounts"
                 subtitle: "Checking, savings, cards, PayPal, Cash App, cash in the drawer."
             }
@@ -48,14 +45,12 @@ Item {
                 Layout.alignment: Qt.AlignTop
                 title: "Add account"
                 icon.name: "plus"
-                look: root.look
                 onClicked: root.openSheet(CHSheet.newAccount())
             }
         }
 
         Panel {
             Layout.fillWidth: true
-            look: root.look
 
             ColumnLayout {
                 anchors.fill: parent
@@ -76,7 +71,6 @@ Item {
 
                         objectName: "accountLine"
                         width: accountRows.cellWidth
-                        look: root.look
                         Accessible.role: Accessible.ListItem
                         Accessible.name: account.title + ", " + account.countText + ", balance " + account.balanceText
 
@@ -95,7 +89,7 @@ Item {
                                     font.family: Tokens.textFamily
                                     font.weight: Font.Bold
                                     font.pointSize: Tokens.pt(Tokens.bodySize)
-                                    color: line.account.closed ? root.look.muted : root.look.text
+                                    color: line.account.closed ? Looks.current.muted : Looks.current.text
                                     elide: Text.ElideRight
                                     textFormat: Text.PlainText
                                 }
@@ -105,7 +99,7 @@ Item {
                                     text: line.account.countText || ""
                                     font.family: Tokens.textFamily
                                     font.pointSize: Tokens.pt(Tokens.captionSize)
-                                    color: root.look.muted
+                                    color: Looks.current.muted
                                     elide: Text.ElideRight
                                     textFormat: Text.PlainText
                                 }
@@ -117,14 +111,13 @@ Item {
                                 font.family: Tokens.lcdFamily
                                 font.weight: Font.Bold
                                 font.pointSize: Tokens.pt(Tokens.amountSize)
-                                color: Fmt.isNegative(line.account.balance || "0") ? root.look.soft : root.look.text
+                                color: Fmt.isNegative(line.account.balance || "0") ? Looks.current.soft : Looks.current.text
                                 textFormat: Text.PlainText
                             }
 
                             Key {
                                 objectName: "editAccountKey"
                                 title: "Edit"
-                                look: root.look
                                 Accessible.description: line.account.name || ""
                                 onClicked: root.openSheet(CHSheet.editAccount(line.account))
                             }
@@ -147,7 +140,7 @@ Item {
                         font.family: Tokens.textFamily
                         font.weight: Font.ExtraBold
                         font.pointSize: Tokens.pt(Tokens.bodySize)
-                        color: root.look.soft
+                        color: Looks.current.soft
                         elide: Text.ElideRight
                         textFormat: Text.PlainText
                         Accessible.ignored: true
@@ -158,7 +151,7 @@ Item {
                         font.family: Tokens.lcdFamily
                         font.weight: Font.Bold
                         font.pointSize: Tokens.pt(15)
-                        color: root.look.text
+                        color: Looks.current.text
                         textFormat: Text.PlainText
                         Accessible.ignored: true
                     }
@@ -169,7 +162,6 @@ Item {
         Panel {
             objectName: "privacyPanel"
             Layout.fillWidth: true
-            look: root.look
 
             ColumnLayout {
                 anchors.fill: parent
@@ -177,13 +169,11 @@ Item {
 
                 Label2 {
                     text: "Privacy & backups"
-                    look: root.look
                 }
 
                 FormToggle {
                     objectName: "unlockToggle"
                     Layout.fillWidth: true
-                    look: root.look
                     text: bridge.unlockText
                     checked: Store.requireUnlock
                     onToggled: {
@@ -203,7 +193,7 @@ Item {
                         text: bridge.privacyText
                         font.family: Tokens.textFamily
                         font.pointSize: Tokens.pt(Tokens.captionSize + 1)
-                        color: root.look.muted
+                        color: Looks.current.muted
                         wrapMode: Text.WordWrap
                         textFormat: Text.PlainText
                     }
@@ -212,7 +202,6 @@ Item {
                         objectName: "backupsKey"
                         title: "Show backups folder"
                         icon.name: "folder"
-                        look: root.look
                         onClicked: {
                             if (!Qt.openUrlExternally(bridge.backupsUrl))
                                 Store.status = "Backups are kept in " + Store.backupsFolder + "."
@@ -226,7 +215,6 @@ Item {
             objectName: "budgetsPanel"
             Layout.fillWidth: true
             Layout.bottomMargin: Tokens.spaceM
-            look: root.look
 
             ColumnLayout {
                 anchors.fill: parent
@@ -234,7 +222,6 @@ Item {
 
                 Label2 {
                     text: "Monthly budgets"
-                    look: root.look
                 }
 
                 Text {
@@ -242,7 +229,7 @@ Item {
                     text: "Set a limit on any spending category. Reports flag it in red when you go over."
                     font.family: Tokens.textFamily
                     font.pointSize: Tokens.pt(Tokens.captionSize + 1)
-                    color: root.look.muted
+                    color: Looks.current.muted
                     wrapMode: Text.WordWrap
                     textFormat: Text.PlainText
                 }
@@ -267,7 +254,6 @@ Item {
                         index: entry.index === undefined ? -1 : entry.index
                         name: entry.name || ""
                         budget: entry.budget || ""
-                        look: root.look
                     }
                 }
             }

@@ -13,8 +13,6 @@ FocusScope {
 
     // The bill to show: a map from BillsBridge (id, name, amountText, dueLine, overdue, soon, ...).
     property var bill: ({})
-    // The look to draw with.
-    property var look: Looks.current
     readonly property alias menu: menu
     // The dot of a bill due within three days: a fixed orange, like the red and green beside it.
     readonly property color soonColor: "#FB923C"
@@ -51,7 +49,6 @@ FocusScope {
         id: plate
 
         anchors.fill: parent
-        look: root.look
 
         RowLayout {
             anchors.fill: parent
@@ -77,7 +74,7 @@ FocusScope {
                     font.family: Tokens.textFamily
                     font.weight: Font.Bold
                     font.pointSize: Tokens.pt(Tokens.bodySize)
-                    color: root.look.text
+                    color: Looks.current.text
                     elide: Text.ElideRight
                     textFormat: Text.PlainText
                 }
@@ -88,7 +85,7 @@ FocusScope {
                     font.family: Tokens.textFamily
                     font.weight: root.bill.overdue ? Font.ExtraBold : Font.Normal
                     font.pointSize: Tokens.pt(Tokens.captionSize)
-                    color: root.bill.overdue ? Tokens.destructive : root.look.muted
+                    color: root.bill.overdue ? Tokens.destructive : Looks.current.muted
                     elide: Text.ElideRight
                     textFormat: Text.PlainText
                 }
@@ -100,7 +97,7 @@ FocusScope {
                 font.family: Tokens.lcdFamily
                 font.weight: Font.Bold
                 font.pointSize: Tokens.pt(Tokens.amountSize)
-                color: root.look.text
+                color: Looks.current.text
                 textFormat: Text.PlainText
                 Accessible.role: Accessible.StaticText
                 Accessible.name: text
@@ -109,7 +106,6 @@ FocusScope {
             Key {
                 objectName: "payKey"
                 title: "Pay"
-                look: root.look
                 onClicked: root.payRequested()
             }
         }
@@ -138,7 +134,7 @@ FocusScope {
         radius: Tokens.rowRadius + 2
         color: "transparent"
         border.width: 1.5
-        border.color: root.look.accent2
+        border.color: Looks.current.accent2
         visible: root.activeFocus && !menu.visible
     }
 

@@ -10,8 +10,6 @@ import Coinhall
 Item {
     id: root
 
-    // The look to draw with.
-    property var look: Looks.current
     readonly property alias bills: bills
     readonly property alias list: list
 
@@ -40,14 +38,12 @@ Item {
                 Layout.fillWidth: true
                 title: "Bills"
                 subtitle: "Coinhall reminds you before each one is due. Right-click a bill for more."
-                look: root.look
             }
             Key {
                 objectName: "addBillKey"
                 Layout.alignment: Qt.AlignTop
                 title: "Add bill"
                 icon.name: "plus"
-                look: root.look
                 onClicked: root.openSheet(CHSheet.newBill())
             }
         }
@@ -79,7 +75,6 @@ Item {
 
                     Panel {
                         Layout.fillWidth: true
-                        look: root.look
 
                         ColumnLayout {
                             anchors.fill: parent
@@ -97,7 +92,6 @@ Item {
 
                                     width: activeRows.cellWidth
                                     bill: bills.active[index] || ({})
-                                    look: root.look
                                     onPayRequested: root.openSheet(CHSheet.payBill(bill))
                                     onEditRequested: root.openSheet(CHSheet.editBill(bill))
                                     onSkipRequested: bills.skip(bill.id)
@@ -110,7 +104,6 @@ Item {
                                 Layout.fillWidth: true
                                 visible: bills.active.length === 0
                                 text: "No bills yet. Add rent, phone, internet, insurance, hosting… anything that comes around."
-                                look: root.look
                             }
                         }
                     }
@@ -119,7 +112,6 @@ Item {
                         objectName: "finishedPanel"
                         Layout.fillWidth: true
                         visible: bills.finished.length > 0
-                        look: root.look
 
                         ColumnLayout {
                             anchors.fill: parent
@@ -127,7 +119,6 @@ Item {
 
                             Label2 {
                                 text: "Finished one-time bills"
-                                look: root.look
                             }
 
                             ListRows {
@@ -143,7 +134,6 @@ Item {
 
                                     objectName: "finishedRow"
                                     width: finishedRows.cellWidth
-                                    look: root.look
                                     Accessible.role: Accessible.ListItem
                                     Accessible.name: modelData.name + ", " + modelData.amountText
 
@@ -157,7 +147,7 @@ Item {
                                             font.family: Tokens.textFamily
                                             font.weight: Font.Bold
                                             font.pointSize: Tokens.pt(Tokens.bodySize)
-                                            color: root.look.soft
+                                            color: Looks.current.soft
                                             elide: Text.ElideRight
                                             textFormat: Text.PlainText
                                         }
@@ -165,12 +155,11 @@ Item {
                                             text: finishedRow.modelData.amountText
                                             font.family: Tokens.lcdFamily
                                             font.pointSize: Tokens.pt(Tokens.amountSize)
-                                            color: root.look.muted
+                                            color: Looks.current.muted
                                             textFormat: Text.PlainText
                                         }
                                         Key {
                                             title: "Delete"
-                                            look: root.look
                                             destructive: true
                                             Accessible.name: "Delete " + finishedRow.modelData.name
                                             onClicked: bills.deleteBill(finishedRow.modelData.id)
@@ -191,7 +180,6 @@ Item {
 
                 Panel {
                     Layout.fillWidth: true
-                    look: root.look
                     screws: true
                     leftPadding: Tokens.spaceXL
                     rightPadding: Tokens.spaceXL
@@ -204,11 +192,9 @@ Item {
 
                         Label2 {
                             text: "Bills per month (average)"
-                            look: root.look
                         }
                         LCD {
                             Layout.fillWidth: true
-                            look: root.look
 
                             Text {
                                 objectName: "monthlyAverage"
@@ -219,7 +205,7 @@ Item {
                                 font.pointSize: Tokens.pt(22)
                                 fontSizeMode: Text.HorizontalFit
                                 minimumPointSize: Tokens.pt(12)
-                                color: root.look.lcd
+                                color: Looks.current.lcd
                                 textFormat: Text.PlainText
                                 Accessible.role: Accessible.StaticText
                                 Accessible.name: "Bills per month (average): " + text
@@ -229,7 +215,6 @@ Item {
                         Label2 {
                             Layout.topMargin: Tokens.spaceM
                             text: "Overdue"
-                            look: root.look
                         }
                         Text {
                             objectName: "overdueSummary"
@@ -240,7 +225,7 @@ Item {
                             font.family: Tokens.textFamily
                             font.weight: Font.Bold
                             font.pointSize: Tokens.pt(Tokens.bodySize)
-                            color: bills.overdue.length === 0 ? root.look.muted : Tokens.destructive
+                            color: bills.overdue.length === 0 ? Looks.current.muted : Tokens.destructive
                             wrapMode: Text.WordWrap
                             textFormat: Text.PlainText
                             Accessible.role: Accessible.StaticText
@@ -266,7 +251,7 @@ Item {
                                     text: overdueRow.modelData.name
                                     font.family: Tokens.textFamily
                                     font.pointSize: Tokens.pt(Tokens.captionSize)
-                                    color: root.look.soft
+                                    color: Looks.current.soft
                                     elide: Text.ElideRight
                                     textFormat: Text.PlainText
                                 }
@@ -285,7 +270,6 @@ Item {
                 Panel {
                     Layout.fillWidth: true
                     Layout.fillHeight: true
-                    look: root.look
                     screws: true
                     leftPadding: Tokens.spaceXL
                     rightPadding: Tokens.spaceXL
@@ -299,7 +283,6 @@ Item {
 
                         Label2 {
                             text: "Recently paid"
-                            look: root.look
                         }
 
                         ListRows {
@@ -330,7 +313,7 @@ Item {
                                         font.family: Tokens.textFamily
                                         font.weight: Font.Bold
                                         font.pointSize: Tokens.pt(Tokens.bodySize)
-                                        color: root.look.text
+                                        color: Looks.current.text
                                         elide: Text.ElideRight
                                         textFormat: Text.PlainText
                                     }
@@ -339,7 +322,7 @@ Item {
                                         text: paidRow.modelData.dateText
                                         font.family: Tokens.textFamily
                                         font.pointSize: Tokens.pt(Tokens.captionSize)
-                                        color: root.look.muted
+                                        color: Looks.current.muted
                                         elide: Text.ElideRight
                                         textFormat: Text.PlainText
                                     }
@@ -349,7 +332,7 @@ Item {
                                     font.family: Tokens.lcdFamily
                                     font.weight: Font.Bold
                                     font.pointSize: Tokens.pt(Tokens.bodySize)
-                                    color: root.look.soft
+                                    color: Looks.current.soft
                                     textFormat: Text.PlainText
                                 }
                             }
@@ -360,7 +343,6 @@ Item {
                             Layout.fillWidth: true
                             visible: bills.recentPayments.length === 0
                             text: "Payments show up here."
-                            look: root.look
                         }
 
                         Item {

@@ -19,8 +19,6 @@ Item {
     property string budget
     // The budget as typed.
     property alias text: field.text
-    // The look to draw with.
-    property var look: Looks.current
     readonly property alias field: field
 
     // Runs the commit rules on what was typed; true when the budget changed.
@@ -50,7 +48,7 @@ Item {
             font.family: Tokens.textFamily
             font.weight: Font.DemiBold
             font.pointSize: Tokens.pt(Tokens.bodySize)
-            color: root.look.text
+            color: Looks.current.text
             elide: Text.ElideRight
             textFormat: Text.PlainText
             Accessible.ignored: true
@@ -67,10 +65,10 @@ Item {
             placeholderText: "no limit"
             font.family: Tokens.lcdFamily
             font.pointSize: Tokens.pt(Tokens.bodySize)
-            color: root.look.text
-            selectionColor: root.look.accent
-            selectedTextColor: root.look.bg
-            placeholderTextColor: root.look.muted
+            color: Looks.current.text
+            selectionColor: Looks.current.accent
+            selectedTextColor: Looks.current.bg
+            placeholderTextColor: Looks.current.muted
             inputMethodHints: Qt.ImhFormattedNumbersOnly
             selectByMouse: true
             Accessible.name: root.name
@@ -81,9 +79,9 @@ Item {
 
             background: Rectangle {
                 radius: Tokens.keyRadius
-                color: root.look.bg
+                color: Looks.current.bg
                 border.width: field.activeFocus ? 1.5 : 1
-                border.color: field.activeFocus ? root.look.accent : root.look.line
+                border.color: field.activeFocus ? Looks.current.accent : Looks.current.line
             }
         }
     }

@@ -12,8 +12,6 @@ import Coinhall
 Item {
     id: root
 
-    // The look to draw with.
-    property var look: Looks.current
     // Whose weeks and weekday names the grid follows.
     property var locale: Qt.locale()
     // The picked day of the shown month (1-31), or 0 for none.
@@ -45,7 +43,7 @@ Item {
         case "out":
             return moneyOutGrey
         }
-        return look.video
+        return Looks.current.video
     }
 
     // Shows another month; nothing is picked there yet.
@@ -108,7 +106,6 @@ Item {
             id: headerPanel
 
             Layout.fillWidth: true
-            look: root.look
 
             RowLayout {
                 anchors.fill: parent
@@ -121,7 +118,6 @@ Item {
 
                     ScreenTitle {
                         Layout.fillWidth: true
-                        look: root.look
                         title: "Calendar"
                         subtitle: "Bills due (orange), royalties expected (blue) and what actually came and went."
                     }
@@ -132,7 +128,7 @@ Item {
                         font.family: Tokens.textFamily
                         font.weight: Font.DemiBold
                         font.pointSize: Tokens.pt(Tokens.bodySize)
-                        color: root.look.soft
+                        color: Looks.current.soft
                         wrapMode: Text.WordWrap
                         textFormat: Text.PlainText
                     }
@@ -142,7 +138,6 @@ Item {
                     objectName: "previousMonthKey"
                     Layout.alignment: Qt.AlignVCenter
                     icon.name: "chevron.left"
-                    look: root.look
                     Accessible.name: "Previous month"
                     onClicked: root.stepMonth(-1)
                 }
@@ -157,7 +152,7 @@ Item {
                     font.family: Tokens.displayFamily
                     font.weight: Font.Bold
                     font.pointSize: Tokens.pt(15)
-                    color: root.look.text
+                    color: Looks.current.text
                     textFormat: Text.PlainText
                     Accessible.role: Accessible.Heading
                     Accessible.name: text
@@ -174,7 +169,6 @@ Item {
                     objectName: "nextMonthKey"
                     Layout.alignment: Qt.AlignVCenter
                     icon.name: "chevron.right"
-                    look: root.look
                     Accessible.name: "Next month"
                     onClicked: root.stepMonth(1)
                 }
@@ -182,7 +176,6 @@ Item {
                     objectName: "todayKey"
                     Layout.alignment: Qt.AlignVCenter
                     title: "Today"
-                    look: root.look
                     onClicked: root.showToday()
                 }
             }
@@ -198,7 +191,6 @@ Item {
 
                 Layout.fillWidth: true
                 Layout.alignment: Qt.AlignTop
-                look: root.look
 
                 ColumnLayout {
                     anchors.fill: parent
@@ -221,7 +213,6 @@ Item {
                                 objectName: "weekdayName"
                                 width: grid.cellWidth
                                 text: root.locale.dayName((root.locale.firstDayOfWeek + index) % 7, Locale.ShortFormat)
-                                look: root.look
                             }
                         }
                     }
@@ -311,13 +302,13 @@ Item {
                                 // A blank still takes its place in the grid, which skips hidden cells.
                                 radius: 6
                                 color: day === null ? "transparent"
-                                                    : isPicked ? Qt.rgba(root.look.accent.r, root.look.accent.g,
-                                                                         root.look.accent.b, 0.16)
+                                                    : isPicked ? Qt.rgba(Looks.current.accent.r, Looks.current.accent.g,
+                                                                         Looks.current.accent.b, 0.16)
                                                                : Qt.rgba(0, 0, 0, hover.hovered ? 0.28 : 0.18)
                                 border.width: day === null ? 0 : day.today ? 2 : 1
-                                border.color: day && day.today ? root.look.accent
-                                                               : Qt.rgba(root.look.line.r, root.look.line.g,
-                                                                         root.look.line.b, 0.8)
+                                border.color: day && day.today ? Looks.current.accent
+                                                               : Qt.rgba(Looks.current.line.r, Looks.current.line.g,
+                                                                         Looks.current.line.b, 0.8)
                                 Accessible.role: Accessible.Cell
                                 Accessible.name: day ? day.day + (day.help ? ", " + day.help.split("\n").join(", ") : "")
                                                      : ""
@@ -349,7 +340,7 @@ Item {
                                         width: parent.width
                                         text: cell.day ? String(cell.day.day) : ""
                                         font: dayFont.font
-                                        color: cell.day && cell.day.today ? root.look.accent : root.look.soft
+                                        color: cell.day && cell.day.today ? Looks.current.accent : Looks.current.soft
                                         textFormat: Text.PlainText
                                     }
 
@@ -365,7 +356,6 @@ Item {
                                             padding: root.chipPadding
                                             item: modelData
                                             tone: root.toneColor(modelData.tone)
-                                            look: root.look
                                         }
                                     }
 
@@ -375,7 +365,7 @@ Item {
                                         visible: text !== ""
                                         text: cell.day ? cell.day.moreText : ""
                                         font: itemFont.font
-                                        color: root.look.muted
+                                        color: Looks.current.muted
                                         textFormat: Text.PlainText
                                     }
                                 }
@@ -387,7 +377,7 @@ Item {
                                     radius: 8
                                     color: "transparent"
                                     border.width: 1.5
-                                    border.color: root.look.accent2
+                                    border.color: Looks.current.accent2
                                     visible: cell.isCursor
                                 }
                             }
@@ -401,7 +391,6 @@ Item {
                 objectName: "pickedPanel"
                 Layout.preferredWidth: 230
                 Layout.fillHeight: true
-                look: root.look
 
                 ColumnLayout {
                     anchors.fill: parent
@@ -410,7 +399,6 @@ Item {
                     Label2 {
                         Layout.fillWidth: true
                         text: root.pickedDay ? Fmt.date(root.pickedDay.date) : "Day"
-                        look: root.look
                     }
 
                     ListRows {
@@ -426,7 +414,6 @@ Item {
                             width: itemRows.cellWidth
                             item: modelData
                             tone: root.toneColor(modelData.tone)
-                            look: root.look
                             size: Tokens.bodySize
                         }
                     }
@@ -436,7 +423,6 @@ Item {
                         Layout.fillWidth: true
                         visible: !root.pickedDay || root.pickedDay.items.length === 0
                         text: root.pickedDay ? "Nothing on this day." : "Pick a day to see everything on it."
-                        look: root.look
                     }
 
                     Item {
@@ -454,7 +440,6 @@ Item {
         property var item: ({})
         // The item's colour.
         property color tone: Tokens.positive
-        property var look: Looks.current
         property real size: 10.5
         // Room above and below the text, together.
         property real padding: 2
@@ -484,7 +469,7 @@ Item {
             font.family: Tokens.textFamily
             font.weight: Font.DemiBold
             font.pointSize: Tokens.pt(chip.size)
-            color: chip.look.text
+            color: Looks.current.text
             elide: Text.ElideRight
             textFormat: Text.PlainText
             Accessible.ignored: true
@@ -499,7 +484,7 @@ Item {
             text: chip.item.amountText || ""
             font.family: Tokens.lcdFamily
             font.pointSize: Tokens.pt(chip.size - 1)
-            color: chip.look.soft
+            color: Looks.current.soft
             textFormat: Text.PlainText
             Accessible.ignored: true
         }

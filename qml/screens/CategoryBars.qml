@@ -14,16 +14,13 @@ ColumnLayout {
     // The lines in the order shown, as ReportsBridge.spendingLines and incomeLines give them.
     property var lines: []
     // The colour of the bars.
-    property color color: look.accent
-    // The look to draw with.
-    property var look: Looks.current
+    property color color: Looks.current.accent
 
     spacing: Tokens.spaceS
 
     Label2 {
         Layout.bottomMargin: Tokens.spaceXS
         text: root.title
-        look: root.look
     }
 
     EmptyNote {
@@ -31,7 +28,6 @@ ColumnLayout {
         Layout.fillWidth: true
         visible: root.lines.length === 0
         text: "Nothing in this period."
-        look: root.look
     }
 
     ListRows {
@@ -63,7 +59,7 @@ ColumnLayout {
                     font.family: Tokens.textFamily
                     font.weight: Font.Bold
                     font.pointSize: Tokens.pt(12.5)
-                    color: root.look.text
+                    color: Looks.current.text
                     elide: Text.ElideRight
                     textFormat: Text.PlainText
                     Accessible.ignored: true
@@ -74,7 +70,7 @@ ColumnLayout {
                     text: line.modelData.budgetText
                     font.family: Tokens.textFamily
                     font.pointSize: Tokens.pt(10.5)
-                    color: line.modelData.over ? Tokens.destructive : root.look.muted
+                    color: line.modelData.over ? Tokens.destructive : Looks.current.muted
                     textFormat: Text.PlainText
                     Accessible.ignored: true
                 }
@@ -83,7 +79,7 @@ ColumnLayout {
                     text: line.modelData.amountText
                     font.family: Tokens.lcdFamily
                     font.pointSize: Tokens.pt(12)
-                    color: root.look.text
+                    color: Looks.current.text
                     textFormat: Text.PlainText
                     Accessible.ignored: true
                 }
@@ -94,7 +90,7 @@ ColumnLayout {
                     text: line.modelData.percentText
                     font.family: Tokens.lcdFamily
                     font.pointSize: Tokens.pt(10.5)
-                    color: root.look.muted
+                    color: Looks.current.muted
                     textFormat: Text.PlainText
                     Accessible.ignored: true
                 }

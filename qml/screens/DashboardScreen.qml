@@ -10,8 +10,6 @@ import Coinhall
 Item {
     id: root
 
-    // The look to draw with.
-    property var look: Looks.current
     readonly property alias summary: summary
 
     // Asks the root view to open a sheet (a CHSheet value).
@@ -47,7 +45,6 @@ Item {
                 Label2 {
                     Layout.fillWidth: true
                     text: section.caption
-                    look: section.look
                     clip: true
                 }
                 Key {
@@ -55,7 +52,6 @@ Item {
                     visible: section.keyTitle !== "" || section.keyIcon !== ""
                     title: section.keyTitle
                     icon.name: section.keyIcon
-                    look: section.look
                     Accessible.name: section.keyName
                     onClicked: section.keyPressed()
                 }
@@ -109,7 +105,6 @@ Item {
             Layout.fillWidth: true
             Layout.topMargin: Tokens.spaceS
             Layout.leftMargin: Tokens.spaceXS
-            look: root.look
             title: "Dashboard"
         }
 
@@ -122,7 +117,6 @@ Item {
                 objectName: "totalTile"
                 Layout.fillWidth: true
                 Layout.preferredWidth: 1
-                look: root.look
                 label: "Total balance"
                 value: summary.totalText
             }
@@ -130,7 +124,6 @@ Item {
                 objectName: "inTile"
                 Layout.fillWidth: true
                 Layout.preferredWidth: 1
-                look: root.look
                 label: "In this month"
                 value: summary.inText
             }
@@ -138,7 +131,6 @@ Item {
                 objectName: "outTile"
                 Layout.fillWidth: true
                 Layout.preferredWidth: 1
-                look: root.look
                 label: "Out this month"
                 value: summary.outText
             }
@@ -146,7 +138,6 @@ Item {
                 objectName: "netTile"
                 Layout.fillWidth: true
                 Layout.preferredWidth: 1
-                look: root.look
                 label: "Net this month"
                 value: summary.netText
                 color: summary.netNegative ? Tokens.destructive : null
@@ -155,7 +146,6 @@ Item {
                 objectName: "royaltiesTile"
                 Layout.fillWidth: true
                 Layout.preferredWidth: 1
-                look: root.look
                 label: "Royalties this year"
                 value: summary.royaltiesText
             }
@@ -168,7 +158,6 @@ Item {
             Section {
                 objectName: "latestPanel"
                 Layout.preferredWidth: 3
-                look: root.look
                 caption: "Latest activity"
                 keyTitle: "All"
                 onKeyPressed: root.showScreen("register")
@@ -191,7 +180,6 @@ Item {
 
                         objectName: "latestRow"
                         width: latestRows.cellWidth
-                        look: root.look
                         onActivated: {
                             const record = ledger.transaction(txId)
                             if (record.id !== undefined)
@@ -204,14 +192,12 @@ Item {
                     Layout.fillWidth: true
                     visible: latest.count === 0
                     text: "Nothing logged yet. Use MONEY IN or MONEY OUT at the top, or import your bank's CSV."
-                    look: root.look
                 }
             }
 
             Section {
                 objectName: "accountsPanel"
                 Layout.preferredWidth: 2
-                look: root.look
                 caption: "Accounts"
                 keyIcon: "plus"
                 keyName: "New account"
@@ -230,7 +216,6 @@ Item {
 
                         objectName: "accountRow"
                         width: accountRows.cellWidth
-                        look: root.look
                         Accessible.role: Accessible.ListItem
                         Accessible.name: modelData.name + ", " + modelData.balanceText
 
@@ -242,7 +227,7 @@ Item {
                                 Layout.preferredWidth: 22
                                 symbol: accountRow.modelData.icon
                                 size: 18
-                                color: root.look.soft
+                                color: Looks.current.soft
                             }
                             Text {
                                 Layout.fillWidth: true
@@ -250,7 +235,7 @@ Item {
                                 font.family: Tokens.textFamily
                                 font.weight: Font.Bold
                                 font.pointSize: Tokens.pt(Tokens.bodySize)
-                                color: root.look.text
+                                color: Looks.current.text
                                 elide: Text.ElideRight
                                 textFormat: Text.PlainText
                             }
@@ -260,7 +245,7 @@ Item {
                                 font.family: Tokens.lcdFamily
                                 font.weight: Font.Bold
                                 font.pointSize: Tokens.pt(Tokens.amountSize)
-                                color: accountRow.modelData.negative ? root.look.soft : root.look.text
+                                color: accountRow.modelData.negative ? Looks.current.soft : Looks.current.text
                                 textFormat: Text.PlainText
                             }
                         }
@@ -276,7 +261,6 @@ Item {
             Section {
                 objectName: "billsPanel"
                 Layout.preferredWidth: 1
-                look: root.look
                 caption: "Bills due · next 14 days"
                 keyTitle: "Bills"
                 onKeyPressed: root.showScreen("bills")
@@ -293,7 +277,6 @@ Item {
                         objectName: "billRow"
                         width: billRows.cellWidth
                         bill: modelData
-                        look: root.look
                         onPayRequested: root.openSheet(CHSheet.payBill(modelData))
                         onEditRequested: root.openSheet(CHSheet.editBill(modelData))
                         onSkipRequested: bills.skip(modelData.id)
@@ -305,14 +288,12 @@ Item {
                     Layout.fillWidth: true
                     visible: bills.upcoming.length === 0
                     text: "No bills due in the next two weeks."
-                    look: root.look
                 }
             }
 
             Section {
                 objectName: "royaltiesPanel"
                 Layout.preferredWidth: 1
-                look: root.look
                 caption: "Royalties on the way"
                 keyTitle: "Royalties"
                 onKeyPressed: root.showScreen("royalties")
@@ -330,7 +311,6 @@ Item {
 
                         objectName: "royaltyRow"
                         width: royaltyRows.cellWidth
-                        look: root.look
                         Accessible.role: Accessible.ListItem
                         Accessible.name: modelData.payer + ", " + modelData.expectedText + ", " + modelData.expectedLine
 
@@ -342,7 +322,7 @@ Item {
                                 Layout.preferredWidth: 22
                                 symbol: "music.note"
                                 size: 18
-                                color: root.look.soft
+                                color: Looks.current.soft
                             }
                             ColumnLayout {
                                 Layout.fillWidth: true
@@ -354,7 +334,7 @@ Item {
                                     font.family: Tokens.textFamily
                                     font.weight: Font.Bold
                                     font.pointSize: Tokens.pt(Tokens.bodySize)
-                                    color: root.look.text
+                                    color: Looks.current.text
                                     elide: Text.ElideRight
                                     textFormat: Text.PlainText
                                 }
@@ -364,7 +344,7 @@ Item {
                                     text: royaltyRow.modelData.expectedLine
                                     font.family: Tokens.textFamily
                                     font.pointSize: Tokens.pt(Tokens.captionSize)
-                                    color: root.look.muted
+                                    color: Looks.current.muted
                                     elide: Text.ElideRight
                                     textFormat: Text.PlainText
                                 }
@@ -375,13 +355,12 @@ Item {
                                 font.family: Tokens.lcdFamily
                                 font.weight: Font.Bold
                                 font.pointSize: Tokens.pt(Tokens.amountSize)
-                                color: root.look.text
+                                color: Looks.current.text
                                 textFormat: Text.PlainText
                             }
                             Key {
                                 objectName: "gotItKey"
                                 title: "Got it"
-                                look: root.look
                                 onClicked: root.openSheet(CHSheet.receiveRoyalty(royaltyRow.modelData))
                             }
                         }
@@ -392,7 +371,6 @@ Item {
                     Layout.fillWidth: true
                     visible: summary.royalties.length === 0
                     text: "Add the royalty statements you expect so nothing slips by."
-                    look: root.look
                 }
             }
         }
@@ -400,7 +378,6 @@ Item {
         Section {
             objectName: "chartPanel"
             Layout.bottomMargin: Tokens.spaceM
-            look: root.look
             caption: "Money in vs money out · 6 months"
             // The chart's panel has no key.
             keyTitle: ""
@@ -410,7 +387,6 @@ Item {
                 Layout.fillWidth: true
                 Layout.preferredHeight: 240
                 months: summary.months
-                look: root.look
             }
         }
     }

@@ -15,12 +15,10 @@ Item {
     // for the bar heights, never negative) and inText and outText (their money texts),
     // as DashboardSummary.months and ReportsBridge.monthly give them.
     property var months: []
-    // The look to draw with.
-    property var look: Looks.current
 
     // The colours of the two kinds.
     readonly property color inColor: Tokens.positive
-    readonly property color outColor: look.accent2
+    readonly property color outColor: Looks.current.accent2
     readonly property int count: months ? months.length : 0
     // The largest bar, and the axis's round step and top above it.
     readonly property real largest: {
@@ -79,7 +77,7 @@ Item {
                 rotation: -90
                 text: "Amount"
                 font: marks.font
-                color: root.look.muted
+                color: Looks.current.muted
                 textFormat: Text.PlainText
             }
         }
@@ -118,7 +116,7 @@ Item {
                             y: tick.lineY - height / 2
                             text: root.tickText(root.axisStep * tick.index)
                             font: marks.font
-                            color: root.look.muted
+                            color: Looks.current.muted
                             textFormat: Text.PlainText
                         }
                         Rectangle {
@@ -126,7 +124,7 @@ Item {
                             y: tick.lineY
                             width: plotArea.width - plotArea.markWidth
                             height: 1
-                            color: root.look.line
+                            color: Looks.current.line
                             opacity: tick.index === 0 ? 1 : 0.5
                         }
                     }
@@ -213,7 +211,7 @@ Item {
                         horizontalAlignment: Text.AlignHCenter
                         text: modelData.monthText
                         font: marks.font
-                        color: root.look.muted
+                        color: Looks.current.muted
                         elide: Text.ElideRight
                         textFormat: Text.PlainText
                     }
@@ -232,7 +230,7 @@ Item {
                     horizontalAlignment: Text.AlignHCenter
                     text: "Month"
                     font: marks.font
-                    color: root.look.muted
+                    color: Looks.current.muted
                     textFormat: Text.PlainText
                 }
 
@@ -240,7 +238,7 @@ Item {
                     objectName: "typeLegendTitle"
                     text: "Type"
                     font: marks.font
-                    color: root.look.muted
+                    color: Looks.current.muted
                     textFormat: Text.PlainText
                 }
 
@@ -271,7 +269,7 @@ Item {
                             Text {
                                 text: legend.modelData.kind
                                 font: marks.font
-                                color: root.look.soft
+                                color: Looks.current.soft
                                 textFormat: Text.PlainText
                             }
                         }

@@ -9,8 +9,6 @@ import Coinhall
 Item {
     id: root
 
-    // The look to draw with.
-    property var look: Looks.current
     // The figures of the chosen period.
     readonly property alias bridge: bridge
     // The chosen period, 0-4 in picker order.
@@ -32,7 +30,6 @@ Item {
 
         Panel {
             Layout.fillWidth: true
-            look: root.look
 
             RowLayout {
                 anchors.fill: parent
@@ -41,7 +38,6 @@ Item {
                 ScreenTitle {
                     Layout.fillWidth: true
                     Layout.minimumWidth: 200
-                    look: root.look
                     title: "Reports"
                     subtitle: "Where the money came from and where it went. Handy at tax time."
                 }
@@ -63,7 +59,6 @@ Item {
 
                             objectName: "periodKey"
                             title: modelData
-                            look: root.look
                             lit: bridge.period === index
                             leftPadding: Tokens.spaceM
                             rightPadding: Tokens.spaceM
@@ -86,7 +81,6 @@ Item {
                 objectName: "incomeTile"
                 Layout.fillWidth: true
                 Layout.preferredWidth: 1
-                look: root.look
                 label: "Income"
                 value: bridge.incomeText
             }
@@ -94,7 +88,6 @@ Item {
                 objectName: "spendingTile"
                 Layout.fillWidth: true
                 Layout.preferredWidth: 1
-                look: root.look
                 label: "Spending"
                 value: bridge.spendingText
             }
@@ -102,7 +95,6 @@ Item {
                 objectName: "netTile"
                 Layout.fillWidth: true
                 Layout.preferredWidth: 1
-                look: root.look
                 label: "Net"
                 value: bridge.netText
             }
@@ -110,7 +102,6 @@ Item {
                 objectName: "royaltyShareTile"
                 Layout.fillWidth: true
                 Layout.preferredWidth: 1
-                look: root.look
                 label: "Royalties share of income"
                 value: bridge.royaltyShareText
             }
@@ -119,7 +110,6 @@ Item {
         Panel {
             objectName: "chartPanel"
             Layout.fillWidth: true
-            look: root.look
 
             ColumnLayout {
                 anchors.fill: parent
@@ -127,7 +117,6 @@ Item {
 
                 Label2 {
                     text: "Money in vs money out · 6 months"
-                    look: root.look
                 }
 
                 MonthlyChart {
@@ -135,7 +124,6 @@ Item {
                     Layout.fillWidth: true
                     Layout.preferredHeight: 220
                     months: bridge.monthly
-                    look: root.look
                 }
             }
         }
@@ -149,15 +137,13 @@ Item {
                 Layout.fillWidth: true
                 Layout.preferredWidth: 1
                 Layout.alignment: Qt.AlignTop
-                look: root.look
 
                 CategoryBars {
                     objectName: "spendingBars"
                     anchors.fill: parent
                     title: "Spending by category"
                     lines: bridge.spendingLines
-                    color: root.look.accent
-                    look: root.look
+                    color: Looks.current.accent
                 }
             }
 
@@ -165,7 +151,6 @@ Item {
                 Layout.fillWidth: true
                 Layout.preferredWidth: 1
                 Layout.alignment: Qt.AlignTop
-                look: root.look
 
                 CategoryBars {
                     objectName: "incomeBars"
@@ -173,7 +158,6 @@ Item {
                     title: "Income by category"
                     lines: bridge.incomeLines
                     color: Tokens.positive
-                    look: root.look
                 }
             }
         }

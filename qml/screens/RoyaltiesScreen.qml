@@ -10,8 +10,6 @@ import Coinhall
 Item {
     id: root
 
-    // The look to draw with.
-    property var look: Looks.current
     readonly property alias royalties: royalties
 
     // Asks the root view to open a sheet (a CHSheet value).
@@ -58,14 +56,12 @@ Item {
                 Layout.fillWidth: true
                 title: "Royalties"
                 subtitle: "Log the statements you expect, then hit GOT IT when the money lands."
-                look: root.look
             }
             Key {
                 objectName: "addRoyaltyKey"
                 Layout.alignment: Qt.AlignTop
                 title: "Add royalty"
                 icon.name: "plus"
-                look: root.look
                 onClicked: root.openSheet(CHSheet.newRoyalty())
             }
         }
@@ -97,7 +93,6 @@ Item {
 
                     Panel {
                         Layout.fillWidth: true
-                        look: root.look
 
                         ColumnLayout {
                             anchors.fill: parent
@@ -105,7 +100,6 @@ Item {
 
                             Label2 {
                                 text: "Expected"
-                                look: root.look
                             }
 
                             ListRows {
@@ -121,7 +115,6 @@ Item {
                                     objectName: "expectedRow"
                                     width: expectedRows.cellWidth
                                     royalty: royalties.expected[index] || ({})
-                                    look: root.look
                                     onReceiveRequested: root.openSheet(CHSheet.receiveRoyalty(royalty))
                                     onEditRequested: root.openSheet(CHSheet.editRoyalty(royalty))
                                     onDeleteRequested: royalties.deleteRoyalty(royalty.id)
@@ -133,14 +126,12 @@ Item {
                                 Layout.fillWidth: true
                                 visible: royalties.expected.length === 0
                                 text: "Nothing expected right now. Add DistroKid, BMI/ASCAP, SoundExchange, publishers or software sales."
-                                look: root.look
                             }
                         }
                     }
 
                     Panel {
                         Layout.fillWidth: true
-                        look: root.look
 
                         ColumnLayout {
                             anchors.fill: parent
@@ -148,7 +139,6 @@ Item {
 
                             Label2 {
                                 text: "Received"
-                                look: root.look
                             }
 
                             ListRows {
@@ -163,7 +153,6 @@ Item {
                                     objectName: "receivedRow"
                                     width: receivedRows.cellWidth
                                     royalty: royalties.received[index] || ({})
-                                    look: root.look
                                     onEditRequested: root.openSheet(CHSheet.editRoyalty(royalty))
                                     onDeleteRequested: royalties.deleteRoyalty(royalty.id)
                                 }
@@ -174,7 +163,6 @@ Item {
                                 Layout.fillWidth: true
                                 visible: royalties.received.length === 0
                                 text: "Received royalties are listed here and added to your income."
-                                look: root.look
                             }
                         }
                     }
@@ -185,7 +173,6 @@ Item {
                 Layout.preferredWidth: 300
                 Layout.maximumWidth: 300
                 Layout.fillHeight: true
-                look: root.look
                 screws: true
                 leftPadding: Tokens.spaceXL
                 rightPadding: Tokens.spaceXL
@@ -199,7 +186,6 @@ Item {
 
                     Label2 {
                         text: "Who paid you this year"
-                        look: root.look
                     }
 
                     ListRows {
@@ -221,7 +207,7 @@ Item {
 
                             Caption {
                                 text: payerRow.modelData.payer
-                                color: root.look.text
+                                color: Looks.current.text
                             }
                             Figure {
                                 text: payerRow.modelData.totalText
@@ -234,7 +220,6 @@ Item {
                         Layout.fillWidth: true
                         visible: royalties.payers.length === 0
                         text: "Nobody has paid yet this year."
-                        look: root.look
                     }
 
                     Rectangle {
@@ -242,7 +227,7 @@ Item {
                         Layout.topMargin: Tokens.spaceS
                         Layout.bottomMargin: Tokens.spaceXS
                         implicitHeight: 1
-                        color: root.look.line
+                        color: Looks.current.line
                     }
 
                     RowLayout {
@@ -251,7 +236,7 @@ Item {
 
                         Caption {
                             text: "Received in " + royalties.year
-                            color: root.look.soft
+                            color: Looks.current.soft
                         }
                         Figure {
                             objectName: "receivedThisYear"
@@ -265,12 +250,12 @@ Item {
 
                         Caption {
                             text: "Still expected"
-                            color: root.look.soft
+                            color: Looks.current.soft
                         }
                         Figure {
                             objectName: "stillExpected"
                             text: royalties.stillExpectedText
-                            color: root.look.text
+                            color: Looks.current.text
                         }
                     }
 

@@ -13,8 +13,6 @@ FocusScope {
 
     // The royalty to show: a map from RoyaltiesBridge.
     property var royalty: ({})
-    // The look to draw with.
-    property var look: Looks.current
     readonly property bool received: royalty.received === true
     readonly property alias menu: menu
 
@@ -68,7 +66,6 @@ FocusScope {
         id: plate
 
         anchors.fill: parent
-        look: root.look
 
         RowLayout {
             anchors.fill: parent
@@ -78,7 +75,7 @@ FocusScope {
                 symbol: "music.note"
                 size: 18
                 color: root.received ? Tokens.positive
-                       : root.royalty.followingUp ? Tokens.destructive : root.look.accent
+                       : root.royalty.followingUp ? Tokens.destructive : Looks.current.accent
             }
 
             ColumnLayout {
@@ -92,7 +89,7 @@ FocusScope {
                     font.family: Tokens.textFamily
                     font.weight: Font.Bold
                     font.pointSize: Tokens.pt(Tokens.bodySize)
-                    color: root.look.text
+                    color: Looks.current.text
                     elide: Text.ElideRight
                     textFormat: Text.PlainText
                 }
@@ -105,7 +102,7 @@ FocusScope {
                                         : root.royalty.workLine || ""
                     font.family: Tokens.textFamily
                     font.pointSize: Tokens.pt(Tokens.captionSize)
-                    color: root.look.muted
+                    color: Looks.current.muted
                     elide: Text.ElideRight
                     textFormat: Text.PlainText
                 }
@@ -121,7 +118,7 @@ FocusScope {
                     font.family: Tokens.lcdFamily
                     font.weight: Font.Bold
                     font.pointSize: Tokens.pt(Tokens.amountSize)
-                    color: root.received ? Tokens.positive : root.look.text
+                    color: root.received ? Tokens.positive : Looks.current.text
                     textFormat: Text.PlainText
                     Accessible.role: Accessible.StaticText
                     Accessible.name: text
@@ -132,7 +129,7 @@ FocusScope {
                     text: (root.received ? root.royalty.versus : root.royalty.expectedDateText) || ""
                     font.family: Tokens.textFamily
                     font.pointSize: Tokens.pt(Tokens.captionSize)
-                    color: root.look.muted
+                    color: Looks.current.muted
                     textFormat: Text.PlainText
                 }
             }
@@ -141,7 +138,6 @@ FocusScope {
                 objectName: "gotItKey"
                 visible: !root.received
                 title: "Got it"
-                look: root.look
                 onClicked: root.receiveRequested()
             }
         }
@@ -153,7 +149,7 @@ FocusScope {
         radius: Tokens.rowRadius + 2
         color: "transparent"
         border.width: 1.5
-        border.color: root.look.accent2
+        border.color: Looks.current.accent2
         visible: root.activeFocus && !menu.visible
     }
 

@@ -12,7 +12,7 @@ Panel {
     // The value's colour; null draws it in the look's normal text colour.
     property var color: null
 
-    readonly property color valueColor: color !== null && color !== undefined ? color : look.text
+    readonly property color valueColor: color !== null && color !== undefined ? color : Looks.current.text
 
     Accessible.role: Accessible.StaticText
     Accessible.name: label + " " + value
@@ -24,7 +24,6 @@ Panel {
         Label2 {
             Layout.fillWidth: true
             text: root.label
-            look: root.look
             clip: true
         }
         Text {

@@ -13,8 +13,6 @@ import Coinhall
 Item {
     id: root
 
-    // The look to draw with.
-    property var look: Looks.current
     // The account whose lines are listed (QUuid text); empty for all accounts.
     property string accountId: ""
 
@@ -62,7 +60,7 @@ Item {
         font.family: Tokens.lcdFamily
         font.weight: Font.Bold
         font.pointSize: Tokens.pt(Tokens.bodySize)
-        color: root.look.lcd
+        color: Looks.current.lcd
         textFormat: Text.PlainText
         Accessible.role: Accessible.StaticText
         Accessible.name: text
@@ -95,7 +93,6 @@ Item {
 
             ScreenTitle {
                 Layout.fillWidth: true
-                look: root.look
                 title: "Transactions"
                 subtitle: "Every deposit, payment and transfer. Double-click a line to change it."
             }
@@ -103,7 +100,6 @@ Item {
             Key {
                 objectName: "exportKey"
                 Layout.alignment: Qt.AlignTop
-                look: root.look
                 icon.name: "square.and.arrow.up"
                 title: "Export CSV"
                 onClicked: root.startExport()
@@ -112,7 +108,6 @@ Item {
 
         Panel {
             Layout.fillWidth: true
-            look: root.look
             topPadding: Tokens.spaceM
             bottomPadding: Tokens.spaceM
 
@@ -125,7 +120,7 @@ Item {
                     font.family: Tokens.textFamily
                     font.weight: Font.DemiBold
                     font.pointSize: Tokens.pt(Tokens.bodySize)
-                    color: root.look.soft
+                    color: Looks.current.soft
                     textFormat: Text.PlainText
                     Accessible.ignored: true
                 }
@@ -135,7 +130,6 @@ Item {
 
                     objectName: "accountFilter"
                     Layout.preferredWidth: 170
-                    look: root.look
                     model: root.accountChoices
                     textRole: "name"
                     currentIndex: Math.max(0, root.accountChoices.findIndex(c => c.id === root.accountId))
@@ -147,7 +141,6 @@ Item {
                     id: flowPicker
 
                     objectName: "flowPicker"
-                    look: root.look
                     name: "Flow"
                     options: ["All", "Money in", "Money out"]
                 }
@@ -158,7 +151,6 @@ Item {
                     objectName: "searchField"
                     Layout.fillWidth: true
                     Layout.minimumWidth: 120
-                    look: root.look
                     placeholderText: "Search payee, category, note"
                     Accessible.name: placeholderText
                 }
@@ -167,7 +159,6 @@ Item {
                     id: monthToggle
 
                     objectName: "monthToggle"
-                    look: root.look
                     text: "This month only"
                 }
             }
@@ -176,7 +167,6 @@ Item {
         LCD {
             objectName: "summary"
             Layout.fillWidth: true
-            look: root.look
             padding: Tokens.spaceS
 
             RowLayout {
@@ -204,7 +194,6 @@ Item {
         Panel {
             Layout.fillWidth: true
             Layout.fillHeight: true
-            look: root.look
             padding: Tokens.spaceM
 
             ListView {
@@ -254,7 +243,6 @@ Item {
                     required cleared
 
                     width: ListView.view.width - (list.ScrollBar.vertical.visible ? list.ScrollBar.vertical.width : 0)
-                    look: root.look
                     showAccount: true
                     current: ListView.isCurrentItem && list.activeFocus
 
@@ -270,7 +258,6 @@ Item {
             EmptyNote {
                 objectName: "emptyNote"
                 anchors.top: parent.top
-                look: root.look
                 visible: lines.count === 0
                 text: "No transactions match."
             }
@@ -287,13 +274,11 @@ Item {
 
         LookMenuItem {
             objectName: "clearedItem"
-            look: root.look
             text: menu.cleared ? "Mark as pending" : "Mark as cleared"
             onTriggered: ledger.setCleared(menu.txId, !menu.cleared)
         }
         LookMenuItem {
             objectName: "deleteItem"
-            look: root.look
             text: "Delete"
             destructive: true
             onTriggered: ledger.deleteTransaction(menu.txId)
@@ -302,9 +287,9 @@ Item {
         background: Rectangle {
             implicitWidth: 190
             radius: Tokens.wellRadius
-            color: root.look.well
+            color: Looks.current.well
             border.width: 1
-            border.color: root.look.line
+            border.color: Looks.current.line
         }
     }
 
@@ -322,7 +307,6 @@ Item {
     component LookMenuItem: MenuItem {
         id: item
 
-        property var look: Looks.current
         property bool destructive: false
 
         font.family: Tokens.textFamily
@@ -331,7 +315,7 @@ Item {
         contentItem: Text {
             text: item.text
             font: item.font
-            color: item.destructive ? Tokens.destructive : item.look.text
+            color: item.destructive ? Tokens.destructive : Looks.current.text
             verticalAlignment: Text.AlignVCenter
             elide: Text.ElideRight
             textFormat: Text.PlainText
@@ -340,7 +324,7 @@ Item {
         background: Rectangle {
             implicitHeight: Tokens.fieldHeight
             radius: Tokens.rowRadius
-            color: item.highlighted ? Qt.rgba(item.look.accent.r, item.look.accent.g, item.look.accent.b, 0.28)
+            color: item.highlighted ? Qt.rgba(Looks.current.accent.r, Looks.current.accent.g, Looks.current.accent.b, 0.28)
                                     : "transparent"
         }
     }

@@ -10,8 +10,6 @@ import Coinhall
 Item {
     id: root
 
-    // The look to draw with.
-    property var look: Looks.current
     // The transaction's kind as stored: "deposit", "expense", "transfer", "royalty" or "bill".
     property string kind: "expense"
     property string payee
@@ -60,7 +58,6 @@ Item {
         id: plate
 
         anchors.fill: parent
-        look: root.look
 
         RowLayout {
             anchors.fill: parent
@@ -70,7 +67,7 @@ Item {
                 Layout.preferredWidth: 22
                 symbol: root.symbol
                 size: 18
-                color: root.amount.startsWith("-") ? root.look.soft : Tokens.positive
+                color: root.amount.startsWith("-") ? Looks.current.soft : Tokens.positive
             }
 
             ColumnLayout {
@@ -83,7 +80,7 @@ Item {
                     font.family: Tokens.textFamily
                     font.weight: Font.Bold
                     font.pointSize: Tokens.pt(Tokens.bodySize)
-                    color: root.look.text
+                    color: Looks.current.text
                     elide: Text.ElideRight
                     textFormat: Text.PlainText
                 }
@@ -92,7 +89,7 @@ Item {
                     text: root.detail
                     font.family: Tokens.textFamily
                     font.pointSize: Tokens.pt(Tokens.captionSize)
-                    color: root.look.muted
+                    color: Looks.current.muted
                     elide: Text.ElideRight
                     textFormat: Text.PlainText
                 }
@@ -107,7 +104,7 @@ Item {
                 radius: Tokens.rowRadius
                 color: "transparent"
                 border.width: 1
-                border.color: root.look.accent
+                border.color: Looks.current.accent
 
                 Text {
                     id: badge
@@ -119,7 +116,7 @@ Item {
                     font.weight: Font.Bold
                     font.pointSize: Tokens.pt(Tokens.badgeSize)
                     font.letterSpacing: 1
-                    color: root.look.accent
+                    color: Looks.current.accent
                     textFormat: Text.PlainText
                 }
             }
@@ -129,7 +126,6 @@ Item {
 
                 Layout.alignment: Qt.AlignVCenter
                 amount: root.amount
-                look: root.look
             }
         }
     }
@@ -140,7 +136,7 @@ Item {
         radius: Tokens.rowRadius
         color: "transparent"
         border.width: 1.5
-        border.color: root.look.accent2
+        border.color: Looks.current.accent2
         visible: root.current
     }
 

@@ -71,7 +71,6 @@ SheetFrame {
 
         objectName: "nameField"
         label: "Name (e.g. Chase checking, Business savings)"
-        look: root.look
     }
 
     FormChoice {
@@ -80,7 +79,6 @@ SheetFrame {
         objectName: "kindPicker"
         label: "Kind"
         model: bridge.kinds
-        look: root.look
     }
 
     MoneyField {
@@ -88,7 +86,6 @@ SheetFrame {
 
         objectName: "openingField"
         label: "Starting balance"
-        look: root.look
     }
 
     Text {
@@ -97,20 +94,17 @@ SheetFrame {
         text: "Enter what the account had on the day you start using Coinhall. For a credit card, enter what you owe as a minus number (e.g. -450)."
         font.family: Tokens.textFamily
         font.pointSize: Tokens.pt(Tokens.captionSize)
-        color: root.look.muted
+        color: Looks.current.muted
         wrapMode: Text.WordWrap
         textFormat: Text.PlainText
     }
 
     FormRow {
-        look: root.look
-
         FormToggle {
             id: closedToggle
 
             objectName: "closedToggle"
             text: "Closed / hide this account"
-            look: root.look
         }
     }
 
@@ -121,7 +115,7 @@ SheetFrame {
         text: "This account has transactions, so it can be closed but not deleted."
         font.family: Tokens.textFamily
         font.pointSize: Tokens.pt(Tokens.captionSize)
-        color: root.look.soft
+        color: Looks.current.soft
         wrapMode: Text.WordWrap
         textFormat: Text.PlainText
     }

@@ -93,14 +93,11 @@ SheetFrame {
     }
 
     Form {
-        look: root.look
-
         FormTextField {
             id: nameField
 
             objectName: "nameField"
             label: "Name (e.g. Rent, Verizon, Web hosting)"
-            look: root.look
         }
 
         MoneyField {
@@ -108,7 +105,6 @@ SheetFrame {
 
             objectName: "amountField"
             label: "Amount"
-            look: root.look
         }
 
         FormDateField {
@@ -116,7 +112,6 @@ SheetFrame {
 
             objectName: "dueField"
             label: "Next due date"
-            look: root.look
         }
 
         FormChoice {
@@ -126,7 +121,6 @@ SheetFrame {
             label: "Repeats"
             model: bills.repeatNames
             currentIndex: bills.repeatNames.indexOf(root.repeats)
-            look: root.look
             onActivated: index => root.repeats = bills.repeatNames[index]
         }
 
@@ -141,7 +135,6 @@ SheetFrame {
             label: "Category"
             model: options
             currentIndex: options.indexOf(root.category)
-            look: root.look
             onActivated: index => root.category = categoryField.options[index]
         }
 
@@ -151,7 +144,6 @@ SheetFrame {
             objectName: "accountField"
             label: "Paid from"
             store: Store
-            look: root.look
         }
 
         FormStepper {
@@ -163,18 +155,14 @@ SheetFrame {
             to: 30
             decreaseName: "Remind fewer days before"
             increaseName: "Remind more days before"
-            look: root.look
         }
 
         FormRow {
-            look: root.look
-
             FormToggle {
                 id: autopayField
 
                 objectName: "autopayField"
                 text: "Autopay is set up with the company"
-                look: root.look
             }
         }
 
@@ -183,7 +171,6 @@ SheetFrame {
 
             objectName: "websiteField"
             label: "Website to pay it"
-            look: root.look
         }
 
         FormTextField {
@@ -191,7 +178,6 @@ SheetFrame {
 
             objectName: "noteField"
             label: "Note (account number, phone…)"
-            look: root.look
         }
 
         ColumnLayout {
@@ -203,7 +189,6 @@ SheetFrame {
 
             Label2 {
                 text: "Payment history"
-                look: root.look
             }
 
             ListRows {
@@ -227,7 +212,7 @@ SheetFrame {
                         text: payment.modelData.dateText
                         font.family: Tokens.textFamily
                         font.pointSize: Tokens.pt(Tokens.bodySize)
-                        color: root.look.soft
+                        color: Looks.current.soft
                         elide: Text.ElideRight
                         textFormat: Text.PlainText
                     }
@@ -236,7 +221,7 @@ SheetFrame {
                         font.family: Tokens.lcdFamily
                         font.weight: Font.Bold
                         font.pointSize: Tokens.pt(Tokens.bodySize)
-                        color: root.look.text
+                        color: Looks.current.text
                         textFormat: Text.PlainText
                     }
                 }

@@ -20,7 +20,6 @@ FormRow {
     FormDropDown {
         id: list
 
-        look: root.look
         Accessible.name: root.label
         onActivated: index => root.activated(index)
     }

@@ -84,7 +84,7 @@ FormRow {
                 text: button.text
                 font.family: Tokens.textFamily
                 font.pointSize: Tokens.pt(Tokens.bodySize)
-                color: root.look.text
+                color: Looks.current.text
                 elide: Text.ElideRight
                 verticalAlignment: Text.AlignVCenter
                 textFormat: Text.PlainText
@@ -92,15 +92,15 @@ FormRow {
             Icon {
                 symbol: "calendar"
                 size: 15
-                color: root.look.muted
+                color: Looks.current.muted
             }
         }
 
         background: Rectangle {
             radius: Tokens.keyRadius
-            color: root.look.bg
+            color: Looks.current.bg
             border.width: button.visualFocus ? 1.5 : 1
-            border.color: button.visualFocus || popup.visible ? root.look.accent : root.look.line
+            border.color: button.visualFocus || popup.visible ? Looks.current.accent : Looks.current.line
         }
 
         Popup {
@@ -133,9 +133,9 @@ FormRow {
 
             background: Rectangle {
                 radius: Tokens.wellRadius
-                color: root.look.well
+                color: Looks.current.well
                 border.width: 1
-                border.color: root.look.line
+                border.color: Looks.current.line
             }
 
             contentItem: ColumnLayout {
@@ -146,7 +146,6 @@ FormRow {
 
                     Key {
                         icon.name: "chevron.left"
-                        look: root.look
                         Accessible.name: "Previous month"
                         onClicked: popup.turn(-1)
                     }
@@ -157,12 +156,11 @@ FormRow {
                         font.family: Tokens.textFamily
                         font.weight: Font.Bold
                         font.pointSize: Tokens.pt(Tokens.bodySize)
-                        color: root.look.text
+                        color: Looks.current.text
                         textFormat: Text.PlainText
                     }
                     Key {
                         icon.name: "chevron.right"
-                        look: root.look
                         Accessible.name: "Next month"
                         onClicked: popup.turn(1)
                     }
@@ -177,7 +175,7 @@ FormRow {
                         horizontalAlignment: Text.AlignHCenter
                         font.family: Tokens.textFamily
                         font.pointSize: Tokens.pt(Tokens.captionSize)
-                        color: root.look.muted
+                        color: Looks.current.muted
                         textFormat: Text.PlainText
                     }
                 }
@@ -207,17 +205,17 @@ FormRow {
                         implicitWidth: 30
                         implicitHeight: 26
                         radius: Tokens.rowRadius
-                        color: chosen ? root.look.accent : cellMouse.containsMouse ? Qt.rgba(1, 1, 1, 0.08) : "transparent"
+                        color: chosen ? Looks.current.accent : cellMouse.containsMouse ? Qt.rgba(1, 1, 1, 0.08) : "transparent"
                         border.width: today && !chosen ? 1 : 0
-                        border.color: root.look.accent
+                        border.color: Looks.current.accent
 
                         Text {
                             anchors.centerIn: parent
                             text: cell.day
                             font.family: Tokens.textFamily
                             font.pointSize: Tokens.pt(Tokens.captionSize)
-                            color: cell.chosen ? root.look.bg
-                                   : cell.month === popup.shownMonth ? root.look.text : root.look.muted
+                            color: cell.chosen ? Looks.current.bg
+                                   : cell.month === popup.shownMonth ? Looks.current.text : Looks.current.muted
                             textFormat: Text.PlainText
                         }
 

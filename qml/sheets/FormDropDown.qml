@@ -9,8 +9,18 @@ import Coinhall
 ComboBox {
     id: box
 
-    // The look to draw with.
-    property var look: Looks.current
+    // Return on a closed list is the sheet's Return, as in any desktop dialog: it saves
+    // (the list would take it to open itself). Space opens the list; outside a sheet
+    // Return does too.
+    function confirmSheet(event: var) {
+        for (let p = parent; p && !popup.visible; p = p.parent) {
+            if (typeof p.confirm === "function") {
+                p.confirm()
+                return
+            }
+        }
+        event.accepted = false
+    }
 
     implicitWidth: 180
     implicitHeight: Tokens.fieldHeight
@@ -19,12 +29,15 @@ ComboBox {
     font.family: Tokens.textFamily
     font.pointSize: Tokens.pt(Tokens.bodySize)
 
+    Keys.onReturnPressed: event => confirmSheet(event)
+    Keys.onEnterPressed: event => confirmSheet(event)
+
     contentItem: Text {
         leftPadding: Tokens.spaceM
         rightPadding: box.indicator.width + Tokens.spaceS
         text: box.displayText
         font: box.font
-        color: box.look.text
+        color: Looks.current.text
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
         textFormat: Text.PlainText
@@ -35,14 +48,14 @@ ComboBox {
         y: (box.height - height) / 2
         symbol: "chevron.up.chevron.down"
         size: 16
-        color: box.look.muted
+        color: Looks.current.muted
     }
 
     background: Rectangle {
         radius: Tokens.keyRadius
-        color: box.look.bg
+        color: Looks.current.bg
         border.width: box.visualFocus ? 1.5 : 1
-        border.color: box.visualFocus || box.popup.visible ? box.look.accent : box.look.line
+        border.color: box.visualFocus || box.popup.visible ? Looks.current.accent : Looks.current.line
     }
 
     delegate: ItemDelegate {
@@ -64,14 +77,14 @@ ComboBox {
         contentItem: Text {
             text: option.text
             font: option.font
-            color: box.look.text
+            color: Looks.current.text
             verticalAlignment: Text.AlignVCenter
             elide: Text.ElideRight
             textFormat: Text.PlainText
         }
 
         background: Rectangle {
-            color: option.highlighted ? Qt.rgba(box.look.accent.r, box.look.accent.g, box.look.accent.b, 0.28)
+            color: option.highlighted ? Qt.rgba(Looks.current.accent.r, Looks.current.accent.g, Looks.current.accent.b, 0.28)
                                       : "transparent"
             radius: Tokens.rowRadius
         }
@@ -82,8 +95,8 @@ ComboBox {
     popup.transformOrigin: Popup.TopLeft
     popup.background: Rectangle {
         radius: Tokens.wellRadius
-        color: box.look.well
+        color: Looks.current.well
         border.width: 1
-        border.color: box.look.line
+        border.color: Looks.current.line
     }
 }

@@ -7,9 +7,6 @@ import Coinhall
 TextField {
     id: root
 
-    // The look to draw with.
-    property var look: Looks.current
-
     implicitWidth: 160
     implicitHeight: Tokens.fieldHeight
     leftPadding: Tokens.spaceM
@@ -19,16 +16,16 @@ TextField {
     verticalAlignment: TextInput.AlignVCenter
     font.family: Tokens.textFamily
     font.pointSize: Tokens.pt(Tokens.bodySize)
-    color: look.text
-    selectionColor: look.accent
-    selectedTextColor: look.bg
-    placeholderTextColor: look.muted
+    color: Looks.current.text
+    selectionColor: Looks.current.accent
+    selectedTextColor: Looks.current.bg
+    placeholderTextColor: Looks.current.muted
     selectByMouse: true
 
     background: Rectangle {
         radius: Tokens.keyRadius
-        color: root.look.bg
+        color: Looks.current.bg
         border.width: root.activeFocus ? 1.5 : 1
-        border.color: root.activeFocus ? root.look.accent : root.look.line
+        border.color: root.activeFocus ? Looks.current.accent : Looks.current.line
     }
 }

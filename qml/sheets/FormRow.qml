@@ -10,8 +10,6 @@ Item {
     id: root
 
     property string label
-    // The look to draw with.
-    property var look: Looks.current
     // The control of the row.
     default property alias control: slot.data
 
@@ -47,7 +45,7 @@ Item {
         font.family: Tokens.textFamily
         font.weight: Font.DemiBold
         font.pointSize: Tokens.pt(Tokens.bodySize)
-        color: root.look.soft
+        color: Looks.current.soft
         textFormat: Text.PlainText
         Accessible.ignored: true
     }

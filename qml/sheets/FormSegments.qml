@@ -12,8 +12,6 @@ FocusScope {
     // The segments' texts, left to right.
     property var options: []
     property int currentIndex: 0
-    // The look to draw with.
-    property var look: Looks.current
     // What a screen reader calls the whole picker.
     property string name
     // The widest label's need: every segment gets it, or more when the picker is stretched.
@@ -46,9 +44,9 @@ FocusScope {
     Rectangle {
         anchors.fill: parent
         radius: Tokens.keyRadius
-        color: root.look.bg
+        color: Looks.current.bg
         border.width: 1
-        border.color: root.look.line
+        border.color: Looks.current.line
     }
 
     Row {
@@ -89,11 +87,11 @@ FocusScope {
 
                 background: Rectangle {
                     radius: Tokens.keyRadius - 2
-                    color: segment.chosen ? root.look.accent
-                           : segment.hovered ? Qt.rgba(root.look.accent.r, root.look.accent.g, root.look.accent.b, 0.14)
+                    color: segment.chosen ? Looks.current.accent
+                           : segment.hovered ? Qt.rgba(Looks.current.accent.r, Looks.current.accent.g, Looks.current.accent.b, 0.14)
                            : "transparent"
                     border.width: segment.visualFocus ? 1.5 : 0
-                    border.color: root.look.accent2
+                    border.color: Looks.current.accent2
                 }
 
                 contentItem: Text {
@@ -106,7 +104,7 @@ FocusScope {
                     font.family: Tokens.textFamily
                     font.weight: Font.Bold
                     font.pointSize: Tokens.pt(Tokens.keySize)
-                    color: segment.chosen ? root.look.bg : root.look.text
+                    color: segment.chosen ? Looks.current.bg : Looks.current.text
                     textFormat: Text.PlainText
                 }
             }

@@ -41,7 +41,7 @@ FormRow {
             radius: Tokens.keyRadius
             color: "transparent"
             border.width: 1.5
-            border.color: root.look.accent2
+            border.color: Looks.current.accent2
             visible: root.activeFocus
         }
 
@@ -57,7 +57,7 @@ FormRow {
                 font.family: Tokens.textFamily
                 font.weight: Font.DemiBold
                 font.pointSize: Tokens.pt(Tokens.bodySize)
-                color: root.look.soft
+                color: Looks.current.soft
                 wrapMode: Text.WordWrap
                 textFormat: Text.PlainText
                 Accessible.ignored: true
@@ -65,7 +65,6 @@ FormRow {
 
             Key {
                 title: "\u2212"
-                look: root.look
                 enabled: root.value > root.from
                 focusPolicy: Qt.NoFocus
                 Accessible.name: root.decreaseName
@@ -73,7 +72,6 @@ FormRow {
             }
             Key {
                 title: "+"
-                look: root.look
                 enabled: root.value < root.to
                 focusPolicy: Qt.NoFocus
                 Accessible.name: root.increaseName

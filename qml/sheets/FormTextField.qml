@@ -18,7 +18,6 @@ FormRow {
     FormInput {
         id: input
 
-        look: root.look
         Accessible.name: root.label
         onAccepted: root.accepted()
         Keys.onReturnPressed: event => root.keepReturn(event)

@@ -9,9 +9,6 @@ import Coinhall
 T.Switch {
     id: root
 
-    // The look to draw with.
-    property var look: Looks.current
-
     implicitWidth: leftPadding + implicitIndicatorWidth + spacing + implicitContentWidth + rightPadding
     implicitHeight: Math.max(implicitIndicatorHeight, implicitContentHeight) + topPadding + bottomPadding
     padding: 2
@@ -30,9 +27,9 @@ T.Switch {
         implicitWidth: 38
         implicitHeight: 20
         radius: height / 2
-        color: root.checked ? root.look.accent : root.look.bg
+        color: root.checked ? Looks.current.accent : Looks.current.bg
         border.width: root.visualFocus ? 1.5 : 1
-        border.color: root.visualFocus ? root.look.accent2 : root.look.line
+        border.color: root.visualFocus ? Looks.current.accent2 : Looks.current.line
 
         Rectangle {
             x: root.checked ? parent.width - width - 3 : 3
@@ -41,8 +38,8 @@ T.Switch {
             height: width
             radius: width / 2
             gradient: Gradient {
-                GradientStop { position: 0; color: Qt.lighter(root.look.panelTop, 1.6) }
-                GradientStop { position: 1; color: root.look.panelBottom }
+                GradientStop { position: 0; color: Qt.lighter(Looks.current.panelTop, 1.6) }
+                GradientStop { position: 1; color: Looks.current.panelBottom }
             }
             border.width: 1
             border.color: Qt.rgba(0, 0, 0, 0.45)
@@ -61,7 +58,7 @@ T.Switch {
         font.family: Tokens.textFamily
         font.weight: Font.DemiBold
         font.pointSize: Tokens.pt(Tokens.bodySize)
-        color: root.enabled ? root.look.soft : root.look.muted
+        color: root.enabled ? Looks.current.soft : Looks.current.muted
         textFormat: Text.PlainText
         Accessible.ignored: true
     }

@@ -57,7 +57,7 @@ SheetFrame {
         text: "Log in to your bank's website, download your activity as a CSV file (sometimes called \"Export\" or \"Download transactions\"), then choose it here. Lines you've already imported are skipped automatically."
         font.family: Tokens.textFamily
         font.pointSize: Tokens.pt(Tokens.captionSize + 0.5)
-        color: root.look.soft
+        color: Looks.current.soft
         wrapMode: Text.WordWrap
         textFormat: Text.PlainText
     }
@@ -69,7 +69,6 @@ SheetFrame {
         Key {
             objectName: "chooseFileKey"
             title: "Choose CSV file…"
-            look: root.look
             onClicked: openPanel.open()
         }
         Text {
@@ -79,7 +78,7 @@ SheetFrame {
             font.family: Tokens.textFamily
             font.weight: bridge.fileName !== "" ? Font.DemiBold : Font.Normal
             font.pointSize: Tokens.pt(Tokens.bodySize)
-            color: bridge.fileName !== "" ? root.look.text : root.look.muted
+            color: bridge.fileName !== "" ? Looks.current.text : Looks.current.muted
             elide: Text.ElideMiddle
             textFormat: Text.PlainText
         }
@@ -104,7 +103,6 @@ SheetFrame {
         Layout.topMargin: Tokens.spaceXS
         visible: bridge.hasFile
         text: "Which column is which"
-        look: root.look
     }
 
     ListRows {
@@ -126,7 +124,6 @@ SheetFrame {
             label: modelData
             model: bridge.columnChoices
             currentIndex: bridge.choices.length > index ? bridge.choices[index] : 0
-            look: root.look
             onActivated: choice => bridge.setChoice(index, choice)
         }
     }
@@ -136,17 +133,13 @@ SheetFrame {
         Layout.topMargin: Tokens.spaceXS
         label: "Put them in"
         selection: bridge.account
-        look: root.look
         onSelectionChanged: bridge.account = selection
     }
 
     FormRow {
-        look: root.look
-
         FormToggle {
             objectName: "flipToggle"
             text: "Flip signs (use if spending shows up as money in — common with credit cards)"
-            look: root.look
             checked: bridge.flip
             onToggled: bridge.flip = checked
         }
@@ -161,7 +154,7 @@ SheetFrame {
         font.family: Tokens.textFamily
         font.weight: Font.ExtraBold
         font.pointSize: Tokens.pt(Tokens.captionSize + 0.5)
-        color: root.look.soft
+        color: Looks.current.soft
         elide: Text.ElideRight
         textFormat: Text.PlainText
         Accessible.role: Accessible.StaticText
@@ -202,7 +195,7 @@ SheetFrame {
                 text: line.modelData.date
                 font.family: Tokens.lcdFamily
                 font.pointSize: Tokens.pt(Tokens.captionSize + 0.5)
-                color: root.look.soft
+                color: Looks.current.soft
                 textFormat: Text.PlainText
                 Accessible.ignored: true
             }
@@ -216,7 +209,7 @@ SheetFrame {
                     font.family: Tokens.textFamily
                     font.weight: Font.DemiBold
                     font.pointSize: Tokens.pt(Tokens.captionSize + 1)
-                    color: root.look.text
+                    color: Looks.current.text
                     elide: Text.ElideRight
                     maximumLineCount: 1
                     textFormat: Text.PlainText
@@ -227,7 +220,7 @@ SheetFrame {
                     text: line.modelData.category
                     font.family: Tokens.textFamily
                     font.pointSize: Tokens.pt(Tokens.captionSize)
-                    color: root.look.muted
+                    color: Looks.current.muted
                     elide: Text.ElideRight
                     textFormat: Text.PlainText
                     Accessible.ignored: true
@@ -243,7 +236,7 @@ SheetFrame {
                 font.pointSize: Tokens.pt(Tokens.captionSize + 1)
                 fontSizeMode: Text.HorizontalFit
                 minimumPointSize: Tokens.pt(8)
-                color: line.modelData.negative ? root.look.soft : Tokens.positive
+                color: line.modelData.negative ? Looks.current.soft : Tokens.positive
                 textFormat: Text.PlainText
                 Accessible.ignored: true
             }

@@ -52,14 +52,11 @@ SheetFrame {
     }
 
     Form {
-        look: root.look
-
         MoneyField {
             id: amountField
 
             objectName: "amountField"
             label: "Amount paid"
-            look: root.look
         }
 
         FormDateField {
@@ -67,7 +64,6 @@ SheetFrame {
 
             objectName: "dateField"
             label: "Paid on"
-            look: root.look
         }
 
         AccountPicker {
@@ -76,7 +72,6 @@ SheetFrame {
             objectName: "accountField"
             label: "Paid from"
             store: Store
-            look: root.look
         }
 
         Text {
@@ -90,7 +85,7 @@ SheetFrame {
             font.weight: Font.Bold
             font.pointSize: Tokens.pt(Tokens.bodySize)
             font.underline: linkMouse.containsMouse || link.activeFocus
-            color: root.look.accent2
+            color: Looks.current.accent2
             wrapMode: Text.WordWrap
             textFormat: Text.PlainText
             activeFocusOnTab: true
@@ -115,7 +110,7 @@ SheetFrame {
             text: root.bill.nextLine || ""
             font.family: Tokens.textFamily
             font.pointSize: Tokens.pt(Tokens.captionSize)
-            color: root.look.muted
+            color: Looks.current.muted
             wrapMode: Text.WordWrap
             textFormat: Text.PlainText
         }

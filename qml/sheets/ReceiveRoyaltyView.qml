@@ -53,14 +53,11 @@ SheetFrame {
     }
 
     Form {
-        look: root.look
-
         MoneyField {
             id: amountField
 
             objectName: "amountField"
             label: "Amount that came in"
-            look: root.look
         }
 
         FormDateField {
@@ -68,7 +65,6 @@ SheetFrame {
 
             objectName: "dateField"
             label: "Arrived on"
-            look: root.look
         }
 
         AccountPicker {
@@ -77,7 +73,6 @@ SheetFrame {
             objectName: "accountField"
             label: "Into account"
             store: Store
-            look: root.look
         }
 
         Text {
@@ -86,7 +81,7 @@ SheetFrame {
             text: root.royalty.explanation || ""
             font.family: Tokens.textFamily
             font.pointSize: Tokens.pt(Tokens.captionSize)
-            color: root.look.muted
+            color: Looks.current.muted
             wrapMode: Text.WordWrap
             textFormat: Text.PlainText
         }

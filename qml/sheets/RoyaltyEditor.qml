@@ -108,14 +108,11 @@ SheetFrame {
     }
 
     Form {
-        look: root.look
-
         FormTextField {
             id: payerField
 
             objectName: "payerField"
             label: "Who pays (DistroKid, BMI, ASCAP, SoundExchange, publisher…)"
-            look: root.look
         }
 
         FormChoice {
@@ -125,7 +122,6 @@ SheetFrame {
             label: "Kind"
             model: royalties.sourceNames
             currentIndex: royalties.sourceNames.indexOf(root.source)
-            look: root.look
             onActivated: index => root.source = royalties.sourceNames[index]
         }
 
@@ -134,7 +130,6 @@ SheetFrame {
 
             objectName: "workField"
             label: "Song, album, catalog or product"
-            look: root.look
         }
 
         FormTextField {
@@ -142,7 +137,6 @@ SheetFrame {
 
             objectName: "periodField"
             label: "Statement period (e.g. Q3 2026)"
-            look: root.look
         }
 
         MoneyField {
@@ -150,7 +144,6 @@ SheetFrame {
 
             objectName: "amountField"
             label: "Expected amount (a guess is fine)"
-            look: root.look
         }
 
         FormDateField {
@@ -158,7 +151,6 @@ SheetFrame {
 
             objectName: "dateField"
             label: "Expected around"
-            look: root.look
         }
 
         FormChoice {
@@ -168,7 +160,6 @@ SheetFrame {
             label: "Comes"
             model: royalties.repeatNames
             currentIndex: royalties.repeatNames.indexOf(root.repeats)
-            look: root.look
             onActivated: index => root.repeats = royalties.repeatNames[index]
         }
 
@@ -178,18 +169,14 @@ SheetFrame {
             objectName: "accountField"
             label: "Paid into"
             store: Store
-            look: root.look
         }
 
         FormRow {
-            look: root.look
-
             FormToggle {
                 id: followField
 
                 objectName: "followField"
                 text: "Late or wrong — I'm following up on it"
-                look: root.look
             }
         }
 
@@ -199,7 +186,6 @@ SheetFrame {
             objectName: "gotField"
             visible: root.r.received === true
             label: "Amount received"
-            look: root.look
         }
 
         FormTextField {
@@ -207,7 +193,6 @@ SheetFrame {
 
             objectName: "noteField"
             label: "Note"
-            look: root.look
         }
 
         Text {

@@ -66,7 +66,6 @@ SheetFrame {
 
         objectName: "fromPicker"
         label: "From"
-        look: root.look
         store: Store
         selection: root.from
         onSelectionChanged: root.from = selection
@@ -77,7 +76,6 @@ SheetFrame {
 
         objectName: "toPicker"
         label: "To"
-        look: root.look
         store: Store
         selection: root.to
         onSelectionChanged: root.to = selection
@@ -85,7 +83,6 @@ SheetFrame {
 
     FormRow {
         visible: root.sameAccount
-        look: root.look
 
         Text {
             text: "Choose two different accounts."
@@ -102,7 +99,6 @@ SheetFrame {
 
         objectName: "amountField"
         label: "Amount"
-        look: root.look
     }
 
     FormDateField {
@@ -110,7 +106,6 @@ SheetFrame {
 
         objectName: "dateField"
         label: "Date"
-        look: root.look
     }
 
     FormTextField {
@@ -118,7 +113,6 @@ SheetFrame {
 
         objectName: "noteField"
         label: "Note"
-        look: root.look
     }
 
     Text {
@@ -127,7 +121,7 @@ SheetFrame {
         wrapMode: Text.WordWrap
         font.family: Tokens.textFamily
         font.pointSize: Tokens.pt(Tokens.captionSize)
-        color: root.look.muted
+        color: Looks.current.muted
         textFormat: Text.PlainText
     }
 }

@@ -116,13 +116,11 @@ SheetFrame {
 
     FormRow {
         label: "Type"
-        look: root.look
 
         FormSegments {
             id: typePicker
 
             objectName: "typePicker"
-            look: root.look
             name: "Type"
             options: ["Money in", "Money out"]
             currentIndex: root.income ? 0 : 1
@@ -135,7 +133,6 @@ SheetFrame {
 
         objectName: "dateField"
         label: "Date"
-        look: root.look
     }
 
     MoneyField {
@@ -143,7 +140,6 @@ SheetFrame {
 
         objectName: "amountField"
         label: "Amount"
-        look: root.look
     }
 
     FormTextField {
@@ -151,7 +147,6 @@ SheetFrame {
 
         objectName: "payeeField"
         label: root.income ? "From (who paid you)" : "To (who you paid)"
-        look: root.look
         // Return picks the category as an import would and moves on, rather than saving.
         keepsReturn: true
         onAccepted: {
@@ -165,7 +160,6 @@ SheetFrame {
 
         objectName: "categoryPicker"
         label: "Category"
-        look: root.look
         model: root.categoryChoices
         currentIndex: root.categoryChoices.indexOf(root.category)
         onActivated: index => root.category = root.categoryChoices[index]
@@ -176,7 +170,6 @@ SheetFrame {
 
         objectName: "accountPicker"
         label: "Account"
-        look: root.look
         store: Store
         selection: root.accountId
         onSelectionChanged: root.accountId = selection
@@ -187,17 +180,13 @@ SheetFrame {
 
         objectName: "noteField"
         label: "Note"
-        look: root.look
     }
 
     FormRow {
-        look: root.look
-
         FormToggle {
             id: clearedToggle
 
             objectName: "clearedToggle"
-            look: root.look
             text: "Cleared (shows on the bank statement)"
             checked: true
         }

@@ -153,7 +153,7 @@ Item {
             compare(day.help, "Rent: $1,200.00\nPhone: $65.50\nBMI: $80.00\nASCAP: $20.00\n"
                     + "Money in: $500.00\nMoney out: -$30.00")
             const chips = findAll(day, "cellItem")
-            compare(chips[0].tone, screen.look.video)
+            compare(chips[0].tone, Looks.current.video)
             compare(chips[2].tone, screen.royaltyBlue)
 
             const panel = findAll(screen, "pickedPanel")[0]

@@ -138,7 +138,6 @@ TestCase {
 
         Looks.choose("rose")
         compare(window.color, Looks.rose.bg)
-        compare(window.view.look, Looks.rose)
         window.close()
 
         QFZoom.setLevel(200)
