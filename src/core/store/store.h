@@ -287,6 +287,9 @@ public:
     Saved exportCSV(const QString &path);
     // The export file's bytes for the current Book.
     QByteArray exportText() const;
+    // Writes every transaction as a plain-text accounting journal (LedgerExport::journal)
+    // to `path`, replacing it whole; `status` as for exportCSV().
+    Saved exportJournal(const QString &path);
 
     // -- For the screens ---------------------------------------------------------
 
