@@ -107,6 +107,12 @@ TEST_F(Export, WritesTheColumnsAndFlipOfAnImport)
         "2025-03-02,\"Savings\",\"Joe's \"\"Best\"\" Diner, LLC\",\"Other income\",-25.1,expense,yes,\"Imported\"\n"
         "2025-03-03,\"Savings\",\"AMAZON MKTPLACE\",\"Shopping\",-14.99,expense,yes,\"Imported\"\n");
 
+    const Outcome journal = onBooks({"export", "out.journal", "--format", "ledger"});
+    EXPECT_EQ(journal.out, "Saved out.journal.\n");
+    EXPECT_TRUE(read(path("out.journal")).contains("    Expenses:Shopping"));
+    EXPECT_EQ(onBooks({"export", "out.xml", "--format", "xml"}).err,
+              "--format is csv or ledger, not \"xml\".\nSee coinhall --help.\n");
+
     const Outcome failed = onBooks({"export", path("no-such-folder/out.csv")});
     EXPECT_EQ(failed.status, 1);
     EXPECT_EQ(failed.err, "Could not save: No such file or directory\n");

@@ -38,8 +38,11 @@ Commands:
       counted from 0 or "none" for no such column:
       --date-col, --description-col, --amount-col, --debit-col, --credit-col,
       --category-col
-  export FILE
-      Write every transaction, oldest first, to FILE as CSV (replacing it).
+  export FILE [--format FORMAT]
+      Write every transaction, oldest first, to FILE (replacing it). FORMAT is
+      csv (the default) or ledger: a plain-text accounting journal that ledger
+      and hledger read, accounts as Assets:<account>, categories as
+      Income:<category> or Expenses:<category>, the opening balances first.
   report [--period PERIOD] [--tsv]
       Income, spending, net, the royalties share of income, and spending and
       income by category, as on the Reports screen. PERIOD is this-month (the
@@ -87,6 +90,7 @@ const QStringList valueOptions = {
     QStringLiteral("--data-dir"),        QStringLiteral("--account"),      QStringLiteral("--date-col"),
     QStringLiteral("--description-col"), QStringLiteral("--amount-col"),   QStringLiteral("--debit-col"),
     QStringLiteral("--credit-col"),      QStringLiteral("--category-col"), QStringLiteral("--period"),
+    QStringLiteral("--format"),
 };
 
 // The arguments with the global options taken out.
