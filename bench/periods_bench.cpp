@@ -1,6 +1,7 @@
 // The Reports screen and the month calendar on a large Book: the five report periods
 // (income, spending and both by category) over 1,000,000 lines, and the bills of a
 // month's calendar and of the dashboard's two weeks among 500 bills.
+#include "store/reports.h"
 #include "store/store.h"
 
 #include <QCoreApplication>
@@ -85,11 +86,11 @@ void reportPeriods(benchmark::State &state)
     const Store &s = store();
     for (auto _ : state) {
         for (ReportPeriod period : allCases<ReportPeriod>()) {
-            const ClosedRange range = s.periodRange(period);
-            benchmark::DoNotOptimize(s.income(range));
-            benchmark::DoNotOptimize(s.spending(range));
-            benchmark::DoNotOptimize(s.incomeByCategory(range));
-            benchmark::DoNotOptimize(s.spendingByCategory(range));
+            const ClosedRange range = periodRange(period, s.now());
+            benchmark::DoNotOptimize(Reports::income(s.book(), range));
+            benchmark::DoNotOptimize(Reports::spending(s.book(), range));
+            benchmark::DoNotOptimize(Reports::incomeByCategory(s.book(), range));
+            benchmark::DoNotOptimize(Reports::spendingByCategory(s.book(), range));
         }
     }
 }
@@ -101,10 +102,10 @@ void everyLine(benchmark::State &state)
     const Store &s = store();
     const ClosedRange all{Instant::distantPast(), Instant::distantFuture()};
     for (auto _ : state) {
-        benchmark::DoNotOptimize(s.income(all));
-        benchmark::DoNotOptimize(s.spending(all));
-        benchmark::DoNotOptimize(s.incomeByCategory(all));
-        benchmark::DoNotOptimize(s.spendingByCategory(all));
+        benchmark::DoNotOptimize(Reports::income(s.book(), all));
+        benchmark::DoNotOptimize(Reports::spending(s.book(), all));
+        benchmark::DoNotOptimize(Reports::incomeByCategory(s.book(), all));
+        benchmark::DoNotOptimize(Reports::spendingByCategory(s.book(), all));
     }
 }
 BENCHMARK(everyLine)->Unit(benchmark::kMillisecond)->UseRealTime();
@@ -113,7 +114,7 @@ void dashboardMonthly(benchmark::State &state)
 {
     const Store &s = store();
     for (auto _ : state)
-        benchmark::DoNotOptimize(s.monthly(6));
+        benchmark::DoNotOptimize(Reports::monthly(s.book(), s.now(), 6));
 }
 BENCHMARK(dashboardMonthly)->Unit(benchmark::kMillisecond)->UseRealTime();
 
@@ -129,7 +130,7 @@ BENCHMARK(upcomingBills)->Unit(benchmark::kMillisecond)->UseRealTime();
 void monthCalendarDueDates(benchmark::State &state)
 {
     const Store &s = store();
-    const ClosedRange month = s.monthRange();
+    const ClosedRange month = Calendar::monthRange(s.now());
     for (auto _ : state) {
         size_t dates = 0;
         for (const Bill &bill : s.activeBills())

@@ -55,7 +55,7 @@ void AccountsBridge::reload()
     QString total;
     if (m_store) {
         const Book &book = m_store->book();
-        const ClosedRange month = m_store->monthRange();
+        const ClosedRange month = Calendar::monthRange(m_store->now());
         QHash<QUuid, int> counts;
         for (const Transaction &t : book.transactions)
             if (month.contains(t.date))

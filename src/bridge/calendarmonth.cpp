@@ -40,7 +40,7 @@ int leadingBlanks(QDate first, Qt::DayOfWeek firstWeekday)
 Month month(const Store &store, Instant inMonth, Qt::DayOfWeek firstWeekday)
 {
     Month m;
-    m.range = store.monthRange(inMonth);
+    m.range = Calendar::monthRange(inMonth);
     const QDate first = m.range.lower.toLocal().date();
     m.leadingBlanks = leadingBlanks(first, firstWeekday);
     const int count = first.daysInMonth();

@@ -1,4 +1,5 @@
 #include "dashboardsummary.h"
+#include "store/reports.h"
 
 #include "model/money.h"
 #include "royaltiesbridge.h"
@@ -17,7 +18,7 @@ QVariantList DashboardSummary::monthMaps(const Store &store, int count)
 {
     const QLocale locale;
     QVariantList months;
-    for (const MonthFlow &flow : store.monthly(count)) {
+    for (const MonthFlow &flow : Reports::monthly(store.book(), store.now(), count)) {
         months << QVariantMap{
             {QStringLiteral("month"), double(flow.month.msecs())},
             {QStringLiteral("monthText"), locale.toString(flow.month.toLocal().date(), QStringLiteral("MMM"))},
@@ -39,9 +40,9 @@ void DashboardSummary::reload()
     if (m_store) {
         total = m_store->totalBalance();
         // One month range shared by the three monthly tiles.
-        const ClosedRange month = m_store->monthRange();
-        in = m_store->income(month);
-        out = m_store->spending(month);
+        const ClosedRange month = Calendar::monthRange(m_store->now());
+        in = Reports::income(m_store->book(), month);
+        out = Reports::spending(m_store->book(), month);
         royalties = m_store->royaltiesReceivedThisYear();
 
         const Instant now = m_store->now();

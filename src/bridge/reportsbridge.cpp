@@ -1,4 +1,5 @@
 #include "reportsbridge.h"
+#include "store/reports.h"
 
 #include "bridgeinput.h"
 #include "dashboardsummary.h"
@@ -59,7 +60,7 @@ void ReportsBridge::reload()
     PeriodReport report;
     QVariantList monthly;
     if (m_store) {
-        report = m_store->periodReport(reportPeriod(m_period));
+        report = Reports::periodReport(m_store->book(), reportPeriod(m_period), m_store->now());
         monthly = DashboardSummary::monthMaps(*m_store, DashboardSummary::chartMonths);
     } else {
         report.royaltyShare = royaltyShare({}, Decimal());

@@ -85,7 +85,7 @@ TransactionListModel::Filter TransactionListModel::currentFilter() const
     filter.flow = m_flow;
     filter.monthOnly = m_monthOnly;
     if (m_monthOnly && m_store)
-        filter.month = m_store->monthRange();
+        filter.month = Calendar::monthRange(m_store->now());
     filter.needle = m_search.toLower();
     return filter;
 }

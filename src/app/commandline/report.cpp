@@ -1,5 +1,6 @@
 // coinhall report: the Reports screen's figures for a period, as text or TSV.
 #include "commands.h"
+#include "store/reports.h"
 
 #include "model/money.h"
 
@@ -122,7 +123,7 @@ int report(const QString &dir, const QStringList &arguments, std::FILE *out, std
     const std::unique_ptr<Reading> reading = openForReading(readMoneyFile(dir), err);
     if (!reading->store)
         return reading->status;
-    const PeriodReport figures = reading->store->periodReport(period);
+    const PeriodReport figures = Reports::periodReport(reading->store->book(), period, reading->store->now());
     if (options.has(QStringLiteral("--tsv")))
         printTsv(figures, out);
     else

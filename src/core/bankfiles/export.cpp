@@ -1,8 +1,6 @@
 // CSV export of every transaction, for spreadsheets and accountants.
-#include "store/atomicfile.h"
-#include "store/store.h"
+#include "bankfiles/export.h"
 
-#include <QFileInfo>
 #include <QHash>
 
 #include <algorithm>
@@ -49,13 +47,13 @@ void appendQuoted(QByteArray &out, const QString &value)
 
 } // namespace
 
-QByteArray Store::exportText() const
+QByteArray CSVExport::text(const Book &book)
 {
     // Oldest first, without copying the lines: the Book keeps them newest first,
     // so the reversed list is usually in order already.
     std::vector<const Transaction *> lines;
-    lines.reserve(m_book.transactions.size());
-    for (auto t = m_book.transactions.rbegin(); t != m_book.transactions.rend(); ++t)
+    lines.reserve(book.transactions.size());
+    for (auto t = book.transactions.rbegin(); t != book.transactions.rend(); ++t)
         lines.push_back(&*t);
     auto olderFirst = [](const Transaction *a, const Transaction *b) { return a->date < b->date; };
     if (!std::is_sorted(lines.begin(), lines.end(), olderFirst))
@@ -63,7 +61,7 @@ QByteArray Store::exportText() const
 
     // Account names by id, closed accounts included, already quoted.
     QHash<QUuid, QByteArray> accountNames;
-    for (const Account &a : m_book.accounts) {
+    for (const Account &a : book.accounts) {
         if (accountNames.contains(a.id))
             continue; // the first account with an id is the one the ledger finds
         QByteArray quoted;
@@ -97,17 +95,4 @@ QByteArray Store::exportText() const
         out += '\n';
     }
     return out;
-}
-
-Saved Store::exportCSV(const QString &path)
-{
-    const QByteArray bytes = exportText();
-    QString reason;
-    if (!writeFileAtomically(path, bytes, &reason)) {
-        const QString error = tr("Could not save: %1").arg(reason);
-        setStatus(error);
-        return {true, error};
-    }
-    setStatus(tr("Saved %1.").arg(QFileInfo(path).fileName()));
-    return {true, {}};
 }

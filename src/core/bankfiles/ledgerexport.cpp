@@ -1,11 +1,7 @@
 // The journal export: the Book written for plain-text accounting tools.
 #include "bankfiles/ledgerexport.h"
 
-#include "store/atomicfile.h"
-#include "store/store.h"
-
 #include <QDateTime>
-#include <QFileInfo>
 #include <QHash>
 #include <QSet>
 
@@ -271,17 +267,4 @@ QByteArray LedgerExport::journal(const Book &book)
         out += '\n';
     }
     return out;
-}
-
-Saved Store::exportJournal(const QString &path)
-{
-    const QByteArray bytes = LedgerExport::journal(m_book);
-    QString reason;
-    if (!writeFileAtomically(path, bytes, &reason)) {
-        const QString error = tr("Could not save: %1").arg(reason);
-        setStatus(error);
-        return {true, error};
-    }
-    setStatus(tr("Saved %1.").arg(QFileInfo(path).fileName()));
-    return {true, {}};
 }

@@ -256,27 +256,6 @@ public:
     // Asks the notification centre for permission to show reminders; the answer is not looked at.
     Q_INVOKABLE void requestNotifications();
 
-    // -- Period reports --------------------------------------------------------
-
-    // The calendar month holding `date`, in local time.
-    ClosedRange monthRange(Instant date) const;
-    // The current month by the Store's clock.
-    ClosedRange monthRange() const;
-    // The dates a Reports period covers now, by the Store's clock.
-    ClosedRange periodRange(ReportPeriod period) const;
-    // Money in over the range: lines above zero that are not transfers.
-    Decimal income(const ClosedRange &range) const;
-    // Money out over the range, as a positive amount: lines below zero that are not transfers.
-    Decimal spending(const ClosedRange &range) const;
-    // The lines of income() summed per exact category text, largest first.
-    CategoryTotals incomeByCategory(const ClosedRange &range) const;
-    // The lines of spending() summed per exact category text (positive), largest first.
-    CategoryTotals spendingByCategory(const ClosedRange &range) const;
-    // Income and spending of the last `months` calendar months, this one included, oldest first.
-    std::vector<MonthFlow> monthly(int months) const;
-    // Every figure of the Reports screen for `period`, now by the Store's clock.
-    PeriodReport periodReport(ReportPeriod period) const;
-
     // -- Bank files ------------------------------------------------------------
 
     // Appends imported lines, keeps the list newest first and writes the file once;
@@ -334,6 +313,8 @@ protected:
     Book &mutableBook() { return m_book; }
     // The change hook: the Book was assigned.
     void assigned();
+    // Writes an export's bytes to `path`; "Saved <file name>." or "Could not save: ...".
+    Saved writeExport(const QString &path, const QByteArray &bytes);
     // Ends an operation that changed the Book: its outcome, with `text` (if any) in the
     // status line when the change was written; a failed write keeps "Could not save: ...".
     Saved done(const QString &text = {});

@@ -1,6 +1,7 @@
 // The journal export, read back by the plain-text accounting tools themselves.
 #include "bankfiles/ledgerexport.h"
 #include "bankfilestesting.h"
+#include "store/reports.h"
 #include "store/store.h"
 
 #include <QFile>
@@ -106,9 +107,9 @@ TEST(LedgerExport, ToolsReadBackTheBalancesAndCategoryTotals)
     }
     expected[QStringLiteral("Equity:Opening Balances")] = openings.negated().toString();
     const ClosedRange always{Instant::distantPast(), Instant::distantFuture()};
-    for (const auto &[category, amount] : store.incomeByCategory(always))
+    for (const auto &[category, amount] : Reports::incomeByCategory(store.book(), always))
         expected[QStringLiteral("Income:") + LedgerExport::accountSegment(category, {})] = amount.negated().toString();
-    for (const auto &[category, amount] : store.spendingByCategory(always))
+    for (const auto &[category, amount] : Reports::spendingByCategory(store.book(), always))
         expected[QStringLiteral("Expenses:") + LedgerExport::accountSegment(category, {})] = amount.toString();
     ASSERT_EQ(expected.size(), 8u); // three accounts, equity, one income and three spending categories
     std::erase_if(expectedCleared, [](const auto &row) { return row.second == QLatin1String("0"); });

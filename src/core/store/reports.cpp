@@ -1,8 +1,8 @@
-// Period questions of the Store: month ranges, income, spending and their split by
-// category. They run over every line of the Book on each redraw, so they stay on
-// integers: dates are compared as instants (never turned into local time), and
-// categories are grouped by where their text is stored before the text itself.
-#include "store/store.h"
+// The report queries: income, spending and their split by category. They run over
+// every line of the Book on each redraw, so they stay on integers: dates are compared
+// as instants (never turned into local time), and categories are grouped by where
+// their text is stored before the text itself.
+#include "store/reports.h"
 
 #include <QHash>
 
@@ -80,69 +80,57 @@ CategoryTotals byCategory(const std::vector<Transaction> &lines, const ClosedRan
 
 } // namespace
 
-ClosedRange Store::monthRange(Instant date) const
+namespace Reports {
+
+Decimal income(const Book &book, const ClosedRange &range)
 {
-    return Calendar::monthRange(date);
+    return total(book.transactions, range, Side::in);
 }
 
-ClosedRange Store::monthRange() const
+Decimal spending(const Book &book, const ClosedRange &range)
 {
-    return Calendar::monthRange(now());
+    return total(book.transactions, range, Side::out);
 }
 
-ClosedRange Store::periodRange(ReportPeriod period) const
+CategoryTotals incomeByCategory(const Book &book, const ClosedRange &range)
 {
-    return ::periodRange(period, now());
+    return byCategory(book.transactions, range, Side::in);
 }
 
-Decimal Store::income(const ClosedRange &range) const
+CategoryTotals spendingByCategory(const Book &book, const ClosedRange &range)
 {
-    return total(m_book.transactions, range, Side::in);
+    return byCategory(book.transactions, range, Side::out);
 }
 
-Decimal Store::spending(const ClosedRange &range) const
-{
-    return total(m_book.transactions, range, Side::out);
-}
-
-CategoryTotals Store::incomeByCategory(const ClosedRange &range) const
-{
-    return byCategory(m_book.transactions, range, Side::in);
-}
-
-CategoryTotals Store::spendingByCategory(const ClosedRange &range) const
-{
-    return byCategory(m_book.transactions, range, Side::out);
-}
-
-std::vector<MonthFlow> Store::monthly(int months) const
+std::vector<MonthFlow> monthly(const Book &book, Instant now, int months)
 {
     Q_ASSERT(months >= 0);
     std::vector<MonthFlow> flows;
-    const Instant current = now();
     for (int back = months - 1; back >= 0; --back) {
-        const ClosedRange month = Calendar::monthRange(Calendar::addMonths(current, -back));
-        flows.push_back({month.lower, income(month), spending(month)});
+        const ClosedRange month = Calendar::monthRange(Calendar::addMonths(now, -back));
+        flows.push_back({month.lower, income(book, month), spending(book, month)});
     }
     return flows;
 }
 
-PeriodReport Store::periodReport(ReportPeriod period) const
+PeriodReport periodReport(const Book &book, ReportPeriod period, Instant now)
 {
     PeriodReport report;
     report.period = period;
-    report.range = periodRange(period);
-    report.income = income(report.range);
-    report.spending = spending(report.range);
-    const CategoryTotals incomeRows = incomeByCategory(report.range);
+    report.range = periodRange(period, now);
+    report.income = income(book, report.range);
+    report.spending = spending(book, report.range);
+    const CategoryTotals incomeRows = incomeByCategory(book, report.range);
     report.royaltyShare = royaltyShare(incomeRows, report.income);
     // The first category of a name decides its budget.
     std::vector<std::pair<QString, Decimal>> budgets;
-    for (const Category &c : m_book.categories)
+    for (const Category &c : book.categories)
         if (c.budget && std::none_of(budgets.begin(), budgets.end(), [&c](const auto &b) { return b.first == c.name; }))
             budgets.emplace_back(c.name, *c.budget);
     const int months = budgetMonths(period);
     report.incomeLines = categoryLines(incomeRows, report.income, {}, months);
-    report.spendingLines = categoryLines(spendingByCategory(report.range), report.spending, budgets, months);
+    report.spendingLines = categoryLines(spendingByCategory(book, report.range), report.spending, budgets, months);
     return report;
 }
+
+} // namespace Reports

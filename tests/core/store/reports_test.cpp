@@ -3,6 +3,8 @@
 // Suites whose name ends in "Calendar" also run in Berlin time.
 #include "storetesting.h"
 
+#include "store/reports.h"
+
 #include <QDateTime>
 
 #include <gtest/gtest.h>
@@ -38,7 +40,7 @@ protected:
                                .category = QString::fromUtf8(category),
                                .kind = kind}));
     }
-    ClosedRange range(ReportPeriod period) const { return store.periodRange(period); }
+    ClosedRange range(ReportPeriod period) const { return periodRange(period, today); }
 
     QTemporaryDir temp;
     Store store{{temp.path()}};
@@ -53,16 +55,15 @@ using PeriodsCalendar = Periods;
 
 TEST_F(PeriodsCalendar, MonthRangeRunsFromMidnightOnTheFirstToTheLastSecond)
 {
-    EXPECT_EQ(store.monthRange(local(2025, 3, 31, 23, 59, 59)),
+    EXPECT_EQ(Calendar::monthRange(local(2025, 3, 31, 23, 59, 59)),
               (ClosedRange{local(2025, 3, 1), endOfDay(2025, 3, 31)}));
-    EXPECT_EQ(store.monthRange(local(2024, 2, 1)), (ClosedRange{local(2024, 2, 1), endOfDay(2024, 2, 29)}));
-    EXPECT_EQ(store.monthRange(), store.monthRange(today));
+    EXPECT_EQ(Calendar::monthRange(local(2024, 2, 1)), (ClosedRange{local(2024, 2, 1), endOfDay(2024, 2, 29)}));
 
     enter(local(2025, 2, 28, 23, 59, 59), "1", "Paycheck", TxKind::deposit);
     enter(local(2025, 3, 1, 0, 0, 0), "10", "Paycheck", TxKind::deposit);
     enter(local(2025, 3, 31, 23, 59, 59), "100", "Paycheck", TxKind::deposit);
     enter(local(2025, 4, 1, 0, 0, 0), "1000", "Paycheck", TxKind::deposit);
-    EXPECT_EQ(store.income(store.monthRange()), d("110"));
+    EXPECT_EQ(Reports::income(store.book(), Calendar::monthRange(today)), d("110"));
 }
 
 TEST_F(PeriodsCalendar, PeriodsOnMarchFifteenth)
@@ -84,9 +85,9 @@ TEST_F(PeriodsCalendar, PeriodsOnJanuaryTenthReachIntoLastYear)
     // "This year" has no end: a bill paid next February counts.
     enter(local(2026, 2, 3, 9), "-80", "Insurance", TxKind::bill);
     enter(local(2024, 12, 31, 23, 59, 59), "-5", "Insurance", TxKind::bill);
-    EXPECT_EQ(store.spending(range(ReportPeriod::thisYear)), d("80"));
-    EXPECT_EQ(store.spending(range(ReportPeriod::lastYear)), d("5"));
-    EXPECT_EQ(store.spending(range(ReportPeriod::lastMonth)), d("5"));
+    EXPECT_EQ(Reports::spending(store.book(), range(ReportPeriod::thisYear)), d("80"));
+    EXPECT_EQ(Reports::spending(store.book(), range(ReportPeriod::lastYear)), d("5"));
+    EXPECT_EQ(Reports::spending(store.book(), range(ReportPeriod::lastMonth)), d("5"));
 }
 
 TEST(ReportPeriods, LabelsInPickerOrderAndStrayNumbersMeanThisMonth)
@@ -111,30 +112,30 @@ TEST_F(PeriodsCalendar, MonthlyGivesTheLastMonthsOldestFirst)
     enter(local(2025, 5, 1), "40", "Music sales", TxKind::deposit);
     enter(local(2025, 1, 31), "999", "Paycheck", TxKind::deposit); // before the window
 
-    EXPECT_EQ(store.monthly(4), (std::vector<MonthFlow>{{local(2025, 2, 1), d("1500"), d("20")},
-                                                        {local(2025, 3, 1), d("0"), d("0")},
-                                                        {local(2025, 4, 1), d("0"), d("3.5")},
-                                                        {local(2025, 5, 1), d("40"), d("0")}}));
-    EXPECT_TRUE(store.monthly(0).empty());
+    EXPECT_EQ(Reports::monthly(store.book(), today, 4), (std::vector<MonthFlow>{{local(2025, 2, 1), d("1500"), d("20")},
+                                                                                {local(2025, 3, 1), d("0"), d("0")},
+                                                                                {local(2025, 4, 1), d("0"), d("3.5")},
+                                                                                {local(2025, 5, 1), d("40"), d("0")}}));
+    EXPECT_TRUE(Reports::monthly(store.book(), today, 0).empty());
 }
 
 TEST_F(Periods, TransfersAreNeitherIncomeNorSpending)
 {
-    const ClosedRange month = store.monthRange();
+    const ClosedRange month = Calendar::monthRange(today);
     EXPECT_TRUE(store.transfer(checking.id, savings.id, d("500"), local(2025, 3, 3), {}));
     enter(local(2025, 3, 4), "75", "Gigs & bookings", TxKind::deposit);
     enter(local(2025, 3, 5), "-12.34", "Groceries");
     enter(local(2025, 3, 6), "-40", "Gifts", TxKind::transfer); // filed oddly, still a transfer
 
-    EXPECT_EQ(store.income(month), d("75"));
-    EXPECT_EQ(store.spending(month), d("12.34"));
-    EXPECT_EQ(store.incomeByCategory(month), (CategoryTotals{{"Gigs & bookings", d("75")}}));
-    EXPECT_EQ(store.spendingByCategory(month), (CategoryTotals{{"Groceries", d("12.34")}}));
+    EXPECT_EQ(Reports::income(store.book(), month), d("75"));
+    EXPECT_EQ(Reports::spending(store.book(), month), d("12.34"));
+    EXPECT_EQ(Reports::incomeByCategory(store.book(), month), (CategoryTotals{{"Gigs & bookings", d("75")}}));
+    EXPECT_EQ(Reports::spendingByCategory(store.book(), month), (CategoryTotals{{"Groceries", d("12.34")}}));
 }
 
 TEST_F(Periods, CategoriesGroupByExactTextLargestFirst)
 {
-    const ClosedRange month = store.monthRange();
+    const ClosedRange month = Calendar::monthRange(today);
     enter(local(2025, 3, 2), "-0.1", "Groceries");
     enter(local(2025, 3, 3), "-0.2", "Groceries"); // a text of its own, equal to the one before
     enter(local(2025, 3, 4), "-5", "groceries");
@@ -147,15 +148,16 @@ TEST_F(Periods, CategoriesGroupByExactTextLargestFirst)
     enter(local(2025, 4, 1), "-999", "Groceries"); // next month
 
     const CategoryTotals spending{{"groceries", d("5")}, {"", d("3.5")}, {"Groceries", d("0.3")}};
-    EXPECT_EQ(store.spendingByCategory(month), spending);
-    EXPECT_EQ(store.spending(month), d("8.8"));
-    EXPECT_EQ(store.incomeByCategory(month), (CategoryTotals{{"Paycheck", d("1500")}, {"Refunds", d("0.05")}}));
-    EXPECT_EQ(store.income(month), d("1500.05"));
+    EXPECT_EQ(Reports::spendingByCategory(store.book(), month), spending);
+    EXPECT_EQ(Reports::spending(store.book(), month), d("8.8"));
+    EXPECT_EQ(Reports::incomeByCategory(store.book(), month),
+              (CategoryTotals{{"Paycheck", d("1500")}, {"Refunds", d("0.05")}}));
+    EXPECT_EQ(Reports::income(store.book(), month), d("1500.05"));
 
     // Read back from the file, where equal texts share their storage, the groups are the same.
     Store reopened({temp.path() + QStringLiteral("/again")});
     EXPECT_TRUE(reopened.setBook(decodeFile(temp.path() + QStringLiteral("/coinhall.json"))));
-    EXPECT_EQ(reopened.spendingByCategory(month), spending);
+    EXPECT_EQ(Reports::spendingByCategory(reopened.book(), month), spending);
 }
 
 TEST_F(Periods, ReportLinesTruncatePercentsAndCompareBudgetsOverThePeriodsMonths)
@@ -169,7 +171,7 @@ TEST_F(Periods, ReportLinesTruncatePercentsAndCompareBudgetsOverThePeriodsMonths
     book.categories.push_back({"Rent", false, d("0.025")});
     ASSERT_TRUE(store.setBook(book));
 
-    const PeriodReport month = store.periodReport(ReportPeriod::thisMonth);
+    const PeriodReport month = Reports::periodReport(store.book(), ReportPeriod::thisMonth, today);
     ASSERT_EQ(month.spendingLines.size(), 3u);
     const CategoryLine &groceries = month.spendingLines[0], &rent = month.spendingLines[1];
     EXPECT_EQ(groceries.percentText, "66%"); // exact: through a double 0.29 of 1 would be 28%
@@ -181,7 +183,7 @@ TEST_F(Periods, ReportLinesTruncatePercentsAndCompareBudgetsOverThePeriodsMonths
     EXPECT_EQ(month.spendingLines[2].limit, std::nullopt);
 
     // A year compares with twelve months of budget; without a total every share is nothing.
-    const PeriodReport year = store.periodReport(ReportPeriod::thisYear);
+    const PeriodReport year = Reports::periodReport(store.book(), ReportPeriod::thisYear, today);
     EXPECT_EQ(year.spendingLines[1].limit, d("0.3"));
     EXPECT_FALSE(year.spendingLines[1].over);
     EXPECT_EQ(categoryLines({{"Gigs", d("0")}}, d("0"), {}, 1)[0].percentText, "0%");

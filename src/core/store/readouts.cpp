@@ -1,4 +1,4 @@
-// The Store's figures for the screens, as the texts and counts they show.
+// The header's read-outs: the Store's figures as the screens show them.
 #include "store/store.h"
 
 #include "model/money.h"

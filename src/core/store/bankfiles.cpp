@@ -1,0 +1,47 @@
+// The Store's side of bank files: an import's new lines join the Book in one write;
+// an export writes the Book's lines to a file of the user's choosing.
+#include "store/store.h"
+
+#include "bankfiles/export.h"
+#include "bankfiles/ledgerexport.h"
+#include "store/atomicfile.h"
+
+#include <QFileInfo>
+
+Saved Store::importTransactions(const std::vector<Transaction> &txs, const QString &fileName)
+{
+    if (!txs.empty()) {
+        OneWrite once(*this);
+        m_book.transactions.insert(m_book.transactions.end(), txs.begin(), txs.end());
+        sortNewestFirst(txs.size());
+        assigned();
+    }
+    return done(tr("Imported %1 transactions from %2.").arg(txs.size()).arg(QFileInfo(fileName).fileName()));
+}
+
+QByteArray Store::exportText() const
+{
+    return CSVExport::text(m_book);
+}
+
+Saved Store::exportCSV(const QString &path)
+{
+    return writeExport(path, exportText());
+}
+
+Saved Store::exportJournal(const QString &path)
+{
+    return writeExport(path, LedgerExport::journal(m_book));
+}
+
+Saved Store::writeExport(const QString &path, const QByteArray &bytes)
+{
+    QString reason;
+    if (!writeFileAtomically(path, bytes, &reason)) {
+        const QString error = tr("Could not save: %1").arg(reason);
+        setStatus(error);
+        return {true, error};
+    }
+    setStatus(tr("Saved %1.").arg(QFileInfo(path).fileName()));
+    return {true, {}};
+}
