@@ -375,7 +375,12 @@ def keyboard_only(j):
     if node is None or node.name != "To (who you paid)":
         raise Failure(f"Tab from Amount should reach 'To (who you paid)', reached {node and node.name!r}")
     app.type("Tape Shop")
-    j.step("Return saves")
+    j.step("Return in the payee field guesses the category and moves on")
+    app.key("Return")
+    node = focused(app)
+    if node is None or node.name != "Category":
+        raise Failure(f"Return in the payee field should move on to 'Category', reached {node and node.name!r}")
+    j.step("Return on the closed category list saves")
     app.key("Return")
     wait_for("the sheet to close on Return", lambda: not app.matches("Money out", "dialog"), 5, app.check_alive)
     if j.kill_after_save:
