@@ -134,15 +134,12 @@ FocusScope {
                 Accessible.role: Accessible.Heading
                 Accessible.name: text
             }
-            Text {
+            BodyText {
                 Layout.fillWidth: true
                 horizontalAlignment: Text.AlignHCenter
                 text: root.refused ? "That password did not open Coinhall. Try again."
                                    : "Type your account password to open your books."
-                font.family: Tokens.textFamily
-                font.pointSize: Tokens.pt(Tokens.bodySize)
                 color: root.refused ? Tokens.destructive : Looks.current.muted
-                textFormat: Text.PlainText
                 wrapMode: Text.WordWrap
                 Accessible.role: Accessible.StaticText
                 Accessible.name: text

@@ -15,25 +15,20 @@ ColumnLayout {
     Accessible.role: Accessible.StaticText
     Accessible.name: caption + " " + value
 
-    Text {
+    BodyText {
         text: root.caption
-        font.family: Tokens.textFamily
         font.weight: Font.ExtraBold
         font.pointSize: Tokens.pt(8.5)
         font.letterSpacing: 1.1
         color: Looks.current.lcd
         opacity: 0.7
-        textFormat: Text.PlainText
         Accessible.ignored: true
     }
-    Text {
+    FigureText {
         objectName: "value"
         text: root.value
-        font.family: Tokens.lcdFamily
-        font.weight: Font.Bold
         font.pointSize: Tokens.pt(17)
         color: Looks.current.lcd
-        textFormat: Text.PlainText
         Accessible.ignored: true
     }
 }

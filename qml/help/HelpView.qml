@@ -93,15 +93,13 @@ FocusScope {
                             size: 17
                             color: row.highlighted ? Looks.current.accent : Looks.current.muted
                         }
-                        Text {
+                        BodyText {
                             Layout.fillWidth: true
                             text: row.modelData.title
-                            font.family: Tokens.textFamily
                             font.weight: row.highlighted ? Font.Bold : Font.DemiBold
                             font.pointSize: Tokens.pt(14)
                             color: row.highlighted ? Looks.current.text : Looks.current.soft
                             elide: Text.ElideRight
-                            textFormat: Text.PlainText
                         }
                     }
                     background: Rectangle {
@@ -152,11 +150,10 @@ FocusScope {
                         Accessible.role: Accessible.Heading
                         Accessible.name: text
                     }
-                    Text {
+                    BodyText {
                         objectName: "helpBody"
                         Layout.fillWidth: true
                         text: root.chapter ? root.linked(root.chapter.text) : ""
-                        font.family: Tokens.textFamily
                         font.pointSize: Tokens.pt(14)
                         lineHeight: 1.3
                         color: Looks.current.soft

@@ -34,14 +34,11 @@ Item {
         anchors.fill: parent
         spacing: Tokens.spaceM
 
-        Text {
+        BodyText {
             Layout.preferredWidth: Tokens.fieldLabelWidth
             text: root.label
-            font.family: Tokens.textFamily
             font.weight: Font.DemiBold
-            font.pointSize: Tokens.pt(Tokens.bodySize)
             color: Looks.current.soft
-            textFormat: Text.PlainText
             elide: Text.ElideRight
             Accessible.ignored: true
         }

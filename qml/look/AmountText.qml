@@ -3,7 +3,7 @@ import Coinhall
 
 // An amount of money with its sign ("+$45.10", "-$3.00") in the LCD face: below zero
 // in the look's soft colour, otherwise (zero included) in the fixed green.
-Text {
+FigureText {
     id: root
 
     // The amount as exact decimal text, as the Store hands it over ("-45.1").
@@ -15,8 +15,5 @@ Text {
 
     text: Fmt.signedMoney(amount)
     color: negative ? Looks.current.soft : Tokens.positive
-    font.family: Tokens.lcdFamily
-    font.weight: Font.Bold
     font.pointSize: Tokens.pt(size)
-    textFormat: Text.PlainText
 }

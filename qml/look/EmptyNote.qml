@@ -2,15 +2,13 @@ import QtQuick
 import Coinhall
 
 // The note shown where a list is empty, centred across the available width.
-Text {
+BodyText {
     id: root
 
     width: parent ? parent.width : implicitWidth
     padding: Tokens.notePadding
     horizontalAlignment: Text.AlignHCenter
     wrapMode: Text.WordWrap
-    font.family: Tokens.textFamily
     font.pointSize: Tokens.pt(Tokens.noteSize)
     color: Looks.current.muted
-    textFormat: Text.PlainText
 }

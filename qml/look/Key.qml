@@ -71,15 +71,13 @@ T.AbstractButton {
             color: root.labelColor
         }
 
-        Text {
+        BodyText {
             anchors.verticalCenter: parent.verticalCenter
             text: root.text
             visible: text !== ""
-            font.family: Tokens.textFamily
             font.weight: Font.Bold
             font.pointSize: Tokens.pt(Tokens.keySize)
             color: root.labelColor
-            textFormat: Text.PlainText
             Accessible.ignored: true
         }
     }

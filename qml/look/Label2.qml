@@ -27,16 +27,14 @@ Item {
         Accessible.ignored: true
     }
 
-    Text {
+    BodyText {
         id: face
 
         text: root.text.toUpperCase()
-        font.family: Tokens.textFamily
         font.weight: Font.ExtraBold
         font.pointSize: Tokens.pt(root.size)
         font.letterSpacing: Tokens.label2Tracking
         color: Qt.rgba(Looks.current.soft.r, Looks.current.soft.g, Looks.current.soft.b, 0.8)
-        textFormat: Text.PlainText
         Accessible.ignored: true
     }
 }

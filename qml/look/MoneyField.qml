@@ -27,16 +27,13 @@ Item {
         anchors.fill: parent
         spacing: Tokens.spaceM
 
-        Text {
+        BodyText {
             Layout.preferredWidth: Tokens.fieldLabelWidth
             Layout.alignment: Qt.AlignTop
             Layout.topMargin: Math.max(0, (Tokens.fieldHeight - implicitHeight) / 2)
             text: root.label
-            font.family: Tokens.textFamily
             font.weight: Font.DemiBold
-            font.pointSize: Tokens.pt(Tokens.bodySize)
             color: Looks.current.soft
-            textFormat: Text.PlainText
             // Long labels ("Amount that came in") take a second line rather than losing words.
             wrapMode: Text.WordWrap
             Accessible.ignored: true
@@ -73,15 +70,12 @@ Item {
                 }
             }
 
-            Text {
+            CaptionText {
                 id: hint
 
                 visible: field.text !== "" && !root.valid
                 text: "Not an amount"
-                font.family: Tokens.textFamily
-                font.pointSize: Tokens.pt(Tokens.captionSize)
                 color: Tokens.destructive
-                textFormat: Text.PlainText
             }
         }
     }

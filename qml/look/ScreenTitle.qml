@@ -27,17 +27,15 @@ Item {
         Accessible.name: text
     }
 
-    Text {
+    BodyText {
         id: sub
 
         y: heading.implicitHeight + Tokens.spaceXS
         width: root.width
         visible: root.subtitle !== ""
         text: root.subtitle
-        font.family: Tokens.textFamily
         font.pointSize: Tokens.pt(Tokens.subtitleSize)
         color: Looks.current.muted
-        textFormat: Text.PlainText
         wrapMode: Text.WordWrap
     }
 }

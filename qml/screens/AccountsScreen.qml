@@ -82,37 +82,26 @@ Item {
                                 Layout.fillWidth: true
                                 spacing: 2
 
-                                Text {
+                                BodyText {
                                     objectName: "accountTitle"
                                     Layout.fillWidth: true
                                     text: line.account.title || ""
-                                    font.family: Tokens.textFamily
                                     font.weight: Font.Bold
-                                    font.pointSize: Tokens.pt(Tokens.bodySize)
                                     color: line.account.closed ? Looks.current.muted : Looks.current.text
                                     elide: Text.ElideRight
-                                    textFormat: Text.PlainText
                                 }
-                                Text {
+                                CaptionText {
                                     objectName: "accountCount"
                                     Layout.fillWidth: true
                                     text: line.account.countText || ""
-                                    font.family: Tokens.textFamily
-                                    font.pointSize: Tokens.pt(Tokens.captionSize)
-                                    color: Looks.current.muted
                                     elide: Text.ElideRight
-                                    textFormat: Text.PlainText
                                 }
                             }
 
-                            Text {
+                            FigureText {
                                 objectName: "accountBalance"
                                 text: line.account.balanceText || ""
-                                font.family: Tokens.lcdFamily
-                                font.weight: Font.Bold
-                                font.pointSize: Tokens.pt(Tokens.amountSize)
                                 color: Fmt.isNegative(line.account.balance || "0") ? Looks.current.soft : Looks.current.text
-                                textFormat: Text.PlainText
                             }
 
                             Key {
@@ -134,25 +123,18 @@ Item {
                     Accessible.role: Accessible.StaticText
                     Accessible.name: "Total across open accounts " + bridge.totalText
 
-                    Text {
+                    BodyText {
                         Layout.fillWidth: true
                         text: "Total across open accounts"
-                        font.family: Tokens.textFamily
                         font.weight: Font.ExtraBold
-                        font.pointSize: Tokens.pt(Tokens.bodySize)
                         color: Looks.current.soft
                         elide: Text.ElideRight
-                        textFormat: Text.PlainText
                         Accessible.ignored: true
                     }
-                    Text {
+                    FigureText {
                         objectName: "totalText"
                         text: bridge.totalText
-                        font.family: Tokens.lcdFamily
-                        font.weight: Font.Bold
                         font.pointSize: Tokens.pt(15)
-                        color: Looks.current.text
-                        textFormat: Text.PlainText
                         Accessible.ignored: true
                     }
                 }
@@ -188,14 +170,12 @@ Item {
                     Layout.fillWidth: true
                     spacing: Tokens.spaceL
 
-                    Text {
+                    BodyText {
                         Layout.fillWidth: true
                         text: bridge.privacyText
-                        font.family: Tokens.textFamily
                         font.pointSize: Tokens.pt(Tokens.captionSize + 1)
                         color: Looks.current.muted
                         wrapMode: Text.WordWrap
-                        textFormat: Text.PlainText
                     }
 
                     Key {
@@ -224,14 +204,12 @@ Item {
                     text: "Monthly budgets"
                 }
 
-                Text {
+                BodyText {
                     Layout.fillWidth: true
                     text: "Set a limit on any spending category. Reports flag it in red when you go over."
-                    font.family: Tokens.textFamily
                     font.pointSize: Tokens.pt(Tokens.captionSize + 1)
                     color: Looks.current.muted
                     wrapMode: Text.WordWrap
-                    textFormat: Text.PlainText
                 }
 
                 ListRows {

@@ -141,15 +141,12 @@ Item {
                                         anchors.fill: parent
                                         spacing: Tokens.spaceM
 
-                                        Text {
+                                        BodyText {
                                             Layout.fillWidth: true
                                             text: finishedRow.modelData.name
-                                            font.family: Tokens.textFamily
                                             font.weight: Font.Bold
-                                            font.pointSize: Tokens.pt(Tokens.bodySize)
                                             color: Looks.current.soft
                                             elide: Text.ElideRight
-                                            textFormat: Text.PlainText
                                         }
                                         Text {
                                             text: finishedRow.modelData.amountText
@@ -196,17 +193,14 @@ Item {
                         LCD {
                             Layout.fillWidth: true
 
-                            Text {
+                            FigureText {
                                 objectName: "monthlyAverage"
                                 width: parent.width
                                 text: bills.monthlyAverageText
-                                font.family: Tokens.lcdFamily
-                                font.weight: Font.Bold
                                 font.pointSize: Tokens.pt(22)
                                 fontSizeMode: Text.HorizontalFit
                                 minimumPointSize: Tokens.pt(12)
                                 color: Looks.current.lcd
-                                textFormat: Text.PlainText
                                 Accessible.role: Accessible.StaticText
                                 Accessible.name: "Bills per month (average): " + text
                             }
@@ -216,18 +210,15 @@ Item {
                             Layout.topMargin: Tokens.spaceM
                             text: "Overdue"
                         }
-                        Text {
+                        BodyText {
                             objectName: "overdueSummary"
                             Layout.fillWidth: true
                             text: bills.overdue.length === 0 ? "Nothing overdue."
                                   : bills.overdue.length + (bills.overdue.length === 1 ? " bill · " : " bills · ")
                                     + bills.overdueTotalText
-                            font.family: Tokens.textFamily
                             font.weight: Font.Bold
-                            font.pointSize: Tokens.pt(Tokens.bodySize)
                             color: bills.overdue.length === 0 ? Looks.current.muted : Tokens.destructive
                             wrapMode: Text.WordWrap
-                            textFormat: Text.PlainText
                             Accessible.role: Accessible.StaticText
                             Accessible.name: "Overdue: " + text
                         }
@@ -246,21 +237,15 @@ Item {
                                 width: overdueRows.cellWidth
                                 spacing: Tokens.spaceS
 
-                                Text {
+                                CaptionText {
                                     Layout.fillWidth: true
                                     text: overdueRow.modelData.name
-                                    font.family: Tokens.textFamily
-                                    font.pointSize: Tokens.pt(Tokens.captionSize)
                                     color: Looks.current.soft
                                     elide: Text.ElideRight
-                                    textFormat: Text.PlainText
                                 }
-                                Text {
+                                CaptionText {
                                     text: "was due " + overdueRow.modelData.dueShort
-                                    font.family: Tokens.textFamily
-                                    font.pointSize: Tokens.pt(Tokens.captionSize)
                                     color: Tokens.destructive
-                                    textFormat: Text.PlainText
                                 }
                             }
                         }
@@ -307,33 +292,22 @@ Item {
                                     Layout.fillWidth: true
                                     spacing: 0
 
-                                    Text {
+                                    BodyText {
                                         Layout.fillWidth: true
                                         text: paidRow.modelData.name
-                                        font.family: Tokens.textFamily
                                         font.weight: Font.Bold
-                                        font.pointSize: Tokens.pt(Tokens.bodySize)
-                                        color: Looks.current.text
                                         elide: Text.ElideRight
-                                        textFormat: Text.PlainText
                                     }
-                                    Text {
+                                    CaptionText {
                                         Layout.fillWidth: true
                                         text: paidRow.modelData.dateText
-                                        font.family: Tokens.textFamily
-                                        font.pointSize: Tokens.pt(Tokens.captionSize)
-                                        color: Looks.current.muted
                                         elide: Text.ElideRight
-                                        textFormat: Text.PlainText
                                     }
                                 }
-                                Text {
+                                FigureText {
                                     text: paidRow.modelData.amountText
-                                    font.family: Tokens.lcdFamily
-                                    font.weight: Font.Bold
                                     font.pointSize: Tokens.pt(Tokens.bodySize)
                                     color: Looks.current.soft
-                                    textFormat: Text.PlainText
                                 }
                             }
                         }

@@ -42,15 +42,11 @@ Item {
         anchors.fill: parent
         spacing: Tokens.spaceM
 
-        Text {
+        BodyText {
             Layout.fillWidth: true
             text: root.name
-            font.family: Tokens.textFamily
             font.weight: Font.DemiBold
-            font.pointSize: Tokens.pt(Tokens.bodySize)
-            color: Looks.current.text
             elide: Text.ElideRight
-            textFormat: Text.PlainText
             Accessible.ignored: true
         }
 

@@ -53,25 +53,20 @@ ColumnLayout {
                 Layout.fillWidth: true
                 spacing: Tokens.spaceM
 
-                Text {
+                BodyText {
                     Layout.fillWidth: true
                     text: line.modelData.name
-                    font.family: Tokens.textFamily
                     font.weight: Font.Bold
                     font.pointSize: Tokens.pt(12.5)
-                    color: Looks.current.text
                     elide: Text.ElideRight
-                    textFormat: Text.PlainText
                     Accessible.ignored: true
                 }
-                Text {
+                BodyText {
                     objectName: "budgetText"
                     visible: text !== ""
                     text: line.modelData.budgetText
-                    font.family: Tokens.textFamily
                     font.pointSize: Tokens.pt(10.5)
                     color: line.modelData.over ? Tokens.destructive : Looks.current.muted
-                    textFormat: Text.PlainText
                     Accessible.ignored: true
                 }
                 Text {

@@ -229,24 +229,16 @@ Item {
                                 size: 18
                                 color: Looks.current.soft
                             }
-                            Text {
+                            BodyText {
                                 Layout.fillWidth: true
                                 text: accountRow.modelData.name
-                                font.family: Tokens.textFamily
                                 font.weight: Font.Bold
-                                font.pointSize: Tokens.pt(Tokens.bodySize)
-                                color: Looks.current.text
                                 elide: Text.ElideRight
-                                textFormat: Text.PlainText
                             }
-                            Text {
+                            FigureText {
                                 objectName: "balanceText"
                                 text: accountRow.modelData.balanceText
-                                font.family: Tokens.lcdFamily
-                                font.weight: Font.Bold
-                                font.pointSize: Tokens.pt(Tokens.amountSize)
                                 color: accountRow.modelData.negative ? Looks.current.soft : Looks.current.text
-                                textFormat: Text.PlainText
                             }
                         }
                     }
@@ -328,35 +320,22 @@ Item {
                                 Layout.fillWidth: true
                                 spacing: 1
 
-                                Text {
+                                BodyText {
                                     Layout.fillWidth: true
                                     text: royaltyRow.modelData.payer
-                                    font.family: Tokens.textFamily
                                     font.weight: Font.Bold
-                                    font.pointSize: Tokens.pt(Tokens.bodySize)
-                                    color: Looks.current.text
                                     elide: Text.ElideRight
-                                    textFormat: Text.PlainText
                                 }
-                                Text {
+                                CaptionText {
                                     objectName: "expectedLine"
                                     Layout.fillWidth: true
                                     text: royaltyRow.modelData.expectedLine
-                                    font.family: Tokens.textFamily
-                                    font.pointSize: Tokens.pt(Tokens.captionSize)
-                                    color: Looks.current.muted
                                     elide: Text.ElideRight
-                                    textFormat: Text.PlainText
                                 }
                             }
-                            Text {
+                            FigureText {
                                 objectName: "expectedAmount"
                                 text: royaltyRow.modelData.expectedText
-                                font.family: Tokens.lcdFamily
-                                font.weight: Font.Bold
-                                font.pointSize: Tokens.pt(Tokens.amountSize)
-                                color: Looks.current.text
-                                textFormat: Text.PlainText
                             }
                             Key {
                                 objectName: "gotItKey"

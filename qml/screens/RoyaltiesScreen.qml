@@ -23,23 +23,16 @@ Item {
         store: Store
     }
 
-    component Figure: Text {
+    component Figure: FigureText {
         Layout.alignment: Qt.AlignRight
-        font.family: Tokens.lcdFamily
-        font.weight: Font.Bold
-        font.pointSize: Tokens.pt(Tokens.amountSize)
-        textFormat: Text.PlainText
         Accessible.role: Accessible.StaticText
         Accessible.name: text
     }
 
-    component Caption: Text {
+    component Caption: BodyText {
         Layout.fillWidth: true
-        font.family: Tokens.textFamily
         font.weight: Font.DemiBold
-        font.pointSize: Tokens.pt(Tokens.bodySize)
         elide: Text.ElideRight
-        textFormat: Text.PlainText
     }
 
     ColumnLayout {
@@ -207,8 +200,7 @@ Item {
 
                             Caption {
                                 text: payerRow.modelData.payer
-                                color: Looks.current.text
-                            }
+                                }
                             Figure {
                                 text: payerRow.modelData.totalText
                                 color: Tokens.positive
@@ -255,7 +247,6 @@ Item {
                         Figure {
                             objectName: "stillExpected"
                             text: royalties.stillExpectedText
-                            color: Looks.current.text
                         }
                     }
 

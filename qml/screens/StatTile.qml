@@ -26,18 +26,15 @@ Panel {
             text: root.label
             clip: true
         }
-        Text {
+        FigureText {
             objectName: "tileValue"
             Layout.fillWidth: true
             text: root.value
-            font.family: Tokens.lcdFamily
-            font.weight: Font.Bold
             font.pointSize: Tokens.pt(20)
             // A long figure shrinks to its tile rather than running out of it.
             fontSizeMode: Text.HorizontalFit
             minimumPointSize: Tokens.pt(11)
             color: root.valueColor
-            textFormat: Text.PlainText
             Accessible.ignored: true
         }
     }

@@ -56,12 +56,9 @@ Item {
     }
 
     // One figure of the summary strip: the count of lines, money in, money out.
-    component SummaryText: Text {
-        font.family: Tokens.lcdFamily
-        font.weight: Font.Bold
+    component SummaryText: FigureText {
         font.pointSize: Tokens.pt(Tokens.bodySize)
         color: Looks.current.lcd
-        textFormat: Text.PlainText
         Accessible.role: Accessible.StaticText
         Accessible.name: text
     }
@@ -115,13 +112,10 @@ Item {
                 anchors.fill: parent
                 spacing: Tokens.spaceM
 
-                Text {
+                BodyText {
                     text: "Account"
-                    font.family: Tokens.textFamily
                     font.weight: Font.DemiBold
-                    font.pointSize: Tokens.pt(Tokens.bodySize)
                     color: Looks.current.soft
-                    textFormat: Text.PlainText
                     Accessible.ignored: true
                 }
 

@@ -74,24 +74,16 @@ Item {
                 Layout.fillWidth: true
                 spacing: 1
 
-                Text {
+                BodyText {
                     Layout.fillWidth: true
                     text: root.payee
-                    font.family: Tokens.textFamily
                     font.weight: Font.Bold
-                    font.pointSize: Tokens.pt(Tokens.bodySize)
-                    color: Looks.current.text
                     elide: Text.ElideRight
-                    textFormat: Text.PlainText
                 }
-                Text {
+                CaptionText {
                     Layout.fillWidth: true
                     text: root.detail
-                    font.family: Tokens.textFamily
-                    font.pointSize: Tokens.pt(Tokens.captionSize)
-                    color: Looks.current.muted
                     elide: Text.ElideRight
-                    textFormat: Text.PlainText
                 }
             }
 
@@ -106,18 +98,16 @@ Item {
                 border.width: 1
                 border.color: Looks.current.accent
 
-                Text {
+                BodyText {
                     id: badge
 
                     x: Tokens.spaceS
                     anchors.verticalCenter: parent.verticalCenter
                     text: "PENDING"
-                    font.family: Tokens.textFamily
                     font.weight: Font.Bold
                     font.pointSize: Tokens.pt(Tokens.badgeSize)
                     font.letterSpacing: 1
                     color: Looks.current.accent
-                    textFormat: Text.PlainText
                 }
             }
 

@@ -88,15 +88,11 @@ SheetFrame {
         label: "Starting balance"
     }
 
-    Text {
+    CaptionText {
         Layout.fillWidth: true
         Layout.leftMargin: Tokens.fieldLabelWidth + Tokens.spaceM
         text: "Enter what the account had on the day you start using Coinhall. For a credit card, enter what you owe as a minus number (e.g. -450)."
-        font.family: Tokens.textFamily
-        font.pointSize: Tokens.pt(Tokens.captionSize)
-        color: Looks.current.muted
         wrapMode: Text.WordWrap
-        textFormat: Text.PlainText
     }
 
     FormRow {
@@ -108,15 +104,12 @@ SheetFrame {
         }
     }
 
-    Text {
+    CaptionText {
         objectName: "deleteNote"
         Layout.fillWidth: true
         visible: root.hasTransactions
         text: "This account has transactions, so it can be closed but not deleted."
-        font.family: Tokens.textFamily
-        font.pointSize: Tokens.pt(Tokens.captionSize)
         color: Looks.current.soft
         wrapMode: Text.WordWrap
-        textFormat: Text.PlainText
     }
 }

@@ -207,22 +207,15 @@ SheetFrame {
                     Accessible.role: Accessible.StaticText
                     Accessible.name: modelData.dateText + ", " + modelData.amountText
 
-                    Text {
+                    BodyText {
                         Layout.fillWidth: true
                         text: payment.modelData.dateText
-                        font.family: Tokens.textFamily
-                        font.pointSize: Tokens.pt(Tokens.bodySize)
                         color: Looks.current.soft
                         elide: Text.ElideRight
-                        textFormat: Text.PlainText
                     }
-                    Text {
+                    FigureText {
                         text: payment.modelData.amountText
-                        font.family: Tokens.lcdFamily
-                        font.weight: Font.Bold
                         font.pointSize: Tokens.pt(Tokens.bodySize)
-                        color: Looks.current.text
-                        textFormat: Text.PlainText
                     }
                 }
             }

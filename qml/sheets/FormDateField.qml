@@ -79,15 +79,11 @@ FormRow {
         contentItem: RowLayout {
             spacing: Tokens.spaceS
 
-            Text {
+            BodyText {
                 Layout.fillWidth: true
                 text: button.text
-                font.family: Tokens.textFamily
-                font.pointSize: Tokens.pt(Tokens.bodySize)
-                color: Looks.current.text
                 elide: Text.ElideRight
                 verticalAlignment: Text.AlignVCenter
-                textFormat: Text.PlainText
             }
             Icon {
                 symbol: "calendar"
@@ -149,15 +145,11 @@ FormRow {
                         Accessible.name: "Previous month"
                         onClicked: popup.turn(-1)
                     }
-                    Text {
+                    BodyText {
                         Layout.fillWidth: true
                         horizontalAlignment: Text.AlignHCenter
                         text: Fmt.month(new Date(popup.shownYear, popup.shownMonth, 15).getTime())
-                        font.family: Tokens.textFamily
                         font.weight: Font.Bold
-                        font.pointSize: Tokens.pt(Tokens.bodySize)
-                        color: Looks.current.text
-                        textFormat: Text.PlainText
                     }
                     Key {
                         icon.name: "chevron.right"
@@ -209,14 +201,11 @@ FormRow {
                         border.width: today && !chosen ? 1 : 0
                         border.color: Looks.current.accent
 
-                        Text {
+                        CaptionText {
                             anchors.centerIn: parent
                             text: cell.day
-                            font.family: Tokens.textFamily
-                            font.pointSize: Tokens.pt(Tokens.captionSize)
                             color: cell.chosen ? Looks.current.bg
                                    : cell.month === popup.shownMonth ? Looks.current.text : Looks.current.muted
-                            textFormat: Text.PlainText
                         }
 
                         MouseArea {

@@ -34,7 +34,7 @@ Item {
         textFormat: Text.PlainText
     }
 
-    Text {
+    BodyText {
         id: caption
 
         width: root.stacked ? root.width : Tokens.fieldLabelWidth
@@ -42,11 +42,8 @@ Item {
         y: root.stacked ? 0 : Math.max(0, (Math.min(slot.height, Tokens.fieldHeight) - implicitHeight) / 2)
         text: root.label
         wrapMode: Text.WordWrap
-        font.family: Tokens.textFamily
         font.weight: Font.DemiBold
-        font.pointSize: Tokens.pt(Tokens.bodySize)
         color: Looks.current.soft
-        textFormat: Text.PlainText
         Accessible.ignored: true
     }
 

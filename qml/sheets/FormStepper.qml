@@ -51,15 +51,12 @@ FormRow {
             anchors.fill: parent
             spacing: Tokens.spaceS
 
-            Text {
+            BodyText {
                 Layout.fillWidth: true
                 text: root.text
-                font.family: Tokens.textFamily
                 font.weight: Font.DemiBold
-                font.pointSize: Tokens.pt(Tokens.bodySize)
                 color: Looks.current.soft
                 wrapMode: Text.WordWrap
-                textFormat: Text.PlainText
                 Accessible.ignored: true
             }
 

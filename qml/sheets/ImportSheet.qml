@@ -52,14 +52,12 @@ SheetFrame {
         onAccepted: root.chooseFile(selectedFile)
     }
 
-    Text {
+    BodyText {
         Layout.fillWidth: true
         text: "Log in to your bank's website, download your activity as a CSV file (sometimes called \"Export\" or \"Download transactions\"), then choose it here. Lines you've already imported are skipped automatically."
-        font.family: Tokens.textFamily
         font.pointSize: Tokens.pt(Tokens.captionSize + 0.5)
         color: Looks.current.soft
         wrapMode: Text.WordWrap
-        textFormat: Text.PlainText
     }
 
     RowLayout {
@@ -71,30 +69,25 @@ SheetFrame {
             title: "Choose CSV file…"
             onClicked: openPanel.open()
         }
-        Text {
+        BodyText {
             objectName: "fileName"
             Layout.fillWidth: true
             text: bridge.fileName !== "" ? bridge.fileName : "No file chosen"
-            font.family: Tokens.textFamily
             font.weight: bridge.fileName !== "" ? Font.DemiBold : Font.Normal
-            font.pointSize: Tokens.pt(Tokens.bodySize)
             color: bridge.fileName !== "" ? Looks.current.text : Looks.current.muted
             elide: Text.ElideMiddle
-            textFormat: Text.PlainText
         }
     }
 
-    Text {
+    BodyText {
         objectName: "message"
         Layout.fillWidth: true
         visible: bridge.message !== ""
         text: bridge.message
-        font.family: Tokens.textFamily
         font.weight: Font.DemiBold
         font.pointSize: Tokens.pt(Tokens.captionSize + 0.5)
         color: Tokens.destructive
         wrapMode: Text.WordWrap
-        textFormat: Text.PlainText
         Accessible.role: Accessible.AlertMessage
         Accessible.name: text
     }
@@ -145,18 +138,16 @@ SheetFrame {
         }
     }
 
-    Text {
+    BodyText {
         objectName: "previewTitle"
         Layout.fillWidth: true
         Layout.topMargin: Tokens.spaceXS
         visible: bridge.hasPreview
         text: bridge.previewTitle
-        font.family: Tokens.textFamily
         font.weight: Font.ExtraBold
         font.pointSize: Tokens.pt(Tokens.captionSize + 0.5)
         color: Looks.current.soft
         elide: Text.ElideRight
-        textFormat: Text.PlainText
         Accessible.role: Accessible.StaticText
         Accessible.name: text
     }
@@ -203,41 +194,31 @@ SheetFrame {
                 Layout.fillWidth: true
                 spacing: 0
 
-                Text {
+                BodyText {
                     Layout.fillWidth: true
                     text: line.modelData.payee
-                    font.family: Tokens.textFamily
                     font.weight: Font.DemiBold
                     font.pointSize: Tokens.pt(Tokens.captionSize + 1)
-                    color: Looks.current.text
                     elide: Text.ElideRight
                     maximumLineCount: 1
-                    textFormat: Text.PlainText
                     Accessible.ignored: true
                 }
-                Text {
+                CaptionText {
                     Layout.fillWidth: true
                     text: line.modelData.category
-                    font.family: Tokens.textFamily
-                    font.pointSize: Tokens.pt(Tokens.captionSize)
-                    color: Looks.current.muted
                     elide: Text.ElideRight
-                    textFormat: Text.PlainText
                     Accessible.ignored: true
                 }
             }
-            Text {
+            FigureText {
                 Layout.preferredWidth: 100
                 Layout.alignment: Qt.AlignTop
                 horizontalAlignment: Text.AlignRight
                 text: line.modelData.amountText
-                font.family: Tokens.lcdFamily
-                font.weight: Font.Bold
                 font.pointSize: Tokens.pt(Tokens.captionSize + 1)
                 fontSizeMode: Text.HorizontalFit
                 minimumPointSize: Tokens.pt(8)
                 color: line.modelData.negative ? Looks.current.soft : Tokens.positive
-                textFormat: Text.PlainText
                 Accessible.ignored: true
             }
         }

@@ -74,20 +74,17 @@ SheetFrame {
             store: Store
         }
 
-        Text {
+        BodyText {
             id: link
 
             objectName: "websiteLink"
             Layout.fillWidth: true
             visible: (root.bill.website || "") !== ""
             text: root.bill.websiteLine || ""
-            font.family: Tokens.textFamily
             font.weight: Font.Bold
-            font.pointSize: Tokens.pt(Tokens.bodySize)
             font.underline: linkMouse.containsMouse || link.activeFocus
             color: Looks.current.accent2
             wrapMode: Text.WordWrap
-            textFormat: Text.PlainText
             activeFocusOnTab: true
             Accessible.role: Accessible.Link
             Accessible.name: text
@@ -104,15 +101,11 @@ SheetFrame {
             }
         }
 
-        Text {
+        CaptionText {
             objectName: "nextLine"
             Layout.fillWidth: true
             text: root.bill.nextLine || ""
-            font.family: Tokens.textFamily
-            font.pointSize: Tokens.pt(Tokens.captionSize)
-            color: Looks.current.muted
             wrapMode: Text.WordWrap
-            textFormat: Text.PlainText
         }
     }
 }

@@ -75,15 +75,11 @@ SheetFrame {
             store: Store
         }
 
-        Text {
+        CaptionText {
             objectName: "explanation"
             Layout.fillWidth: true
             text: root.royalty.explanation || ""
-            font.family: Tokens.textFamily
-            font.pointSize: Tokens.pt(Tokens.captionSize)
-            color: Looks.current.muted
             wrapMode: Text.WordWrap
-            textFormat: Text.PlainText
         }
     }
 }

@@ -195,16 +195,13 @@ SheetFrame {
             label: "Note"
         }
 
-        Text {
+        CaptionText {
             objectName: "problem"
             Layout.fillWidth: true
             visible: root.problem !== ""
             text: root.problem
-            font.family: Tokens.textFamily
-            font.pointSize: Tokens.pt(Tokens.captionSize)
             color: Tokens.destructive
             wrapMode: Text.WordWrap
-            textFormat: Text.PlainText
             Accessible.role: Accessible.AlertMessage
             Accessible.name: text
         }

@@ -84,13 +84,10 @@ SheetFrame {
     FormRow {
         visible: root.sameAccount
 
-        Text {
+        CaptionText {
             text: "Choose two different accounts."
             wrapMode: Text.WordWrap
-            font.family: Tokens.textFamily
-            font.pointSize: Tokens.pt(Tokens.captionSize)
             color: Tokens.destructive
-            textFormat: Text.PlainText
         }
     }
 
@@ -115,13 +112,9 @@ SheetFrame {
         label: "Note"
     }
 
-    Text {
+    CaptionText {
         Layout.fillWidth: true
         text: "Transfers don't count as income or spending — they just move money from one account to the other."
         wrapMode: Text.WordWrap
-        font.family: Tokens.textFamily
-        font.pointSize: Tokens.pt(Tokens.captionSize)
-        color: Looks.current.muted
-        textFormat: Text.PlainText
     }
 }
