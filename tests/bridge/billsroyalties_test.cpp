@@ -88,15 +88,15 @@ TEST(MonthlyAverage, SumsExactlyAndRoundsOnceHalfToEven)
 
 TEST_F(BillsRoyalties, MonthlyAverageTextCountsOnlyActiveBills)
 {
-    addBill("Hosting", "120", local(2025, 4, 1), Repeat::yearly);
-    addBill("Lessons", "12", local(2025, 3, 20), Repeat::weekly);
-    const Bill once = addBill("Repair", "500", local(2025, 3, 25), Repeat::once);
+    addBill("Hosting", "120", local(2025, 4, 1, 12), Repeat::yearly);
+    addBill("Lessons", "12", local(2025, 3, 20, 12), Repeat::weekly);
+    const Bill once = addBill("Repair", "500", local(2025, 3, 25, 12), Repeat::once);
     EXPECT_EQ(bills.monthlyAverageText(), QStringLiteral("$62.00"));
     // A finished one-time bill is not active; a paid monthly one still counts.
-    Bill phone = addBill("Phone", "45.10", local(2025, 3, 16));
-    EXPECT_TRUE(store->pay(once, std::nullopt, local(2025, 3, 15), std::nullopt));
+    Bill phone = addBill("Phone", "45.10", local(2025, 3, 16, 12));
+    EXPECT_TRUE(store->pay(once, std::nullopt, local(2025, 3, 15, 12), std::nullopt));
     EXPECT_EQ(bills.monthlyAverageText(), QStringLiteral("$107.10"));
-    EXPECT_TRUE(store->pay(phone, std::nullopt, local(2025, 3, 15), std::nullopt));
+    EXPECT_TRUE(store->pay(phone, std::nullopt, local(2025, 3, 15, 12), std::nullopt));
     EXPECT_EQ(bills.monthlyAverageText(), QStringLiteral("$107.10"));
 }
 
@@ -131,7 +131,7 @@ TEST_F(BillsRoyalties, DueLinesCountWholeDaysAndMarkOverdue)
     addBill("Midnight", "2", local(2025, 3, 15, 0, 0));
     addBill("Tomorrow", "3", local(2025, 3, 16, 8));
     addBill("Card", "4", local(2025, 3, 18, 23), Repeat::monthly, true);
-    addBill("Rent", "5", local(2025, 4, 1));
+    addBill("Rent", "5", local(2025, 4, 1, 12));
 
     const QVariantList active = bills.active();
     ASSERT_EQ(active.size(), 5);
@@ -190,9 +190,9 @@ TEST_F(BillsRoyalties, SaveBillTakesTypedAmountsExactlyAndRefusesBadInput)
 
 TEST_F(BillsRoyalties, EditingABillKeepsItsHistoryAndPlace)
 {
-    const Bill first = addBill("Rent", "1450", local(2025, 3, 1));
-    addBill("Phone", "45", local(2025, 3, 20));
-    EXPECT_TRUE(store->pay(first, std::nullopt, local(2025, 3, 2), std::nullopt));
+    const Bill first = addBill("Rent", "1450", local(2025, 3, 1, 12));
+    addBill("Phone", "45", local(2025, 3, 20, 12));
+    EXPECT_TRUE(store->pay(first, std::nullopt, local(2025, 3, 2, 12), std::nullopt));
 
     QVariantMap fields = bills.bill(id(first.id));
     ASSERT_FALSE(fields.isEmpty());
@@ -207,16 +207,16 @@ TEST_F(BillsRoyalties, EditingABillKeepsItsHistoryAndPlace)
     EXPECT_EQ(changed.name, QStringLiteral("Studio rent"));
     EXPECT_EQ(changed.amount, d("1500"));
     EXPECT_EQ(changed.history.size(), 1u);
-    EXPECT_EQ(changed.due, local(2025, 4, 1));
+    EXPECT_EQ(changed.due, local(2025, 4, 1, 12));
 }
 
 TEST_F(BillsRoyalties, PayBooksTheTypedAmountFromTheChosenAccount)
 {
     const Bill rent = addBill("Rent", "10", local(2025, 1, 31, 9));
-    EXPECT_FALSE(bills.pay(id(rent.id), QStringLiteral("ten"), ms(local(2025, 3, 15)), QString()));
+    EXPECT_FALSE(bills.pay(id(rent.id), QStringLiteral("ten"), ms(local(2025, 3, 15, 12)), QString()));
     EXPECT_TRUE(store->book().transactions.empty());
 
-    ASSERT_TRUE(bills.pay(id(rent.id), QStringLiteral("12.5"), ms(local(2025, 3, 15)), id(savings.id)));
+    ASSERT_TRUE(bills.pay(id(rent.id), QStringLiteral("12.5"), ms(local(2025, 3, 15, 12)), id(savings.id)));
     ASSERT_EQ(store->book().transactions.size(), 1u);
     const Transaction &paid = store->book().transactions.front();
     EXPECT_EQ(paid.amount, d("-12.5"));
@@ -234,11 +234,11 @@ TEST_F(BillsRoyalties, PayBooksTheTypedAmountFromTheChosenAccount)
 
 TEST_F(BillsRoyalties, PaidOneTimeBillIsFinishedAndPaymentsListNewestFirst)
 {
-    const Bill repair = addBill("Repair", "80", local(2025, 3, 10), Repeat::once);
-    const Bill phone = addBill("Phone", "45", local(2025, 3, 1));
-    bills.pay(id(phone.id), QStringLiteral("45"), ms(local(2025, 3, 2)), QString());
-    bills.pay(id(repair.id), QStringLiteral("80"), ms(local(2025, 3, 12)), QString());
-    bills.pay(id(phone.id), QStringLiteral("46"), ms(local(2025, 3, 12)), QString());
+    const Bill repair = addBill("Repair", "80", local(2025, 3, 10, 12), Repeat::once);
+    const Bill phone = addBill("Phone", "45", local(2025, 3, 1, 12));
+    bills.pay(id(phone.id), QStringLiteral("45"), ms(local(2025, 3, 2, 12)), QString());
+    bills.pay(id(repair.id), QStringLiteral("80"), ms(local(2025, 3, 12, 12)), QString());
+    bills.pay(id(phone.id), QStringLiteral("46"), ms(local(2025, 3, 12, 12)), QString());
 
     ASSERT_EQ(bills.finished().size(), 1);
     EXPECT_EQ(text(at(bills.finished(), 0), "name"), QStringLiteral("Repair"));
@@ -256,7 +256,7 @@ TEST_F(BillsRoyalties, PaidOneTimeBillIsFinishedAndPaymentsListNewestFirst)
 
 TEST_F(BillsRoyalties, SkipAndDeleteFollowTheStore)
 {
-    const Bill rent = addBill("Rent", "1450", local(2025, 3, 1));
+    const Bill rent = addBill("Rent", "1450", local(2025, 3, 1, 12));
     QSignalSpy changed(&bills, &BillsBridge::changed);
     bills.skip(id(rent.id));
     EXPECT_EQ(text(at(bills.active(), 0), "dueText"), QStringLiteral("Apr 1, 2025"));
@@ -311,13 +311,14 @@ TEST_F(BillsRoyalties, ReceiveTakesOnlyAmountsAboveZero)
 {
     const Royalty distro = addRoyalty("DistroKid", "600", local(2025, 3, 10, 9), Repeat::quarterly);
     for (const char *bad : {"0", "-5", "(5)", "abc", ""})
-        EXPECT_FALSE(royalties.receive(id(distro.id), QString::fromUtf8(bad), ms(local(2025, 3, 15)), QString()))
+        EXPECT_FALSE(royalties.receive(id(distro.id), QString::fromUtf8(bad), ms(local(2025, 3, 15, 12)), QString()))
             << bad;
     EXPECT_TRUE(store->book().transactions.empty());
     EXPECT_FALSE(royalties.canReceive(QStringLiteral("0.00")));
     EXPECT_TRUE(royalties.canReceive(QStringLiteral("0.01")));
 
-    ASSERT_TRUE(royalties.receive(id(distro.id), QStringLiteral("$618.75"), ms(local(2025, 3, 15)), id(checking.id)));
+    ASSERT_TRUE(
+        royalties.receive(id(distro.id), QStringLiteral("$618.75"), ms(local(2025, 3, 15, 12)), id(checking.id)));
     EXPECT_EQ(store->status(), QStringLiteral("Logged $618.75 from DistroKid."));
     ASSERT_EQ(store->book().transactions.size(), 1u);
     EXPECT_EQ(store->book().transactions.front().amount, d("618.75"));
@@ -341,11 +342,11 @@ TEST_F(BillsRoyalties, WhoPaidThisYearSumsPerPayerLargestFirst)
         r.receivedDate = when;
         EXPECT_TRUE(store->save(r));
     };
-    received("BMI", "100", local(2025, 1, 10));
-    received("DistroKid", "80", local(2025, 2, 10));
-    received("BMI", "30.5", local(2025, 3, 1));
+    received("BMI", "100", local(2025, 1, 10, 12));
+    received("DistroKid", "80", local(2025, 2, 10, 12));
+    received("BMI", "30.5", local(2025, 3, 1, 12));
     received("DistroKid", "900", local(2024, 12, 31, 23));
-    addRoyalty("ASCAP", "50", local(2025, 4, 1));
+    addRoyalty("ASCAP", "50", local(2025, 4, 1, 12));
 
     const QVariantList payers = royalties.payers();
     ASSERT_EQ(payers.size(), 2);
@@ -400,8 +401,8 @@ TEST_F(BillsRoyalties, SaveRoyaltyReadsTheEditorsFields)
 
 TEST_F(BillsRoyalties, EditingAReceivedRoyaltyKeepsItReceived)
 {
-    const Royalty r = addRoyalty("BMI", "400", local(2025, 3, 1));
-    royalties.receive(id(r.id), QStringLiteral("410"), ms(local(2025, 3, 5)), QString());
+    const Royalty r = addRoyalty("BMI", "400", local(2025, 3, 1, 12));
+    royalties.receive(id(r.id), QStringLiteral("410"), ms(local(2025, 3, 5, 12)), QString());
     QVariantMap fields = royalties.royalty(id(r.id));
     EXPECT_EQ(text(fields, "editReceived"), QStringLiteral("410.00"));
 

@@ -38,7 +38,7 @@ class Bridges : public BridgeTest
 {
 protected:
     Bridges()
-        : BridgeTest(local(2025, 1, 20))
+        : BridgeTest(local(2025, 1, 20, 12))
     {}
 
     // Imports a bank download into `account` as the import sheet does.
@@ -79,7 +79,7 @@ protected:
 TEST_F(Bridges, AccountLinesCountThisMonthsLinesWithTheRightPlural)
 {
     importInto(checking, "harbor_checking.csv");
-    spend(savings, local(2025, 1, 2), "-5", "Fees & charges");
+    spend(savings, local(2025, 1, 2, 12), "-5", "Fees & charges");
     spend(savings, local(2024, 12, 31, 23), "-5", "Fees & charges");
     AccountsBridge screen;
     screen.setStore(store.get());
@@ -224,7 +224,7 @@ TEST_F(Bridges, ABridgeFollowsOnlyTheStoreItHasNow)
     QSignalSpy storeChanged(&screen, &DashboardSummary::storeChanged);
     QSignalSpy changed(&screen, &DashboardSummary::changed);
     screen.setStore(store.get());
-    spend(checking, local(2025, 1, 2), "-5", "Fees & charges");
+    spend(checking, local(2025, 1, 2, 12), "-5", "Fees & charges");
     EXPECT_EQ(screen.totalText(), "-$5.00");
 
     screen.setStore(&other);
@@ -234,9 +234,10 @@ TEST_F(Bridges, ABridgeFollowsOnlyTheStoreItHasNow)
     EXPECT_EQ(screen.totalText(), "$0.00");
 
     changed.clear();
-    spend(checking, local(2025, 1, 3), "-7", "Fees & charges");
+    spend(checking, local(2025, 1, 3, 12), "-7", "Fees & charges");
     EXPECT_EQ(changed.count(), 0) << "the Store it left still reaches it";
-    EXPECT_TRUE(other.add({.date = local(2025, 1, 3), .accountID = other.book().accounts.at(0).id, .amount = d("12")}));
+    EXPECT_TRUE(
+        other.add({.date = local(2025, 1, 3, 12), .accountID = other.book().accounts.at(0).id, .amount = d("12")}));
     EXPECT_EQ(screen.totalText(), "$12.00");
 }
 
@@ -246,7 +247,7 @@ TEST_F(Bridges, SomethingElseThanAStoreIsRefusedWithAWarningNamingTheBridge)
     TransactionListModel lines;
     screen.setStore(store.get());
     lines.setStore(store.get());
-    spend(checking, local(2025, 1, 2), "-5", "Fees & charges");
+    spend(checking, local(2025, 1, 2, 12), "-5", "Fees & charges");
     QObject stranger;
     warnings.clear();
     qInstallMessageHandler(keepWarning);
@@ -273,6 +274,6 @@ TEST_F(Bridges, ABridgeForgetsAStoreThatIsGone)
     EXPECT_EQ(reports.store(), nullptr);
     // A Store given after that is followed as any other.
     reports.setStore(store.get());
-    spend(checking, local(2025, 1, 2), "-5", "Fees & charges");
+    spend(checking, local(2025, 1, 2, 12), "-5", "Fees & charges");
     EXPECT_EQ(reports.spendingText(), "$5.00");
 }

@@ -26,12 +26,6 @@ public:
     void requestAuthorization() override {}
 };
 
-// A moment in local (New York) time; noon unless told.
-inline Instant local(int year, int month, int day, int hour = 12, int minute = 0, int second = 0)
-{
-    return Instant::fromDateTime(QDateTime(QDate(year, month, day), QTime(hour, minute, second)));
-}
-
 // The map at `i` of a list a bridge hands QML; empty past its end.
 inline QVariantMap at(const QVariantList &list, qsizetype i)
 {

@@ -42,7 +42,7 @@ protected:
     }
     CalendarGrid::Month month(int year, int month)
     {
-        return CalendarGrid::month(*store, local(year, month, 1), Qt::Sunday);
+        return CalendarGrid::month(*store, local(year, month, 1, 12), Qt::Sunday);
     }
     // A day's items as "title amount tone" texts.
     static std::vector<std::string> items(const CalendarGrid::Month &m, int day)
@@ -97,8 +97,8 @@ TEST_F(Overview, ADaysItemsComeAsBillsThenRoyaltiesThenMoneyInAndOut)
 
 TEST_F(Overview, ATransferAddsNoMoneyLine)
 {
-    EXPECT_TRUE(store->transfer(checking.id, savings.id, d("25"), local(2025, 3, 20), QString()));
-    line(local(2025, 3, 21), "-7", TxKind::bill);
+    EXPECT_TRUE(store->transfer(checking.id, savings.id, d("25"), local(2025, 3, 20, 12), QString()));
+    line(local(2025, 3, 21, 12), "-7", TxKind::bill);
     const CalendarGrid::Month m = month(2025, 3);
     EXPECT_TRUE(m.days[19].items.empty());
     EXPECT_EQ(items(m, 21), (std::vector<std::string>{"Money out -7 4"}));
@@ -118,7 +118,7 @@ TEST_F(Overview, AWeeklyBillShowsOnEachDueDayAndTheHeaderCountsThemAll)
     bill("Lessons", "40", local(2025, 3, 17, 9), Repeat::weekly); // a Monday
     royalty("BMI", "80.25", local(2025, 4, 30, 23));
     royalty("Old", "5", local(2025, 5, 1, 0));
-    royalty("Paid", "500", local(2025, 4, 2), RoyaltyStatus::received);
+    royalty("Paid", "500", local(2025, 4, 2, 12), RoyaltyStatus::received);
 
     const CalendarGrid::Month march = month(2025, 3);
     EXPECT_EQ(daysWith(march, "Lessons"), (std::vector<int>{17, 24, 31})); // nothing before its due date
@@ -185,11 +185,11 @@ TEST_F(Overview, TheMonthObjectStepsFollowsTheBookAndCountsWhatACellHides)
 
 TEST_F(Overview, DashboardTilesAndBalancesAtNow)
 {
-    line(local(2025, 3, 2), "1000", TxKind::deposit);
-    line(local(2025, 3, 3), "-1000.01");
-    line(local(2025, 2, 27), "-50"); // last month: in no monthly tile
-    line(local(2025, 3, 30), "-20"); // later this month: counted by the month, not in the balance now
-    EXPECT_TRUE(store->transfer(checking.id, savings.id, d("300"), local(2025, 3, 4), QString()));
+    line(local(2025, 3, 2, 12), "1000", TxKind::deposit);
+    line(local(2025, 3, 3, 12), "-1000.01");
+    line(local(2025, 2, 27, 12), "-50"); // last month: in no monthly tile
+    line(local(2025, 3, 30, 12), "-20"); // later this month: counted by the month, not in the balance now
+    EXPECT_TRUE(store->transfer(checking.id, savings.id, d("300"), local(2025, 3, 4, 12), QString()));
 
     DashboardSummary summary;
     summary.setStore(store.get());
@@ -209,7 +209,7 @@ TEST_F(Overview, DashboardTilesAndBalancesAtNow)
     EXPECT_EQ(months.at(5).toMap().value("inText").toString(), "$1,000.00");
     EXPECT_DOUBLE_EQ(months.at(5).toMap().value("out").toDouble(), 1020.01);
 
-    line(local(2025, 3, 5), "20.01", TxKind::deposit);
+    line(local(2025, 3, 5, 12), "20.01", TxKind::deposit);
     EXPECT_EQ(summary.netText(), "$0.00");
     EXPECT_FALSE(summary.netNegative());
 }
@@ -217,9 +217,9 @@ TEST_F(Overview, DashboardTilesAndBalancesAtNow)
 TEST_F(Overview, DashboardListsTheFirstFivePendingRoyalties)
 {
     for (int day = 1; day <= 7; ++day)
-        royalty(QByteArray::number(day).prepend("Payer ").constData(), "10", local(2025, 4, 8 - day),
+        royalty(QByteArray::number(day).prepend("Payer ").constData(), "10", local(2025, 4, 8 - day, 12),
                 day == 7 ? RoyaltyStatus::disputed : RoyaltyStatus::expected);
-    royalty("Received", "10", local(2025, 1, 1), RoyaltyStatus::received);
+    royalty("Received", "10", local(2025, 1, 1, 12), RoyaltyStatus::received);
     DashboardSummary summary;
     summary.setStore(store.get());
     QStringList lines;

@@ -1,21 +1,11 @@
 #pragma once
 
 #include "bankfiles/csvimporter.h"
+#include "helpers/testing.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
-
-// Small helpers that keep the bank-file tests short.
-inline Decimal d(const char *text)
-{
-    return *Decimal::fromString(std::string_view(text));
-}
-
-inline Instant at(const char *iso)
-{
-    return *Instant::fromIso(iso);
-}
 
 // A date as the user sees it here ("2024-03-05 00:00" local time), or "none".
 inline std::string local(const std::optional<Instant> &when)

@@ -1,13 +1,9 @@
+#include "helpers/testing.h"
 #include "model/money.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-Decimal d(const char *text)
-{
-    return *Decimal::fromString(std::string_view(text));
-}
 
 std::string parsed(const QString &text)
 {

@@ -1,3 +1,4 @@
+#include "helpers/testing.h"
 #include "model/moneyfile.h"
 
 #include <gtest/gtest.h>
@@ -7,16 +8,6 @@
 #include <map>
 
 namespace {
-
-Decimal d(const char *text)
-{
-    return *Decimal::fromString(std::string_view(text));
-}
-
-Instant at(const char *iso)
-{
-    return *Instant::fromIso(std::string_view(iso));
-}
 
 QUuid uid(const char *text)
 {

@@ -11,12 +11,6 @@
 
 namespace {
 
-// An instant by the local clock.
-Instant local(int year, int month, int day, int hour = 0, int minute = 0, int second = 0)
-{
-    return Instant::fromDateTime(QDateTime(QDate(year, month, day), QTime(hour, minute, second)));
-}
-
 Bill bill(const char *name, const char *amount, Instant due, Repeat repeats = Repeat::monthly, bool active = true)
 {
     return {.name = QString::fromUtf8(name), .amount = d(amount), .due = due, .repeats = repeats, .active = active};

@@ -11,12 +11,6 @@
 
 namespace {
 
-// An instant by the local clock.
-Instant local(int year, int month, int day, int hour = 0, int minute = 0, int second = 0)
-{
-    return Instant::fromDateTime(QDateTime(QDate(year, month, day), QTime(hour, minute, second)));
-}
-
 // The last instant of a whole-day range ending on that local day.
 Instant endOfDay(int year, int month, int day)
 {

@@ -9,12 +9,6 @@
 
 namespace {
 
-// An instant by the local clock.
-Instant local(int year, int month, int day, int hour = 0, int minute = 0, int second = 0)
-{
-    return Instant::fromDateTime(QDateTime(QDate(year, month, day), QTime(hour, minute, second)));
-}
-
 Royalty royalty(const char *payer, const char *expected, Instant expectedDate,
                 RoyaltyStatus status = RoyaltyStatus::expected)
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "helpers/testing.h"
 #include "model/moneyfile.h"
 #include "store/store.h"
 
@@ -11,17 +12,6 @@
 
 #include <string>
 
-// Small constructors that keep the Store tests short.
-inline Decimal d(const char *text)
-{
-    return *Decimal::fromString(std::string_view(text));
-}
-
-inline Instant at(const char *iso)
-{
-    return *Instant::fromIso(iso);
-}
-
 inline Transaction line(const Account &account, const char *iso, const char *amount, const char *payee = "Payee")
 {
     Transaction t;
@@ -31,19 +21,6 @@ inline Transaction line(const Account &account, const char *iso, const char *amo
     t.payee = QString::fromUtf8(payee);
     t.category = QStringLiteral("Groceries");
     return t;
-}
-
-inline QByteArray readAll(const QString &path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-inline void writeAll(const QString &path, const QByteArray &bytes)
-{
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    f.write(bytes);
 }
 
 inline Book decodeFile(const QString &path)

@@ -7,11 +7,6 @@
 
 namespace {
 
-Instant local(int year, int month, int day, int hour = 9)
-{
-    return Instant::fromDateTime(QDateTime(QDate(year, month, day), QTime(hour, 0)));
-}
-
 class HeaderFigures : public ::testing::Test
 {
 protected:
@@ -47,14 +42,15 @@ TEST_F(HeaderFigures, TotalLeavesOutClosedAccountsAndKeepsTheSign)
 
 TEST_F(HeaderFigures, RoyaltiesDueCountsOnlyThoseNotYetReceived)
 {
-    EXPECT_TRUE(store.save(Royalty{.payer = "BMI", .expectedAmount = d("310.25"), .expectedDate = local(2025, 4, 1)}));
+    EXPECT_TRUE(
+        store.save(Royalty{.payer = "BMI", .expectedAmount = d("310.25"), .expectedDate = local(2025, 4, 1, 9)}));
     EXPECT_TRUE(store.save(Royalty{.payer = "ASCAP",
                                    .expectedAmount = d("1000"),
-                                   .expectedDate = local(2025, 2, 1),
+                                   .expectedDate = local(2025, 2, 1, 9),
                                    .status = RoyaltyStatus::disputed}));
     EXPECT_TRUE(store.save(Royalty{.payer = "DistroKid",
                                    .expectedAmount = d("88"),
-                                   .expectedDate = local(2025, 1, 1),
+                                   .expectedDate = local(2025, 1, 1, 9),
                                    .status = RoyaltyStatus::received,
                                    .receivedAmount = d("90")}));
 
@@ -66,11 +62,11 @@ TEST_F(HeaderFigures, DueSoonIncludesOverdueBillsAndOverdueStartsBeforeToday)
     auto bill = [](const char *name, Instant due, bool active = true) {
         return Bill{.name = name, .amount = d("10"), .due = due, .active = active};
     };
-    EXPECT_TRUE(store.save(bill("Phone", local(2025, 3, 14, 23))));      // yesterday: overdue
-    EXPECT_TRUE(store.save(bill("Rent", local(2025, 3, 15, 0))));        // today: not overdue
-    EXPECT_TRUE(store.save(bill("Hosting", local(2025, 3, 29, 0))));     // the 14th day, at its start
-    EXPECT_TRUE(store.save(bill("Insurance", local(2025, 3, 30, 9))));   // beyond the window
-    EXPECT_TRUE(store.save(bill("Finished", local(2025, 3, 1), false))); // inactive: never counted
+    EXPECT_TRUE(store.save(bill("Phone", local(2025, 3, 14, 23))));         // yesterday: overdue
+    EXPECT_TRUE(store.save(bill("Rent", local(2025, 3, 15, 0))));           // today: not overdue
+    EXPECT_TRUE(store.save(bill("Hosting", local(2025, 3, 29, 0))));        // the 14th day, at its start
+    EXPECT_TRUE(store.save(bill("Insurance", local(2025, 3, 30, 9))));      // beyond the window
+    EXPECT_TRUE(store.save(bill("Finished", local(2025, 3, 1, 9), false))); // inactive: never counted
 
     EXPECT_EQ(read("dueSoonCount").toInt(), 3);
     EXPECT_EQ(read("overdueCount").toInt(), 1);

@@ -1,0 +1,45 @@
+#pragma once
+// Small constructors and file helpers shared by the C++ tests, so a test carries its
+// input inline and reads short: d("12.34"), at("2025-03-15T12:00:00Z"), local(2025, 3, 15).
+
+#include "model/decimal.h"
+#include "model/instant.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QString>
+
+#include <gtest/gtest.h>
+
+#include <string_view>
+
+// An exact amount from its text.
+inline Decimal d(const char *text)
+{
+    return *Decimal::fromString(std::string_view(text));
+}
+
+// An instant from ISO 8601 text.
+inline Instant at(const char *iso)
+{
+    return *Instant::fromIso(std::string_view(iso));
+}
+
+// An instant by the local clock.
+inline Instant local(int year, int month, int day, int hour = 0, int minute = 0, int second = 0)
+{
+    return Instant::fromDateTime(QDateTime(QDate(year, month, day), QTime(hour, minute, second)));
+}
+
+inline QByteArray readAll(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+inline void writeAll(const QString &path, const QByteArray &bytes)
+{
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    f.write(bytes);
+}
