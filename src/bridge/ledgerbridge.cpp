@@ -148,6 +148,13 @@ bool LedgerBridge::exportCSV(const QUrl &file)
     return bool(m_store->exportCSV(file.isLocalFile() ? file.toLocalFile() : file.toString()));
 }
 
+bool LedgerBridge::exportJournal(const QUrl &file)
+{
+    if (!m_store)
+        return false;
+    return bool(m_store->exportJournal(file.isLocalFile() ? file.toLocalFile() : file.toString()));
+}
+
 QUrl LedgerBridge::proposedExportFile() const
 {
     QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);

@@ -58,6 +58,8 @@ public:
 
     // Writes the export file; the status line says "Saved <file name>." or why not.
     Q_INVOKABLE bool exportCSV(const QUrl &file);
+    // Writes the Book as a journal for ledger and hledger; the status line as for exportCSV().
+    Q_INVOKABLE bool exportJournal(const QUrl &file);
     // Where the export's save dialog starts: "Coinhall transactions.csv" in the user's documents.
     Q_INVOKABLE QUrl proposedExportFile() const;
 
