@@ -290,11 +290,14 @@ Item {
     FileDialog {
         id: exportDialog
 
+        // The second choice writes a journal for ledger and hledger instead.
+        readonly property bool journal: selectedNameFilter.index === 1
+
         title: "Export transactions"
         fileMode: FileDialog.SaveFile
-        nameFilters: ["Comma-separated text (*.csv)"]
-        defaultSuffix: "csv"
-        onAccepted: ledger.exportCSV(selectedFile)
+        nameFilters: ["Comma-separated text (*.csv)", "Plain-text accounting journal (*.journal)"]
+        defaultSuffix: journal ? "journal" : "csv"
+        onAccepted: journal ? ledger.exportJournal(selectedFile) : ledger.exportCSV(selectedFile)
     }
 
     // A menu entry in the look's colours; inline components do not see `root`, so the look is passed in.
