@@ -154,7 +154,7 @@ Item {
                     + "Money in: $500.00\nMoney out: -$30.00")
             const chips = findAll(day, "cellItem")
             compare(chips[0].tone, Looks.current.video)
-            compare(chips[2].tone, screen.royaltyBlue)
+            compare(chips[2].tone, Qt.color("#60A5FA"))
 
             const panel = findAll(screen, "pickedPanel")[0]
             compare(findAll(panel, "pickedItem").length, 0)
@@ -164,7 +164,7 @@ Item {
             compare(texts(panel, "itemAmount")[5], "$30.00")
             const pickedChips = findAll(panel, "pickedItem")
             compare(pickedChips[4].tone, Tokens.positive)
-            compare(pickedChips[5].tone, screen.moneyOutGrey)
+            compare(pickedChips[5].tone, Qt.color("#9CA3AF"))
         }
 
         // A six-week month fits a window of ordinary height: the cells give up item
