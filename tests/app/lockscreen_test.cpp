@@ -10,6 +10,7 @@
 #ifdef COINHALL_LOCKSCREEN_PROBE
 
 #include "help/helptexts.h"
+#include "helpers/testing.h"
 #include "store/store.h"
 
 #include <QAccessible>
@@ -72,16 +73,6 @@ void printWindows(QTextStream &out, const QString &phase)
     for (QWindow *window : QGuiApplication::topLevelWindows())
         print(out, phase, window->title(), QAccessible::queryAccessibleInterface(window), 0);
     out.flush();
-}
-
-bool waitFor(const std::function<bool()> &done, int ms = 10000)
-{
-    QDeadlineTimer deadline(ms);
-    while (!done() && !deadline.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-        QThread::msleep(5);
-    }
-    return done();
 }
 
 // Lets loaders, layouts and the accessible tree catch up.
@@ -152,7 +143,7 @@ int main(int argc, char **argv)
     if (!window)
         return fail("Main.qml did not load");
     // The overlay asks once by itself on appearing, and is refused.
-    if (!waitFor([&] { return window->isExposed() && refusals > 0; }))
+    if (!waitFor([&] { return window->isExposed() && refusals > 0; }, 10000))
         return fail("the lock never asked to unlock");
     settle();
 
@@ -165,7 +156,7 @@ int main(int argc, char **argv)
 
     gate->open = true;
     store.unlock(QStringLiteral("secret"));
-    if (!waitFor([&] { return !store.locked(); }))
+    if (!waitFor([&] { return !store.locked(); }, 10000))
         return fail("the books did not open");
     settle();
     // Again, for the items made since.

@@ -1,16 +1,20 @@
 #pragma once
-// Small constructors and file helpers shared by the C++ tests, so a test carries its
+// Small constructors, file helpers and a wait shared by the C++ tests, so a test carries its
 // input inline and reads short: d("12.34"), at("2025-03-15T12:00:00Z"), local(2025, 3, 15).
 
 #include "model/decimal.h"
 #include "model/instant.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QString>
+#include <QThread>
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string_view>
 
 // An exact amount from its text.
@@ -42,4 +46,15 @@ inline void writeAll(const QString &path, const QByteArray &bytes)
     QFile f(path);
     ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
     f.write(bytes);
+}
+
+// Runs the event loop until done() holds or ms have passed; says whether it holds.
+inline bool waitFor(const std::function<bool()> &done, int ms = 3000)
+{
+    QDeadlineTimer deadline(ms);
+    while (!done() && !deadline.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        QThread::msleep(2);
+    }
+    return done();
 }

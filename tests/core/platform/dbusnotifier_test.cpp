@@ -1,5 +1,6 @@
 // The freedesktop notification backend against a real, private message bus with a
 // notification service of the test's own, so nothing reaches the desktop.
+#include "helpers/testing.h"
 #include "platform/dbusnotifier.h"
 
 #include <QCoreApplication>
@@ -7,12 +8,10 @@
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusVirtualObject>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -21,16 +20,6 @@
 namespace {
 
 // Runs the event loop until `done` holds or `ms` milliseconds pass.
-bool waitFor(const std::function<bool()> &done, int ms)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (!done() && clock.elapsed() < ms) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-        QThread::msleep(2);
-    }
-    return done();
-}
 
 ReminderRequest request(const char *title, qint64 inMs)
 {

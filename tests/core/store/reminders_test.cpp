@@ -3,9 +3,7 @@
 #include "store/reminderplan.h"
 #include "storetesting.h"
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -38,16 +36,6 @@ std::vector<QString> plan(const std::vector<Bill> &bills, const char *nowIso)
 }
 
 // Runs the event loop until `done` holds or `ms` milliseconds pass.
-bool waitFor(const std::function<bool()> &done, int ms)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (!done() && clock.elapsed() < ms) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-        QThread::msleep(2);
-    }
-    return done();
-}
 
 // Keeps the requests of each rebuild (a rebuild starts with removeAllPending()).
 struct RecordingNotifier : Notifier
