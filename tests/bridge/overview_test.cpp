@@ -66,16 +66,6 @@ protected:
 
 } // namespace
 
-TEST(CalendarGridBlanks, TheGridStartsOnTheFirstWeekday)
-{
-    // June 2025 begins on a Sunday, March 2025 on a Saturday, September 2025 on a Monday.
-    EXPECT_EQ(CalendarGrid::leadingBlanks(QDate(2025, 6, 1), Qt::Sunday), 0);
-    EXPECT_EQ(CalendarGrid::leadingBlanks(QDate(2025, 3, 1), Qt::Sunday), 6);
-    EXPECT_EQ(CalendarGrid::leadingBlanks(QDate(2025, 9, 1), Qt::Monday), 0);
-    EXPECT_EQ(CalendarGrid::leadingBlanks(QDate(2025, 6, 1), Qt::Monday), 6);
-    EXPECT_EQ(CalendarGrid::leadingBlanks(QDate(2025, 3, 1), Qt::Monday), 5);
-}
-
 TEST_F(Overview, ADaysItemsComeAsBillsThenRoyaltiesThenMoneyInAndOut)
 {
     line(local(2025, 4, 12, 8), "-4.5");
@@ -163,12 +153,6 @@ TEST_F(Overview, TheMonthObjectStepsFollowsTheBookAndCountsWhatACellHides)
     EXPECT_EQ(day20().value("moreText").toString(), "+6 more");
     calendar.setLines(99);
     EXPECT_EQ(day20().value("shown").toInt(), 4);
-    // Items that fit are all listed, with no line for more.
-    EXPECT_EQ(CalendarGrid::itemsListed(3, 3), 3);
-    EXPECT_EQ(CalendarGrid::itemsListed(4, 3), 2);
-    EXPECT_EQ(CalendarGrid::itemsListed(4, 4), 4);
-    EXPECT_EQ(CalendarGrid::itemsListed(5, 5), 4);
-    EXPECT_EQ(CalendarGrid::itemsListed(0, 1), 0);
 
     calendar.step(-3);
     EXPECT_EQ(calendar.title(), "December 2024");
