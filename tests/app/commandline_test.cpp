@@ -27,27 +27,6 @@ const QByteArray cardFile = "Card statement,,,\n"
                             "03/01/2025,J SMITH,PAYMENT RECEIVED,-200.00\n"
                             "03/03/2025,J SMITH,AMAZON MKTPLACE,14.99\n";
 
-TEST_F(Import, IntoAnAccountAgainAndIntoAnother)
-{
-    Outcome run = onBooks({"import", harbor, "--account", "Main checking"});
-    EXPECT_EQ(run.status, 0) << qPrintable(run.err);
-    EXPECT_EQ(run.out, "Preview · 14 new · 1 already in · 2 unreadable\n"
-                       "Imported 14 transactions from harbor_checking.csv.\n");
-    const QByteArray once = read(books() + "/coinhall.json");
-
-    run = onBooks({"import", harbor, "--account", "Main checking"});
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.out, "Preview · 0 new · 15 already in · 2 unreadable\n"
-                       "Imported 0 transactions from harbor_checking.csv.\n");
-    EXPECT_EQ(read(books() + "/coinhall.json"), once);
-
-    run = onBooks({"import", harbor, "--account", "Savings"});
-    EXPECT_EQ(run.out, "Preview · 14 new · 1 already in · 2 unreadable\n"
-                       "Imported 14 transactions from harbor_checking.csv.\n");
-    EXPECT_EQ(onBooks({"check"}).out, "OK: 2 accounts, 28 transactions, 0 bills, 0 royalties\n");
-    EXPECT_EQ(listing(books() + "/Backups").size(), 1);
-}
-
 TEST_F(Import, DryRunChangesNothing)
 {
     // Not even the folder of a new Book is made.

@@ -1,13 +1,9 @@
 // The Store's bank-file operations: importing lines and exporting the Book.
 #include "bankfiles/importer.h"
 #include "bankfilestesting.h"
-#include "model/moneyfile.h"
-#include "store/store.h"
+#include "core/store/storetesting.h"
 
-#include <QDir>
-#include <QFile>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 
 namespace {
 
@@ -18,22 +14,7 @@ protected:
     Store store{{temp.path()}};
     Account checking = store.book().accounts[0];
 
-    Transaction line(const char *iso, const char *amount, const char *payee, TxKind kind = TxKind::expense)
-    {
-        Transaction t;
-        t.date = at(iso);
-        t.accountID = checking.id;
-        t.amount = d(amount);
-        t.payee = QString::fromUtf8(payee);
-        t.category = QStringLiteral("Groceries");
-        t.kind = kind;
-        return t;
-    }
-    Book onDisk() const
-    {
-        const QByteArray bytes = readAll(temp.filePath(QStringLiteral("coinhall.json")));
-        return MoneyFile::decode(std::string_view(bytes.constData(), size_t(bytes.size()))).book.value_or(Book{});
-    }
+    Book onDisk() const { return decodeFile(temp.filePath(QStringLiteral("coinhall.json"))); }
     std::vector<QString> payees() const
     {
         std::vector<QString> out;
@@ -47,7 +28,7 @@ protected:
 
 TEST_F(BankFilesStore, ImportAppendsSortsWritesOnceAndReports)
 {
-    EXPECT_TRUE(store.add(line("2024-03-06T12:00:00Z", "-1", "Typed")));
+    EXPECT_TRUE(store.add(line(checking, "2024-03-06T12:00:00Z", "-1", "Typed")));
     const CSVImporter importer = csv("Date,Description,Amount\n3/5/2024,Older,-2\n3/7/2024,Newer,10\n");
     const auto result = importer.transactions(checking.id, store.book().transactions, bySign);
 
@@ -71,15 +52,15 @@ TEST_F(BankFilesStore, ExportWritesEveryLineOldestFirstWithQuotedTexts)
 {
     Account closed{newId(), QStringLiteral("Old \"Card\""), AccountKind::credit, {}, true};
     EXPECT_TRUE(store.save(closed));
-    Transaction quoted = line("2025-03-02T04:30:00Z", "-1234.50", "Joe's \"Best\" Diner, LLC");
+    Transaction quoted = line(checking, "2025-03-02T04:30:00Z", "-1234.50", "Joe's \"Best\" Diner, LLC");
     quoted.note = QStringLiteral("two\nlines, \"quoted\"");
     quoted.cleared = true;
     EXPECT_TRUE(store.add(quoted));
-    Transaction orphan = line("2025-01-15T17:00:00Z", "50.00", "Client", TxKind::deposit);
+    Transaction orphan = line(checking, "2025-01-15T17:00:00Z", "50.00", "Client", TxKind::deposit);
     orphan.accountID = newId(); // its account was deleted
     orphan.category = QStringLiteral("Café & more");
     EXPECT_TRUE(store.add(orphan));
-    Transaction onCard = line("2025-02-01T00:00:00Z", "0.99", "Refund", TxKind::royalty);
+    Transaction onCard = line(checking, "2025-02-01T00:00:00Z", "0.99", "Refund", TxKind::royalty);
     onCard.accountID = closed.id;
     EXPECT_TRUE(store.add(onCard));
 
@@ -96,7 +77,7 @@ TEST_F(BankFilesStore, ExportWritesEveryLineOldestFirstWithQuotedTexts)
 
 TEST_F(BankFilesStore, ExportDateIsTheUtcCalendarDay)
 {
-    EXPECT_TRUE(store.add(line("2025-03-01T23:30:00-05:00", "-1", "Late in New York")));
+    EXPECT_TRUE(store.add(line(checking, "2025-03-01T23:30:00-05:00", "-1", "Late in New York")));
     const QString path = temp.filePath(QStringLiteral("out.csv"));
     ASSERT_TRUE(store.exportCSV(path));
     EXPECT_EQ(readAll(path),

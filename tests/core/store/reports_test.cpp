@@ -84,19 +84,6 @@ TEST_F(PeriodsCalendar, PeriodsOnJanuaryTenthReachIntoLastYear)
     EXPECT_EQ(Reports::spending(store.book(), range(ReportPeriod::lastMonth)), d("5"));
 }
 
-TEST(ReportPeriods, LabelsInPickerOrderAndStrayNumbersMeanThisMonth)
-{
-    QStringList labels;
-    for (ReportPeriod p : allCases<ReportPeriod>())
-        labels.append(rawValue(p));
-    EXPECT_EQ(labels.join(u'|'), "This month|Last month|This year|Last 12 months|Last year");
-    EXPECT_EQ(reportPeriod(3), ReportPeriod::last12Months);
-    EXPECT_EQ(reportPeriod(5), ReportPeriod::thisMonth);
-    EXPECT_EQ(reportPeriod(-1), ReportPeriod::thisMonth);
-    EXPECT_EQ(budgetMonths(ReportPeriod::lastMonth), 1);
-    EXPECT_EQ(budgetMonths(ReportPeriod::thisYear), 12);
-}
-
 TEST_F(PeriodsCalendar, MonthlyGivesTheLastMonthsOldestFirst)
 {
     today = local(2025, 5, 31, 20); // counting back from the 31st lands on shorter months' ends

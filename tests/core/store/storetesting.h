@@ -12,7 +12,8 @@
 
 #include <string>
 
-inline Transaction line(const Account &account, const char *iso, const char *amount, const char *payee = "Payee")
+inline Transaction line(const Account &account, const char *iso, const char *amount, const char *payee = "Payee",
+                        TxKind kind = TxKind::expense)
 {
     Transaction t;
     t.date = at(iso);
@@ -20,6 +21,7 @@ inline Transaction line(const Account &account, const char *iso, const char *amo
     t.amount = d(amount);
     t.payee = QString::fromUtf8(payee);
     t.category = QStringLiteral("Groceries");
+    t.kind = kind;
     return t;
 }
 
