@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import Qt.labs.settings
 import Coinhall
 
 // The whole window's content: the header with the money keys, the read-outs and the
@@ -79,18 +78,13 @@ FocusScope {
 
     // On the very first run, and only then, the help opens by itself.
     function welcomeOnce() {
-        const welcomed = prefs.value("welcomed", false)
-        if (welcomed === true || welcomed === "true")
+        if (Prefs.welcomed)
             return
-        prefs.setValue("welcomed", true)
+        Prefs.welcomed = true
         openHelp()
     }
 
     Component.onCompleted: welcomeOnce()
-
-    Settings {
-        id: prefs
-    }
 
     // While locked, the overlay draws its own ground: nothing but it shows.
     Rectangle {
@@ -133,126 +127,9 @@ FocusScope {
                 anchors.margins: Tokens.spaceM
                 spacing: Tokens.spaceM
 
-                Panel {
-                    id: header
-
+                Header {
                     Layout.fillWidth: true
-                    screws: true
-                    leftPadding: 24
-                    rightPadding: 24
-                    topPadding: 12
-                    bottomPadding: 12
-
-                    RowLayout {
-                        anchors.fill: parent
-                        spacing: Tokens.spaceL
-
-                        ColumnLayout {
-                            Layout.fillWidth: true
-                            Layout.minimumWidth: 150
-                            spacing: 2
-
-                            Text {
-                                Layout.fillWidth: true
-                                text: "QFS COINHALL"
-                                font.family: Tokens.displayFamily
-                                font.weight: Font.ExtraBold
-                                font.pointSize: Tokens.pt(20)
-                                color: Looks.current.text
-                                elide: Text.ElideRight
-                                textFormat: Text.PlainText
-                                Accessible.role: Accessible.Heading
-                                Accessible.name: text
-                            }
-                            Text {
-                                Layout.fillWidth: true
-                                text: "Bills · income · royalties · private on this computer"
-                                font.family: Tokens.textFamily
-                                font.weight: Font.DemiBold
-                                font.pointSize: Tokens.pt(11)
-                                color: Looks.current.soft
-                                elide: Text.ElideRight
-                                textFormat: Text.PlainText
-                            }
-                            Text {
-                                Layout.fillWidth: true
-                                text: HelpBook.fullName + " · " + HelpBook.websiteText
-                                font.family: Tokens.textFamily
-                                font.pointSize: Tokens.pt(9.5)
-                                color: Looks.current.muted
-                                elide: Text.ElideRight
-                                textFormat: Text.PlainText
-                            }
-                        }
-
-                        Key {
-                            objectName: "moneyInKey"
-                            title: "Money in"
-                            icon.name: "plus.circle"
-                            onClicked: root.openSheet(CHSheet.newTx(true))
-                        }
-                        Key {
-                            objectName: "moneyOutKey"
-                            title: "Money out"
-                            icon.name: "minus.circle"
-                            onClicked: root.openSheet(CHSheet.newTx(false))
-                        }
-                        Key {
-                            objectName: "transferKey"
-                            title: "Transfer"
-                            icon.name: "arrow.left.arrow.right"
-                            onClicked: root.openSheet(CHSheet.transfer())
-                        }
-
-                        LCD {
-                            objectName: "headerLCD"
-
-                            RowLayout {
-                                anchors.fill: parent
-                                spacing: 18
-
-                                Readout {
-                                    objectName: "totalReadout"
-                                    caption: "TOTAL"
-                                    value: Store.totalText
-                                }
-                                Readout {
-                                    objectName: "royaltiesReadout"
-                                    caption: "ROYALTIES DUE"
-                                    value: Store.royaltiesDueText
-                                }
-                                Readout {
-                                    objectName: "dueSoonReadout"
-                                    caption: "DUE 14 DAYS"
-                                    value: String(Store.dueSoonCount)
-                                }
-                            }
-                        }
-
-                        Rectangle {
-                            objectName: "overdueBadge"
-                            visible: Store.overdueCount > 0
-                            implicitWidth: badgeText.implicitWidth + 2 * Tokens.spaceM
-                            implicitHeight: badgeText.implicitHeight + Tokens.spaceS
-                            radius: height / 2
-                            color: Looks.current.accent
-
-                            Text {
-                                id: badgeText
-
-                                anchors.centerIn: parent
-                                text: Store.overdueCount + " overdue"
-                                font.family: Tokens.textFamily
-                                font.weight: Font.ExtraBold
-                                font.pointSize: Tokens.pt(Tokens.captionSize)
-                                color: Looks.current.bg
-                                textFormat: Text.PlainText
-                            }
-                        }
-
-                        ThemePicker {
-                        }
-                    }
+                    onOpenSheet: next => root.openSheet(next)
                 }
 
                 RowLayout {
@@ -260,96 +137,34 @@ FocusScope {
                     Layout.fillHeight: true
                     spacing: Tokens.spaceM
 
-                    Panel {
-                        id: sidebar
-
+                    ConsoleSidebar {
                         Layout.preferredWidth: 212
                         Layout.fillHeight: true
-                        screws: true
-                        topPadding: 22
-                        bottomPadding: 22
-
-                        ColumnLayout {
-                            anchors.fill: parent
-                            spacing: Tokens.spaceS
-
-                            Label2 {
-                                Layout.bottomMargin: Tokens.spaceXS
-                                text: "Console"
-                            }
-
-                            Repeater {
-                                model: root.screens
-
-                                Key {
-                                    required property var modelData
-
-                                    objectName: "screenKey_" + modelData.key
-                                    Layout.fillWidth: true
-                                    title: modelData.title
-                                    icon.name: modelData.icon
-                                    lit: root.screen === modelData.key
-                                    onClicked: root.screen = modelData.key
-                                }
-                            }
-
-                            Item {
-                                Layout.fillHeight: true
-                            }
-
-                            Key {
-                                objectName: "importKey"
-                                Layout.fillWidth: true
-                                title: "Import bank CSV"
-                                icon.name: "square.and.arrow.down"
-                                onClicked: root.openSheet(CHSheet.importCSV())
-                            }
-                            Key {
-                                objectName: "helpKey"
-                                Layout.fillWidth: true
-                                title: "Help"
-                                icon.name: "questionmark.circle"
-                                onClicked: root.openHelp()
-                            }
-                        }
+                        screens: root.screens
+                        screen: root.screen
+                        onScreenChosen: key => root.screen = key
+                        onOpenSheet: next => root.openSheet(next)
+                        onHelpRequested: root.openHelp()
                     }
 
-                    Loader {
+                    ScreenHost {
                         id: screenLoader
 
                         Layout.fillWidth: true
                         Layout.fillHeight: true
                         focus: true
-                        sourceComponent: {
-                            switch (root.screen) {
-                            case "register":
-                                return transactions
-                            case "bills":
-                                return bills
-                            case "royalties":
-                                return royalties
-                            case "calendar":
-                                return calendar
-                            case "reports":
-                                return reports
-                            case "accounts":
-                                return accounts
-                            }
-                            return dashboard
-                        }
+                        screen: root.screen
+                        onOpenSheet: next => root.openSheet(next)
+                        onShowScreen: key => root.showScreen(key)
                     }
                 }
 
-                Text {
+                CaptionText {
                     objectName: "statusLine"
                     Layout.fillWidth: true
                     Layout.leftMargin: Tokens.spaceXS
                     text: Store.status
-                    font.family: Tokens.textFamily
-                    font.pointSize: Tokens.pt(Tokens.captionSize)
-                    color: Looks.current.muted
                     elide: Text.ElideRight
-                    textFormat: Text.PlainText
                     // Keeps its line even when there is nothing to say.
                     Layout.preferredHeight: Math.ceil(fontMetrics.height)
 
@@ -382,61 +197,4 @@ FocusScope {
         focus: Store.locked
     }
 
-    // The screens; each is made when it is shown and dropped when another is chosen.
-    Component {
-        id: dashboard
-
-        DashboardScreen {
-            onOpenSheet: next => root.openSheet(next)
-            onShowScreen: key => root.showScreen(key)
-        }
-    }
-    Component {
-        id: transactions
-
-        TransactionsScreen {
-            onOpenSheet: next => root.openSheet(next)
-            onShowScreen: key => root.showScreen(key)
-        }
-    }
-    Component {
-        id: bills
-
-        BillsScreen {
-            onOpenSheet: next => root.openSheet(next)
-            onShowScreen: key => root.showScreen(key)
-        }
-    }
-    Component {
-        id: royalties
-
-        RoyaltiesScreen {
-            onOpenSheet: next => root.openSheet(next)
-            onShowScreen: key => root.showScreen(key)
-        }
-    }
-    Component {
-        id: calendar
-
-        CalendarScreen {
-            onOpenSheet: next => root.openSheet(next)
-            onShowScreen: key => root.showScreen(key)
-        }
-    }
-    Component {
-        id: reports
-
-        ReportsScreen {
-            onOpenSheet: next => root.openSheet(next)
-            onShowScreen: key => root.showScreen(key)
-        }
-    }
-    Component {
-        id: accounts
-
-        AccountsScreen {
-            onOpenSheet: next => root.openSheet(next)
-            onShowScreen: key => root.showScreen(key)
-        }
-    }
 }

@@ -1,6 +1,6 @@
 pragma Singleton
 import QtQuick
-import Qt.labs.settings
+import Coinhall
 
 // Whole-window zoom: its limits, the menu's levels and the stored factor.
 QtObject {
@@ -18,11 +18,7 @@ QtObject {
     readonly property real value: stored === 0 ? 1.0 : clamp(stored)
 
     // The value in the settings as it is, 0 when missing or not a number.
-    property real stored: 0
-
-    property Settings settings: Settings {}
-
-    Component.onCompleted: reload()
+    readonly property real stored: Prefs.zoom
 
     // Rounds to two decimals, then keeps it within min and max.
     function clamp(z: real): real {
@@ -63,23 +59,12 @@ QtObject {
         write(clamp(percent / 100))
     }
 
-    // Reads the stored value again, for when something else wrote the settings.
-    function reload() {
-        stored = read()
-    }
-
     // Rounded to whole per cent and clamped, so repeated steps never drift.
     function wholePercent(z: real): real {
         return clamp(Math.round(z * 100) / 100)
     }
 
-    function read(): real {
-        const raw = Number(settings.value(key, 0))
-        return isFinite(raw) ? raw : 0
-    }
-
     function write(z: real) {
-        settings.setValue(key, z)
-        stored = z
+        Prefs.zoom = z
     }
 }

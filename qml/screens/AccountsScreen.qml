@@ -157,12 +157,12 @@ Item {
                     objectName: "unlockToggle"
                     Layout.fillWidth: true
                     text: bridge.unlockText
-                    checked: Store.requireUnlock
+                    checked: Prefs.requireUnlock
                     onToggled: {
-                        Store.requireUnlock = checked
+                        Prefs.requireUnlock = checked
                         // The Store announces the change before it keeps it, so the
                         // binding has read the old value: read it again now.
-                        checked = Qt.binding(() => Store.requireUnlock)
+                        checked = Qt.binding(() => Prefs.requireUnlock)
                     }
                 }
 

@@ -2,11 +2,16 @@
 
 #include <QJSEngine>
 #include <QSettings>
+#include <cmath>
+
+#include "store/store.h"
 
 namespace {
 
 const QString lookKey = QStringLiteral("look");
 const QString defaultLook = QStringLiteral("studio");
+const QString zoomKey = QStringLiteral("qfs.zoom");
+const QString welcomedKey = QStringLiteral("welcomed");
 
 QSettings preferences()
 {
@@ -28,6 +33,8 @@ Prefs *Prefs::instance()
 Prefs *Prefs::create(QQmlEngine *, QJSEngine *)
 {
     Prefs *prefs = instance();
+    if (Store *store = Store::shared())
+        connect(store, &Store::requireUnlockChanged, prefs, &Prefs::requireUnlockChanged, Qt::UniqueConnection);
     QJSEngine::setObjectOwnership(prefs, QJSEngine::CppOwnership);
     return prefs;
 }
@@ -46,4 +53,50 @@ void Prefs::setLook(const QString &id)
     settings.setValue(lookKey, id);
     settings.sync();
     emit lookChanged();
+}
+
+double Prefs::zoom() const
+{
+    bool ok = false;
+    const double stored = preferences().value(zoomKey, 0).toDouble(&ok);
+    return ok && std::isfinite(stored) ? stored : 0;
+}
+
+void Prefs::setZoom(double zoom)
+{
+    if (zoom == this->zoom())
+        return;
+    QSettings settings = preferences();
+    settings.setValue(zoomKey, zoom);
+    settings.sync();
+    emit zoomChanged();
+}
+
+bool Prefs::welcomed() const
+{
+    return preferences().value(welcomedKey, false).toBool();
+}
+
+void Prefs::setWelcomed(bool welcomed)
+{
+    if (welcomed == this->welcomed())
+        return;
+    QSettings settings = preferences();
+    settings.setValue(welcomedKey, welcomed);
+    settings.sync();
+    emit welcomedChanged();
+}
+
+bool Prefs::requireUnlock() const
+{
+    const Store *store = Store::shared();
+    return store && store->requireUnlock();
+}
+
+void Prefs::setRequireUnlock(bool on)
+{
+    if (Store *store = Store::shared()) {
+        connect(store, &Store::requireUnlockChanged, this, &Prefs::requireUnlockChanged, Qt::UniqueConnection);
+        store->setRequireUnlock(on);
+    }
 }

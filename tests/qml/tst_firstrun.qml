@@ -1,6 +1,5 @@
 import QtQuick
 import QtTest
-import Qt.labs.settings
 import Coinhall
 
 // The help opens by itself on the very first run, and never again. This file runs in
@@ -14,10 +13,6 @@ TestCase {
     visible: true
     when: windowShown
 
-    Settings {
-        id: prefs
-    }
-
     Component {
         id: rootComponent
 
@@ -28,7 +23,7 @@ TestCase {
     }
 
     function test_helpOpensOnceOnTheFirstRunOnly() {
-        compare(prefs.value("welcomed", "missing"), "missing")
+        compare(Prefs.welcomed, false)
 
         const first = createTemporaryObject(rootComponent, testCase)
         const window = first.helpWindow
@@ -40,7 +35,7 @@ TestCase {
         // A window of its own: the main view opens no sheet for it.
         compare(first.sheet, null)
         compare(first.sheetHost.view, null)
-        compare(String(prefs.value("welcomed")), "true")
+        compare(Prefs.welcomed, true)
         mouseClick(findChild(window.contentItem, "helpDone"))
         tryCompare(window, "visible", false)
         first.destroy()

@@ -1,6 +1,5 @@
 import QtQuick
 import QtTest
-import Qt.labs.settings
 import Coinhall
 import CoinhallTest
 
@@ -16,10 +15,6 @@ TestCase {
     when: windowShown
 
     property int shortcutsFired: 0
-
-    Settings {
-        id: prefs
-    }
 
     Component {
         id: mainComponent
@@ -41,7 +36,7 @@ TestCase {
     }
 
     function initTestCase() {
-        prefs.setValue("welcomed", true)
+        Prefs.welcomed = true
     }
 
     // Chooses a menu's item as the user does: opens the menu and clicks the item.

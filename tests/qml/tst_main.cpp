@@ -69,6 +69,7 @@ public Q_SLOTS:
             options.authenticator = std::make_shared<PamAuthenticator>(QStringLiteral("coinhall"), pamDir);
         }
         m_store = std::make_unique<Store>(options);
+        Store::setShared(m_store.get());
     }
     void qmlEngineAvailable(QQmlEngine *engine)
     {

@@ -1,7 +1,6 @@
 import QtQuick
 import QtQuick.Controls
 import QtTest
-import Qt.labs.settings
 import Coinhall
 import "helpers.js" as H
 
@@ -14,10 +13,6 @@ TestCase {
     name: "Window"
     when: windowShown
 
-    Settings {
-        id: prefs
-    }
-
     Component {
         id: mainComponent
 
@@ -25,7 +20,7 @@ TestCase {
     }
 
     function init() {
-        prefs.setValue("welcomed", true)
+        Prefs.welcomed = true
         Looks.choose("studio")
         QFZoom.actualSize()
     }
@@ -164,13 +159,13 @@ TestCase {
         tryVerify(() => picker.popup.contentItem.itemAtIndex(4) !== null)
         mouseClick(picker.popup.contentItem.itemAtIndex(4))
         tryCompare(picker.popup, "visible", false)
-        compare(String(prefs.value("look")), "carbon")
+        compare(Prefs.look, "carbon")
         compare(window.color, Looks.carbon.bg)
         verify(menu.itemAt(4).checked)
         compare(QFSKitHost.theme.panelTop, Looks.carbon.panelTop)
 
         choose(menu, 1)
-        compare(String(prefs.value("look")), "ice")
+        compare(Prefs.look, "ice")
         compare(picker.displayText, "Ice Blue")
         const checked = []
         for (let i = 0; i < menu.count; ++i)

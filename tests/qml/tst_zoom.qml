@@ -1,7 +1,6 @@
 import QtQuick
 import QtQuick.Controls
 import QtTest
-import Qt.labs.settings
 import Coinhall
 
 // Whole-window zoom: the stored factor, the steps of the View menu, and the host
@@ -14,11 +13,6 @@ TestCase {
     height: 900
     visible: true
     when: windowShown
-
-    // The settings as another program (or an older Coinhall) left them.
-    Settings {
-        id: raw
-    }
 
     Component {
         id: hostComponent
@@ -84,13 +78,13 @@ TestCase {
         QFZoomCommands {}
     }
 
+    // The zoom setting as another program (or an older Coinhall) may have left it.
     function store(value) {
-        raw.setValue("qfs.zoom", value)
-        QFZoom.reload()
+        Prefs.zoom = Number(value)
     }
 
     function stored() {
-        return Number(raw.value("qfs.zoom", -1))
+        return Prefs.zoom
     }
 
     function steps(count, stepper) {
