@@ -40,23 +40,6 @@ TEST_F(HeaderFigures, TotalLeavesOutClosedAccountsAndKeepsTheSign)
     EXPECT_EQ(read("totalText").toString(), "-$295.35");
 }
 
-TEST_F(HeaderFigures, RoyaltiesDueCountsOnlyThoseNotYetReceived)
-{
-    EXPECT_TRUE(
-        store.save(Royalty{.payer = "BMI", .expectedAmount = d("310.25"), .expectedDate = local(2025, 4, 1, 9)}));
-    EXPECT_TRUE(store.save(Royalty{.payer = "ASCAP",
-                                   .expectedAmount = d("1000"),
-                                   .expectedDate = local(2025, 2, 1, 9),
-                                   .status = RoyaltyStatus::disputed}));
-    EXPECT_TRUE(store.save(Royalty{.payer = "DistroKid",
-                                   .expectedAmount = d("88"),
-                                   .expectedDate = local(2025, 1, 1, 9),
-                                   .status = RoyaltyStatus::received,
-                                   .receivedAmount = d("90")}));
-
-    EXPECT_EQ(read("royaltiesDueText").toString(), "$1,310.25");
-}
-
 TEST_F(HeaderFigures, DueSoonIncludesOverdueBillsAndOverdueStartsBeforeToday)
 {
     auto bill = [](const char *name, Instant due, bool active = true) {
