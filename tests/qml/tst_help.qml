@@ -2,8 +2,7 @@ import QtQuick
 import QtTest
 import Coinhall
 
-// The help view (the chapters, and which of "← Back" and "Next →" show where) and the
-// window it lives in.
+// The help window as a user drives it: by keyboard through the chapters, and at the zoom.
 TestCase {
     id: testCase
 
@@ -44,86 +43,11 @@ TestCase {
         }
     }
 
-    function test_backAndNextShowOnlyWhereThereIsSomewhereToGo() {
-        const help = makeHelp(0)
-        const k = keys(help)
-        compare(help.chapters.length, 11)
-        compare(k.title.text, "Welcome")
-        verify(!k.back.visible)
-        verify(k.next.visible)
-
-        mouseClick(k.next)
-        compare(help.topic, 1)
-        compare(k.title.text, "Accounts & balances")
-        verify(k.back.visible)
-        verify(k.next.visible)
-
-        for (let i = 1; i < 10; ++i)
-            mouseClick(k.next)
-        compare(help.topic, 10)
-        compare(k.title.text, "About QFS")
-        verify(k.back.visible)
-        verify(!k.next.visible)
-
-        mouseClick(k.back)
-        compare(help.topic, 9)
-        compare(k.title.text, "Themes & zoom")
-        verify(k.next.visible)
-    }
-
-    function test_aNewViewStartsOnItsStartPageAndTheSidebarPicks() {
-        const help = makeHelp(10)
-        const k = keys(help)
-        compare(k.title.text, "About QFS")
-        verify(!k.next.visible)
-
-        const list = findChild(help, "helpChapters")
-        const row = list.itemAtIndex(3)
-        mouseClick(row)
-        compare(help.topic, 3)
-        compare(k.title.text, "Bills & reminders")
-        // No chapter names the maker in the product's place; the last one credits the maker.
-        for (const chapter of help.chapters)
-            verify(chapter.text.indexOf("Quillfern Coinhall") < 0, chapter.title)
-        const about = help.chapters[10].text
-        verify(about.indexOf("Quillfern") >= 0)
-        verify(about.indexOf(HelpBook.website.toString()) >= 0, about)
-    }
-
     function makeWindow() {
         const window = createTemporaryObject(windowComponent, testCase)
         verify(window !== null)
         verify(!window.visible)
         return window
-    }
-
-    function test_windowOpensOnThePageAskedAndDoneOnlyHidesIt() {
-        const window = makeWindow()
-        window.show(3)
-        tryCompare(window, "visible", true)
-        compare(window.title, "QFS Coinhall Help")
-        compare(window.width, 860)
-        compare(window.height, 560)
-        compare(window.view.topic, 3)
-        compare(findChild(window.contentItem, "helpTitle").text, "Bills & reminders")
-        // The view fills the window.
-        tryCompare(window.view, "width", 860)
-        tryCompare(window.view, "height", 560)
-
-        mouseClick(findChild(window.contentItem, "helpDone"))
-        tryCompare(window, "visible", false)
-        // The same window comes back, on the page asked for this time.
-        window.show(0)
-        tryCompare(window, "visible", true)
-        compare(window.view.topic, 0)
-        verify(!findChild(window.contentItem, "helpBack").visible)
-        // Asked again while open, it stays and goes to that chapter.
-        mouseClick(findChild(window.contentItem, "helpNext"))
-        compare(window.view.topic, 1)
-        window.show(0)
-        verify(window.visible)
-        compare(window.view.topic, 0)
-        window.close()
     }
 
     function test_windowFollowsTheLookAndTheZoomAndSitsMidScreen() {
@@ -170,6 +94,8 @@ TestCase {
         const list = findChild(window.contentItem, "helpChapters")
         const next = findChild(window.contentItem, "helpNext")
         const done = findChild(window.contentItem, "helpDone")
+        compare(window.title, "QFS Coinhall Help")
+        verify(!findChild(window.contentItem, "helpBack").visible, "nowhere to go back to from the first chapter")
         keyClick(Qt.Key_Tab)
         verify(list.activeFocus)
         keyClick(Qt.Key_Down)
@@ -192,5 +118,11 @@ TestCase {
 
         keyClick(Qt.Key_Escape)
         tryCompare(window, "visible", false)
+        // The same window comes back on the page asked for; the last has no Next.
+        window.show(10)
+        tryCompare(window, "visible", true)
+        compare(findChild(window.contentItem, "helpTitle").text, "About QFS")
+        verify(!next.visible)
+        window.close()
     }
 }
