@@ -78,15 +78,6 @@ TestCase {
         QFZoomCommands {}
     }
 
-    // The zoom setting as another program (or an older Coinhall) may have left it.
-    function store(value) {
-        Prefs.zoom = Number(value)
-    }
-
-    function stored() {
-        return Prefs.zoom
-    }
-
     function steps(count, stepper) {
         const seen = []
         for (let i = 0; i < count; ++i) {
@@ -95,54 +86,40 @@ TestCase {
         }
         return seen
     }
-
-    function test_ladderFromMinimumToMaximumAndBack() {
+    // The View menu's steps and their shortcuts, and a stored value as another program
+    // (or an older Coinhall) may have left it: rounded, clamped, stepped from its place.
+    function test_stepsAndStoredValues() {
         QFZoom.setLevel(85)
-        compare(steps(9, QFZoom.zoomIn),
-                ["1.00", "1.15", "1.30", "1.45", "1.60", "1.75", "1.90", "2.00", "2.00"])
-        compare(stored(), 2.0)
-        compare(steps(9, QFZoom.zoomOut),
-                ["1.85", "1.70", "1.55", "1.40", "1.25", "1.10", "0.95", "0.85", "0.85"])
+        compare(steps(9, QFZoom.zoomIn), ["1.00", "1.15", "1.30", "1.45", "1.60", "1.75", "1.90", "2.00", "2.00"])
+        compare(Prefs.zoom, 2.0)
+        compare(steps(2, QFZoom.zoomOut), ["1.85", "1.70"])
         // The menu's 150% is off the ladder; stepping from it keeps its own rungs.
         QFZoom.setLevel(150)
         compare(steps(4, QFZoom.zoomIn), ["1.65", "1.80", "1.95", "2.00"])
-    }
-
-    function test_storedValuesAreRoundedAndClamped() {
-        store(0)
-        compare(QFZoom.value, 1.0)
-        QFZoom.zoomIn()
-        compare(stored(), 1.15)
-        store(0)
-        QFZoom.zoomOut()
-        compare(QFZoom.value, 0.85)
-        store("not a number")
-        compare(QFZoom.value, 1.0)
-        store(1.234)
-        compare(QFZoom.value, 1.23)
-        store(1.235)
-        compare(QFZoom.value, 1.24)
-        store(7)
-        compare(QFZoom.value, 2.0)
-        store(-3)
-        compare(QFZoom.value, 0.85)
-        // From below the minimum, In goes to 100% and Out to the minimum.
-        store(0.5)
-        QFZoom.zoomIn()
-        compare(QFZoom.value, 1.0)
-        store(0.5)
-        QFZoom.zoomOut()
-        compare(QFZoom.value, 0.85)
-        // A stored value above the maximum steps as if it were the maximum.
-        store(3)
-        QFZoom.zoomOut()
-        compare(QFZoom.value, 1.85)
-        QFZoom.setValue(1.999)
-        compare(stored(), 2.0)
+        const menu = createTemporaryObject(commandsComponent, testCase)
         QFZoom.actualSize()
-        compare(stored(), 1.0)
+        keyClick(Qt.Key_Plus, Qt.ControlModifier)
+        compare(QFZoom.value, 1.15)
+        keyClick(Qt.Key_Minus, Qt.ControlModifier)
+        keyClick(Qt.Key_Minus, Qt.ControlModifier)
+        compare(QFZoom.value, 0.85)
+        keyClick(Qt.Key_0, Qt.ControlModifier)
+        compare(Prefs.zoom, 1.0)
+        for (const [stored, value] of [[0, 1.0], ["not a number", 1.0], [1.234, 1.23], [1.235, 1.24], [7, 2.0], [-3, 0.85]]) {
+            Prefs.zoom = Number(stored)
+            compare(QFZoom.value, value, stored)
+        }
+        // From below the minimum, In goes to 100% and Out to the minimum; from above the
+        // maximum, Out steps as if from the maximum.
+        for (const [stored, step, value] of [[0.5, QFZoom.zoomIn, 1.0], [0.5, QFZoom.zoomOut, 0.85], [3, QFZoom.zoomOut, 1.85]]) {
+            Prefs.zoom = stored
+            step()
+            compare(QFZoom.value, value, stored)
+        }
+        QFZoom.setValue(1.999)
+        compare(Prefs.zoom, 2.0)
+        QFZoom.actualSize()
     }
-
     // Menus open above the zoomed content, so they grow with the zoom themselves.
     function test_menusFollowTheZoom() {
         const menu = createTemporaryObject(commandsComponent, testCase)
@@ -216,18 +193,6 @@ TestCase {
         verify(hint.y + hint.height <= text.y, "tip ends at " + (hint.y + hint.height) + ", text starts at " + text.y)
         host.hinted.ToolTip.visible = false
         QFZoom.actualSize()
-    }
-
-    function test_zoomShortcuts() {
-        const menu = createTemporaryObject(commandsComponent, testCase)
-        QFZoom.actualSize()
-        keyClick(Qt.Key_Plus, Qt.ControlModifier)
-        compare(QFZoom.value, 1.15)
-        keyClick(Qt.Key_Minus, Qt.ControlModifier)
-        keyClick(Qt.Key_Minus, Qt.ControlModifier)
-        compare(QFZoom.value, 0.85)
-        keyClick(Qt.Key_0, Qt.ControlModifier)
-        compare(QFZoom.value, 1.0)
     }
 
     function test_hostLaysOutAtTheLogicalSizeAndScrollsWhenLarger() {
