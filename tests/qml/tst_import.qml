@@ -1,6 +1,7 @@
 import QtQuick
 import QtTest
 import Coinhall
+import "helpers.js" as H
 
 // The import sheet as a user works it: choose a bank file, read the preview and its
 // counts, correct a column, flip the signs, import, and see the same file again
@@ -37,38 +38,23 @@ Item {
             return createTemporaryObject(spyComponent, stage, { target: target, signalName: signalName })
         }
 
-        function findAll(item: var, test: var): var {
-            let found = []
-            for (let i = 0; i < item.children.length; ++i) {
-                const child = item.children[i]
-                if (test(child))
-                    found.push(child)
-                found = found.concat(findAll(child, test))
-            }
-            return found
-        }
-
-        function named(item: var, objectName: string): var {
-            return findAll(item, c => c.objectName === objectName)[0]
-        }
-
         function importKey(sheet: var): var {
-            return findAll(sheet, c => c.Accessible.role === Accessible.Button && c.title.startsWith("Import"))[0]
+            return H.findAll(sheet, c => c.Accessible.role === Accessible.Button && c.title.startsWith("Import"))[0]
         }
 
         function picker(sheet: var, label: string): var {
-            return findAll(sheet, c => c.objectName === "columnPicker" && c.label === label)[0]
+            return H.findAll(sheet, c => c.objectName === "columnPicker" && c.label === label)[0]
         }
 
         // The preview lines as shown, scrolling through the list: "date payee category amount".
         function previewLines(sheet: var): var {
-            const list = named(sheet, "previewList")
+            const list = H.named(sheet, "previewList")
             const texts = []
             for (let i = 0; i < list.count; ++i) {
                 list.positionViewAtIndex(i, ListView.Contain)
                 const row = list.itemAtIndex(i)
                 verify(row, "line " + i + " is drawn")
-                texts.push(findAll(row, c => c.text !== undefined).map(t => t.text).join(" "))
+                texts.push(H.findAll(row, c => c.text !== undefined).map(t => t.text).join(" "))
             }
             list.positionViewAtBeginning()
             return texts
@@ -77,21 +63,21 @@ Item {
         function openSheet(): var {
             const sheet = createTemporaryObject(sheetComponent, stage, { sheet: CHSheet.importCSV() })
             sheet.forceActiveFocus()
-            const chooseKey = named(sheet, "chooseFileKey")
+            const chooseKey = H.named(sheet, "chooseFileKey")
             tryVerify(() => chooseKey.activeFocus, 1000, "the file key has the focus first")
             return sheet
         }
 
-        function test_previewCountsGoodDuplicateAndBadRowsAndFollowsAColumn() {
+        function test_previewFollowsTheFileAndTheColumns() {
             const sheet = openSheet()
-            compare(named(sheet, "fileName").text, "No file chosen")
-            verify(!named(sheet, "previewTitle").visible)
+            compare(H.named(sheet, "fileName").text, "No file chosen")
+            verify(!H.named(sheet, "previewTitle").visible)
             verify(!importKey(sheet).enabled)
-            compare(named(sheet, "accountPicker").box.displayText, "Main checking")
+            compare(H.named(sheet, "accountPicker").box.displayText, "Main checking")
             sheet.chooseFile(bankFile("harbor_checking.csv"))
-            compare(named(sheet, "fileName").text, "harbor_checking.csv")
-            verify(named(sheet, "columnPickers").visible)
-            compare(named(sheet, "previewTitle").text, "Preview · 14 new · 1 already in · 2 unreadable")
+            compare(H.named(sheet, "fileName").text, "harbor_checking.csv")
+            verify(H.named(sheet, "columnPickers").visible)
+            compare(H.named(sheet, "previewTitle").text, "Preview · 14 new · 1 already in · 2 unreadable")
             compare(importKey(sheet).title, "Import 14")
             verify(importKey(sheet).enabled)
             const lines = previewLines(sheet)
@@ -105,33 +91,29 @@ Item {
             for (let i = 0; i < 4; ++i)
                 keyClick(Qt.Key_Up)
             compare(amount.currentText, "—")
-            compare(named(sheet, "previewTitle").text, "Preview · 0 new · 0 already in · 17 unreadable")
+            compare(H.named(sheet, "previewTitle").text, "Preview · 0 new · 0 already in · 17 unreadable")
             verify(!importKey(sheet).enabled, "nothing to import at zero")
-        }
-
-        function test_unreadableFileSaysSo() {
-            const sheet = openSheet()
-            sheet.chooseFile(bankFile("harbor_checking.csv"))
+            // A file that cannot be read drops the earlier one and says so.
             sheet.chooseFile(bankFile("no_such_download.csv"))
-            verify(named(sheet, "message").visible)
-            compare(named(sheet, "message").text, "That file couldn't be read as a bank CSV.")
-            verify(!named(sheet, "columnPickers").visible, "the earlier file is dropped")
-            verify(!named(sheet, "previewTitle").visible)
+            verify(H.named(sheet, "message").visible)
+            compare(H.named(sheet, "message").text, "That file couldn't be read as a bank CSV.")
+            verify(!H.named(sheet, "columnPickers").visible, "the earlier file is dropped")
+            verify(!H.named(sheet, "previewTitle").visible)
             compare(importKey(sheet).title, "Import 0")
             verify(!importKey(sheet).enabled)
 
             sheet.chooseFile(Qt.resolvedUrl("../data/bank/"))
-            compare(named(sheet, "message").text, "That file couldn't be read as a bank CSV.", "a folder is no file")
+            compare(H.named(sheet, "message").text, "That file couldn't be read as a bank CSV.", "a folder is no file")
 
             sheet.chooseFile(bankFile("thistle_uk.csv"))
-            verify(!named(sheet, "message").visible, "a good file clears the message")
-            compare(named(sheet, "previewTitle").text, "Preview · 9 new · 0 already in · 1 unreadable")
+            verify(!H.named(sheet, "message").visible, "a good file clears the message")
+            compare(H.named(sheet, "previewTitle").text, "Preview · 9 new · 0 already in · 1 unreadable")
         }
 
         function test_importThenTheSameFileAgainOffersNothing() {
             const sheet = openSheet()
             const done = spyOn(sheet, "done")
-            const accountBox = named(sheet, "accountPicker").box
+            const accountBox = H.named(sheet, "accountPicker").box
             accountBox.forceActiveFocus()
             keyClick(Qt.Key_Down)
             compare(accountBox.displayText, "Savings")
@@ -144,10 +126,10 @@ Item {
             compare(done.count, 1)
 
             const again = openSheet()
-            named(again, "accountPicker").box.forceActiveFocus()
+            H.named(again, "accountPicker").box.forceActiveFocus()
             keyClick(Qt.Key_Down)
             again.chooseFile(bankFile("riverbend_savings.csv"))
-            compare(named(again, "previewTitle").text, "Preview · 0 new · 7 already in · 1 unreadable")
+            compare(H.named(again, "previewTitle").text, "Preview · 0 new · 7 already in · 1 unreadable")
             compare(importKey(again).title, "Import 0")
             verify(!importKey(again).enabled)
             keyClick(Qt.Key_Return)
