@@ -20,9 +20,8 @@ ApplicationWindow {
     title: HelpBook.appName
     color: Looks.current.bg
 
-    // The kit's hooks: its colours come from the current look, its help opens the help window.
+    // The kit's help hook opens the help window.
     function connectKit() {
-        QFSKitHost.theme = lookTheme
         QFSKitHost.showHelp = page => rootView.openHelp()
     }
 
@@ -65,6 +64,14 @@ ApplicationWindow {
     }
 
     onActiveFocusItemChanged: Qt.callLater(revealFocus)
+
+    // The kit draws with the current look: the looks are the window's one source of
+    // colours, and the kit's own theme stands only where no application sets one.
+    Binding {
+        target: QFSKitHost
+        property: "theme"
+        value: lookTheme
+    }
 
     QFKitTheme {
         id: lookTheme

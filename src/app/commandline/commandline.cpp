@@ -156,8 +156,7 @@ QString readPassword(std::FILE *in, std::FILE *err)
 // cannot check its owner opens, as the window does.
 bool unlocked(const CommandLineUnlock &unlock, std::FILE *err)
 {
-    const QSettings preferences(AppInfo::organizationName(), AppInfo::applicationName());
-    if (!preferences.value(QStringLiteral("requireUnlock"), false).toBool())
+    if (!Store::askForUnlock())
         return true;
     std::shared_ptr<Authenticator> authenticator = unlock.authenticator;
     if (!authenticator)

@@ -324,7 +324,7 @@ void Store::setStatus(const QString &status)
     Q_EMIT statusChanged();
 }
 
-bool Store::requireUnlock() const
+bool Store::askForUnlock()
 {
     return preferences().value(QStringLiteral("requireUnlock"), false).toBool();
 }

@@ -134,7 +134,9 @@ public:
     bool locked() const { return m_locked; }
     QString status() const { return m_status; }
     void setStatus(const QString &status);
-    bool requireUnlock() const;
+    bool requireUnlock() const { return askForUnlock(); }
+    // The "requireUnlock" preference, for what must know it before a Store exists (the command line).
+    static bool askForUnlock();
     void setRequireUnlock(bool on);
     QString dir() const { return m_dir; }
     QString backupsFolder() const;
