@@ -7,22 +7,7 @@
 
 namespace {
 
-class BankFilesStore : public ::testing::Test
-{
-protected:
-    QTemporaryDir temp;
-    Store store{{temp.path()}};
-    Account checking = store.book().accounts[0];
-
-    Book onDisk() const { return decodeFile(temp.filePath(QStringLiteral("coinhall.json"))); }
-    std::vector<QString> payees() const
-    {
-        std::vector<QString> out;
-        for (const Transaction &t : store.book().transactions)
-            out.push_back(t.payee);
-        return out;
-    }
-};
+using BankFilesStore = StoreTest;
 
 } // namespace
 

@@ -16,14 +16,12 @@ Bill bill(const char *name, const char *amount, Instant due, Repeat repeats = Re
     return {.name = QString::fromUtf8(name), .amount = d(amount), .due = due, .repeats = repeats, .active = active};
 }
 
-class Bills : public ::testing::Test
+class Bills : public StoreTest
 {
 protected:
     Bills()
-    {
-        store.setClock([this] { return today; });
-        QObject::connect(&store, &Store::bookChanged, [this] { ++changes; });
-    }
+        : StoreTest(local(2025, 3, 15, 10, 30))
+    {}
     Bill added(const Bill &b)
     {
         EXPECT_TRUE(store.save(b));
@@ -37,14 +35,6 @@ protected:
         return out;
     }
     const Bill &first() const { return store.book().bills.at(0); }
-    Book onDisk() const { return decodeFile(temp.path() + QStringLiteral("/coinhall.json")); }
-
-    QTemporaryDir temp;
-    Store store{{temp.path()}};
-    Account checking = store.book().accounts[0];
-    Account savings = store.book().accounts[1];
-    int changes = 0; // bookChanged signals so far
-    Instant today = local(2025, 3, 15, 10, 30);
 };
 
 using BillsCalendar = Bills;

@@ -8,23 +8,7 @@
 
 namespace {
 
-class Ledger : public ::testing::Test
-{
-protected:
-    QTemporaryDir temp;
-    Store store{{temp.path()}};
-    Account checking = store.book().accounts[0];
-    Account savings = store.book().accounts[1];
-
-    std::vector<QString> payees() const
-    {
-        std::vector<QString> out;
-        for (const Transaction &t : store.book().transactions)
-            out.push_back(t.payee);
-        return out;
-    }
-    Book onDisk() const { return decodeFile(temp.path() + QStringLiteral("/coinhall.json")); }
-};
+using Ledger = StoreTest;
 
 } // namespace
 

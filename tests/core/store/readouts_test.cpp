@@ -7,17 +7,13 @@
 
 namespace {
 
-class HeaderFigures : public ::testing::Test
+class HeaderFigures : public StoreTest
 {
 protected:
     HeaderFigures()
-    {
-        store.setClock([] { return local(2025, 3, 15, 10); });
-    }
+        : StoreTest(local(2025, 3, 15, 10))
+    {}
     QVariant read(const char *name) const { return store.property(name); }
-
-    QTemporaryDir temp;
-    Store store{{temp.path()}};
 };
 
 TEST_F(HeaderFigures, AFreshBookReadsZero)

@@ -17,13 +17,12 @@ Instant endOfDay(int year, int month, int day)
     return Instant::fromMSecs(local(year, month, day, 23, 59, 59).msecs() + 999);
 }
 
-class Periods : public ::testing::Test
+class Periods : public StoreTest
 {
 protected:
     Periods()
-    {
-        store.setClock([this] { return today; });
-    }
+        : StoreTest(local(2025, 3, 15, 12))
+    {}
 
     // Books a line of `kind` into checking.
     void enter(Instant date, const char *amount, const char *category, TxKind kind = TxKind::expense)
@@ -35,12 +34,6 @@ protected:
                                .kind = kind}));
     }
     ClosedRange range(ReportPeriod period) const { return periodRange(period, today); }
-
-    QTemporaryDir temp;
-    Store store{{temp.path()}};
-    Account checking = store.book().accounts[0];
-    Account savings = store.book().accounts[1];
-    Instant today = local(2025, 3, 15, 12);
 };
 
 using PeriodsCalendar = Periods;

@@ -26,21 +26,12 @@ Royalty received(const char *payer, std::optional<Decimal> amount, std::optional
     return r;
 }
 
-class Royalties : public ::testing::Test
+class Royalties : public StoreTest
 {
 protected:
     Royalties()
-    {
-        store.setClock([this] { return today; });
-        QObject::connect(&store, &Store::bookChanged, [this] { ++changes; });
-    }
-    Book onDisk() const { return decodeFile(temp.path() + QStringLiteral("/coinhall.json")); }
-
-    QTemporaryDir temp;
-    Store store{{temp.path()}};
-    Account savings = store.book().accounts[1];
-    int changes = 0; // bookChanged signals so far
-    Instant today = local(2025, 6, 10, 12);
+        : StoreTest(local(2025, 6, 10, 12))
+    {}
 };
 
 using RoyaltiesCalendar = Royalties;
