@@ -116,7 +116,7 @@ TestCase {
         verify(!window.themeMenu.itemAt(4).checked)
     }
 
-    // The help key and the Help menu open the help window (the key on its first chapter,
+    // The help key, the kit's hook and the Help menu open the help window (the key on its first chapter,
     // whatever was read last); the menu opens the about panel.
     function test_helpAndAbout() {
         const window = makeWindow()
@@ -128,6 +128,9 @@ TestCase {
         mouseClick(H.named(window.rootView, "helpKey"))
         tryCompare(help, "visible", true)
         compare([help.view.topic, window.rootView.sheet], [0, null])
+        help.show(6)
+        QFSKitHost.openHelp("Themes & zoom") // the kit's hook does the same
+        compare(help.view.topic, 0)
         help.close()
         choose(window.helpMenu, 3)
         tryCompare(window.aboutPanel, "visible", true)
