@@ -21,9 +21,16 @@ class Failure(Exception):
     pass
 
 
+# How much longer every wait may take: the sanitized build and a machine busy with
+# other tests answer several times slower than a person's computer.
+SLOWER = float(os.environ.get("JOURNEYS_SLOWER", "1"))
+
+
 def wait_for(what, condition, timeout=10.0, alive=None):
     """Polls `condition` until it gives something true, and returns that; fails
-    with `what` after `timeout` seconds, or at once when `alive` says the window died."""
+    with `what` after `timeout` seconds (times SLOWER), or at once when `alive` says
+    the window died."""
+    timeout *= SLOWER
     end = time.monotonic() + timeout
     while True:
         if alive:
