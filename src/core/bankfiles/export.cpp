@@ -47,10 +47,9 @@ void appendQuoted(QByteArray &out, const QString &value)
 
 } // namespace
 
-QByteArray CSVExport::text(const Book &book)
+std::vector<const Transaction *> linesOldestFirst(const Book &book)
 {
-    // Oldest first, without copying the lines: the Book keeps them newest first,
-    // so the reversed list is usually in order already.
+    // The Book keeps its lines newest first, so reversed they are usually in order already.
     std::vector<const Transaction *> lines;
     lines.reserve(book.transactions.size());
     for (auto t = book.transactions.rbegin(); t != book.transactions.rend(); ++t)
@@ -58,6 +57,12 @@ QByteArray CSVExport::text(const Book &book)
     auto olderFirst = [](const Transaction *a, const Transaction *b) { return a->date < b->date; };
     if (!std::is_sorted(lines.begin(), lines.end(), olderFirst))
         std::stable_sort(lines.begin(), lines.end(), olderFirst);
+    return lines;
+}
+
+QByteArray CSVExport::text(const Book &book)
+{
+    const std::vector<const Transaction *> lines = linesOldestFirst(book);
 
     // Account names by id, closed accounts included, already quoted.
     QHash<QUuid, QByteArray> accountNames;

@@ -4,6 +4,12 @@
 
 #include <QByteArray>
 
+#include <vector>
+
+// The Book's lines oldest first, equal dates in the Book's order: pointers into the
+// Book, for the exports, which write what they are given without copying it.
+std::vector<const Transaction *> linesOldestFirst(const Book &book);
+
 // The CSV export, for spreadsheets and accountants.
 namespace CSVExport {
 

@@ -1,6 +1,8 @@
 // The journal export: the Book written for plain-text accounting tools.
 #include "bankfiles/ledgerexport.h"
 
+#include "bankfiles/export.h"
+
 #include <QDateTime>
 #include <QHash>
 #include <QSet>
@@ -160,15 +162,7 @@ QByteArray LedgerExport::journal(const Book &book)
 {
     const QByteArray currency = commodity(book.currency);
 
-    // Oldest first; the Book keeps its lines newest first, so reversed they are
-    // usually in order already.
-    std::vector<const Transaction *> lines;
-    lines.reserve(book.transactions.size());
-    for (auto t = book.transactions.rbegin(); t != book.transactions.rend(); ++t)
-        lines.push_back(&*t);
-    auto olderFirst = [](const Transaction *a, const Transaction *b) { return a->date < b->date; };
-    if (!std::is_sorted(lines.begin(), lines.end(), olderFirst))
-        std::stable_sort(lines.begin(), lines.end(), olderFirst);
+    const std::vector<const Transaction *> lines = linesOldestFirst(book);
 
     Names assets("Assets:");
     QHash<QUuid, QByteArray> accountNames;
