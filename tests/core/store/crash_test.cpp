@@ -8,62 +8,62 @@
 
 #include <gtest/gtest.h>
 
-TEST(CrashSafety, KilledWhileSavingLeavesAWholeBook)
+namespace {
+
+using CrashSafety = FolderTest;
+
+} // namespace
+
+TEST_F(CrashSafety, KilledWhileSavingLeavesAWholeBook)
 {
-    QTemporaryDir temp;
-    const QString file = temp.path() + QStringLiteral("/coinhall.json");
     QRandomGenerator random(20261121);
     size_t seen = 0;
     for (int run = 0; run < 25; ++run) {
         QProcess helper;
-        helper.start(QStringLiteral(COINHALL_SAVE_HELPER), {temp.path()});
+        helper.start(QStringLiteral(COINHALL_SAVE_HELPER), {dir});
         ASSERT_TRUE(helper.waitForReadyRead(10000)) << "run " << run;
         QThread::msleep(random.bounded(5, 120));
         helper.kill();
         helper.waitForFinished();
 
-        if (!QFile::exists(file)) {
+        if (!QFile::exists(file())) {
             // Killed before its first save (a busy machine): nothing was written, nothing lost.
             ASSERT_EQ(seen, 0u) << "run " << run;
             continue;
         }
-        const Book book = decodeFile(file);
+        const Book book = decodeFile(file());
         ASSERT_GE(book.transactions.size(), seen) << "run " << run;
         seen = book.transactions.size();
         // Newest first and with no line lost in the middle.
         for (size_t i = 1; i < book.transactions.size(); ++i)
             ASSERT_EQ(book.transactions[i - 1].date.secs(), book.transactions[i].date.secs() + 1);
-        EXPECT_TRUE(QDir(temp.path()).entryList({QStringLiteral("coinhall.json.unreadable-*")}).isEmpty());
+        EXPECT_TRUE(keptAside().isEmpty());
     }
     EXPECT_GT(seen, 0u);
 }
 
-TEST(CrashSafety, WritesCutShortAreClearedAtTheNextStartAndNothingElse)
+TEST_F(CrashSafety, WritesCutShortAreClearedAtTheNextStartAndNothingElse)
 {
-    QTemporaryDir temp;
-    const QString dir = temp.path();
-    Book book;
-    book.accounts.push_back({newId(), QStringLiteral("Studio"), AccountKind::business, d("100"), false});
+    const Book book = studioBook();
     const QByteArray whole = MoneyFile::encode(book);
-    writeAll(dir + QStringLiteral("/coinhall.json"), whole);
+    put("coinhall.json", whole);
     // What a save and a backup leave when the process dies in the middle of them.
-    writeAll(dir + QStringLiteral("/coinhall.json.saving"), whole.left(whole.size() / 2));
-    QDir().mkpath(dir + QStringLiteral("/Backups"));
-    writeAll(dir + QStringLiteral("/Backups/coinhall-2025-03-01.json.saving"), "{\"acc");
+    put("coinhall.json.saving", whole.left(whole.size() / 2));
+    put("Backups/coinhall-2025-03-01.json.saving", "{\"acc");
     // The user's own files, even with names like those, are not Coinhall's to remove.
-    writeAll(dir + QStringLiteral("/coinhall.json.backup"), whole);
-    writeAll(dir + QStringLiteral("/Backups/notes.saving"), "notes");
+    put("coinhall.json.backup", whole);
+    put("Backups/notes.saving", "notes");
 
     Store store({dir});
     EXPECT_EQ(store.status(), "");
     EXPECT_EQ(store.book(), book);
-    EXPECT_FALSE(QFile::exists(dir + QStringLiteral("/coinhall.json.saving")));
-    EXPECT_FALSE(QFile::exists(dir + QStringLiteral("/Backups/coinhall-2025-03-01.json.saving")));
-    EXPECT_EQ(readAll(dir + QStringLiteral("/coinhall.json.backup")), whole);
-    EXPECT_EQ(readAll(dir + QStringLiteral("/Backups/notes.saving")), "notes");
+    EXPECT_FALSE(QFile::exists(path("coinhall.json.saving")));
+    EXPECT_FALSE(QFile::exists(path("Backups/coinhall-2025-03-01.json.saving")));
+    EXPECT_EQ(readAll(path("coinhall.json.backup")), whole);
+    EXPECT_EQ(readAll(path("Backups/notes.saving")), "notes");
 
     // A save goes through its in-progress name and leaves nothing beside the file.
     EXPECT_TRUE(store.add(line(store.book().accounts[0], "2025-03-04T09:00:00Z", "-12.5")));
-    EXPECT_EQ(decodeFile(dir + QStringLiteral("/coinhall.json")).transactions.size(), 1u);
-    EXPECT_FALSE(QFile::exists(dir + QStringLiteral("/coinhall.json.saving")));
+    EXPECT_EQ(decodeFile(file()).transactions.size(), 1u);
+    EXPECT_FALSE(QFile::exists(path("coinhall.json.saving")));
 }

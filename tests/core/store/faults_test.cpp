@@ -3,41 +3,35 @@
 #include "storetesting.h"
 
 #include <QCryptographicHash>
-#include <QDate>
 #include <QDateTime>
 #include <QElapsedTimer>
-#include <QSettings>
 
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <optional>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
-// Writes past `bytes` fail with "File too large", as on a full disk; even root
-// cannot write through it.
-class FileSizeLimit
+// Lowers one resource limit while it lives; even root cannot pass it. With RLIMIT_FSIZE
+// (and SIGXFSZ ignored) writes past the limit fail with "File too large", as on a full disk.
+class Limit
 {
 public:
-    explicit FileSizeLimit(rlim_t bytes)
-        : m_signal(std::signal(SIGXFSZ, SIG_IGN))
+    Limit(int resource, rlim_t value)
+        : m_resource(resource)
     {
-        getrlimit(RLIMIT_FSIZE, &m_original);
+        getrlimit(m_resource, &m_original);
         rlimit limit = m_original;
-        limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
+        limit.rlim_cur = value;
+        setrlimit(m_resource, &limit);
     }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_original);
-        std::signal(SIGXFSZ, m_signal);
-    }
+    ~Limit() { setrlimit(m_resource, &m_original); }
 
 private:
-    void (*m_signal)(int);
+    int m_resource;
     rlimit m_original{};
 };
 
@@ -50,68 +44,42 @@ public:
     explicit ReadOnlyFolder(const QString &dir)
         : m_dir(QFile::encodeName(dir))
     {
-        if (geteuid() != 0) {
+        if (root)
+            m_noFiles.emplace(RLIMIT_NOFILE, 0);
+        else
             ::chmod(m_dir.constData(), 0500);
-            return;
-        }
-        getrlimit(RLIMIT_NOFILE, &m_original);
-        rlimit none = m_original;
-        none.rlim_cur = 0;
-        setrlimit(RLIMIT_NOFILE, &none);
     }
     ~ReadOnlyFolder()
     {
-        if (geteuid() != 0)
+        if (!root)
             ::chmod(m_dir.constData(), 0700);
-        else
-            setrlimit(RLIMIT_NOFILE, &m_original);
     }
-    static QString reason() { return geteuid() != 0 ? "Permission denied" : "Too many open files"; }
+    static inline const bool root = geteuid() == 0;
+    static QString reason() { return root ? "Too many open files" : "Permission denied"; }
 
 private:
     QByteArray m_dir;
-    rlimit m_original{};
+    std::optional<Limit> m_noFiles;
 };
 
 // What the code under test says on standard error.
 QStringList warnings;
-void keepWarning(QtMsgType, const QMessageLogContext &, const QString &text)
-{
-    warnings << text;
-}
 
-QString today(int days = 0)
-{
-    return QDate::currentDate().addDays(days).toString(QStringLiteral("yyyy-MM-dd"));
-}
-
-Book goodBook()
-{
-    Book book;
-    book.accounts.push_back({newId(), QStringLiteral("Studio"), AccountKind::business, d("100"), false});
-    for (int i = 0; i < 40; ++i)
-        book.transactions.push_back(line(book.accounts[0], "2025-03-04T09:00:00Z", "-12.5", "Corner shop"));
-    book.categories = Category::defaults();
-    return book;
-}
-
-class Faults : public ::testing::Test
+class Faults : public FolderTest
 {
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(temp.isValid());
-        dir = temp.path() + QStringLiteral("/QFS Coinhall");
-        QDir().mkpath(dir);
-        QSettings(QStringLiteral("QFS"), QStringLiteral("Coinhall")).remove(QStringLiteral("requireUnlock"));
         warnings.clear();
-        qInstallMessageHandler(keepWarning);
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) { warnings << text; });
+        m_signal = std::signal(SIGXFSZ, SIG_IGN);
     }
-    void TearDown() override { qInstallMessageHandler(nullptr); }
+    void TearDown() override
+    {
+        qInstallMessageHandler(nullptr);
+        std::signal(SIGXFSZ, m_signal);
+    }
 
-    QString file() const { return dir + QStringLiteral("/coinhall.json"); }
-    QString backup(int days = 0) const { return dir + QStringLiteral("/Backups/coinhall-%1.json").arg(today(days)); }
-    QStringList keptAside() const { return QDir(dir).entryList({QStringLiteral("coinhall.json.unreadable-*")}); }
     // What is in a folder besides the `expected` names: what a failed write left behind.
     static QStringList strays(const QString &folder, const QStringList &expected)
     {
@@ -124,14 +92,14 @@ protected:
     // A day's start that saved the good Book and backed it up, then quit.
     QByteArray startedOnce()
     {
-        writeAll(file(), MoneyFile::encode(good));
+        put("coinhall.json", MoneyFile::encode(good));
         Store({dir});
         return readAll(file());
     }
+    Saved addOne(Store &store) { return store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3")); }
 
-    QTemporaryDir temp;
-    QString dir;
-    const Book good = goodBook();
+    const Book good = studioBook(40);
+    void (*m_signal)(int) = nullptr;
 };
 
 } // namespace
@@ -144,33 +112,32 @@ TEST_F(Faults, DiskFullHalfwayThroughASaveKeepsTheOldFile)
     EXPECT_TRUE(store.setBook(good));
     const QByteArray before = readAll(file());
     {
-        FileSizeLimit half(rlim_t(before.size() / 2));
-        EXPECT_EQ(store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3")).error,
-                  "Could not save: File too large");
+        const Limit half(RLIMIT_FSIZE, rlim_t(before.size() / 2));
+        EXPECT_EQ(addOne(store).error, "Could not save: File too large");
     }
     EXPECT_EQ(store.status(), "Could not save: File too large");
     EXPECT_EQ(store.book().transactions.size(), 41u);
     EXPECT_EQ(readAll(file()), before);
     EXPECT_EQ(strays(), QStringList());
 
-    EXPECT_TRUE(store.add(line(store.book().accounts[0], "2025-03-06T09:00:00Z", "-4")));
+    EXPECT_TRUE(addOne(store));
     EXPECT_EQ(decodeFile(file()), store.book());
 }
 
 TEST_F(Faults, DiskFullDuringTheBackupLeavesNoHalfCopy)
 {
     const QByteArray goodBytes = MoneyFile::encode(good);
-    writeAll(file(), goodBytes);
-    QDir().mkpath(dir + QStringLiteral("/Backups"));
+    put("coinhall.json", goodBytes);
+    QDir().mkpath(path("Backups"));
     {
-        FileSizeLimit half(rlim_t(goodBytes.size() / 2));
+        const Limit half(RLIMIT_FSIZE, rlim_t(goodBytes.size() / 2));
         Store store({dir});
         EXPECT_EQ(store.book(), good);
         EXPECT_TRUE(store.status().isEmpty());
     }
     EXPECT_EQ(warnings, QStringList{"Coinhall: could not make today's backup: File too large"});
     EXPECT_FALSE(QFile::exists(backup()));
-    EXPECT_EQ(strays(dir + QStringLiteral("/Backups"), {}), QStringList());
+    EXPECT_EQ(strays(path("Backups"), {}), QStringList());
     EXPECT_EQ(readAll(file()), goodBytes);
 
     // The next start with room on the disk makes the day's backup after all.
@@ -182,18 +149,18 @@ TEST_F(Faults, DiskFullDuringAnExportKeepsTheEarlierExport)
 {
     Store store({dir});
     EXPECT_TRUE(store.setBook(good));
-    const QString path = temp.path() + QStringLiteral("/export.csv");
-    writeAll(path, "the export of last week\n");
+    const QString exported = temp.path() + QStringLiteral("/export.csv");
+    writeAll(exported, "the export of last week\n");
     {
-        FileSizeLimit tiny(64);
-        EXPECT_FALSE(store.exportCSV(path));
+        const Limit tiny(RLIMIT_FSIZE, 64);
+        EXPECT_FALSE(store.exportCSV(exported));
     }
     EXPECT_EQ(store.status(), "Could not save: File too large");
-    EXPECT_EQ(readAll(path), "the export of last week\n");
+    EXPECT_EQ(readAll(exported), "the export of last week\n");
     EXPECT_EQ(strays(temp.path(), {"QFS Coinhall", "export.csv"}), QStringList());
 
-    EXPECT_TRUE(store.exportCSV(path));
-    EXPECT_EQ(readAll(path), store.exportText());
+    EXPECT_TRUE(store.exportCSV(exported));
+    EXPECT_EQ(readAll(exported), store.exportText());
 }
 
 // -- The folder turns read-only -----------------------------------------------
@@ -203,12 +170,10 @@ TEST_F(Faults, FolderTurnsReadOnlyWhileOpen)
     Store store({dir});
     EXPECT_TRUE(store.setBook(good));
     const QByteArray before = readAll(file());
-    const Account studio = store.book().accounts[0];
     {
         ReadOnlyFolder readOnly(dir);
-        EXPECT_EQ(store.add(line(studio, "2025-03-05T09:00:00Z", "-3")).error,
-                  "Could not save: " + ReadOnlyFolder::reason());
-        EXPECT_FALSE(store.exportCSV(dir + QStringLiteral("/export.csv")));
+        EXPECT_EQ(addOne(store).error, "Could not save: " + ReadOnlyFolder::reason());
+        EXPECT_FALSE(store.exportCSV(path("export.csv")));
     }
     EXPECT_EQ(store.status(), "Could not save: " + ReadOnlyFolder::reason());
     EXPECT_EQ(store.book().transactions.size(), 41u);
@@ -216,7 +181,7 @@ TEST_F(Faults, FolderTurnsReadOnlyWhileOpen)
     EXPECT_EQ(strays(), QStringList());
 
     // Writable again: the next change saves everything the Book holds.
-    EXPECT_TRUE(store.add(line(studio, "2025-03-06T09:00:00Z", "-4")));
+    EXPECT_TRUE(addOne(store));
     EXPECT_EQ(decodeFile(file()).transactions.size(), 42u);
 }
 
@@ -251,13 +216,13 @@ TEST_F(Faults, MoneyFileReplacedByWhatCannotBeRead)
         const QStringList kept = keptAside();
         ASSERT_EQ(kept.size(), 1);
         EXPECT_EQ(store.status(), "Your money file could not be read. It was kept as " + kept[0] + ".");
-        EXPECT_EQ(readAll(dir + QLatin1Char('/') + kept[0]), c.bytes);
+        EXPECT_EQ(readAll(path(kept[0])), c.bytes);
         EXPECT_EQ(readAll(backup()), goodBytes);
 
         // The first change writes a new file; neither earlier file is touched.
-        EXPECT_TRUE(store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3")));
+        EXPECT_TRUE(addOne(store));
         EXPECT_EQ(decodeFile(file()).transactions.size(), 1u);
-        EXPECT_EQ(readAll(dir + QLatin1Char('/') + kept[0]), c.bytes);
+        EXPECT_EQ(readAll(path(kept[0])), c.bytes);
         EXPECT_EQ(readAll(backup()), goodBytes);
     }
 }
@@ -266,9 +231,11 @@ TEST_F(Faults, MoneyFileReplacedBy200MegabytesIsSetAsideQuickly)
 {
     const QByteArray goodBytes = startedOnce();
 
-    // A money file that looks right for 200 MB, then turns to junk.
+    // A money file that looks right for 200 MB, then turns to junk, written 1 MB at a time.
     constexpr qint64 size = 200ll << 20;
-    QByteArray record = R"(
+    QByteArray block;
+    while (block.size() < (1 << 20))
+        block += R"(
     {
       "accountID": "6F1C2B9E-0A4D-4C1E-9B7A-3D2E1F0A9B8C",
       "amount": -45.1,
@@ -280,31 +247,21 @@ TEST_F(Faults, MoneyFileReplacedBy200MegabytesIsSetAsideQuickly)
       "note": "",
       "payee": "Corner shop"
     },)";
-    QByteArray chunk = R"({
-  "accounts": [],
-  "bills": [],
-  "categories": [],
-  "currency": "USD",
-  "royalties": [],
-  "transactions": [)";
     QCryptographicHash sha(QCryptographicHash::Sha256);
     {
         QFile out(file());
         ASSERT_TRUE(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        qint64 written = 0;
-        while (written < size) {
-            while (chunk.size() < (1 << 20))
-                chunk += record;
-            chunk.truncate(std::min<qint64>(chunk.size(), size - written));
-            if (written + chunk.size() == size)
-                chunk.replace(chunk.size() - 8, 8, "\x01junk!\xff\n");
-            sha.addData(chunk);
-            ASSERT_EQ(out.write(chunk), chunk.size());
-            written += chunk.size();
-            chunk.clear();
-        }
+        const auto write = [&](const QByteArray &bytes) {
+            sha.addData(bytes);
+            out.write(bytes);
+        };
+        write("{\n  \"accounts\": [],\n  \"bills\": [],\n  \"categories\": [],\n  \"currency\": \"USD\",\n"
+              "  \"royalties\": [],\n  \"transactions\": [");
+        while (out.pos() + block.size() < size)
+            write(block);
+        write(block.left(size - out.pos() - 8) + "\x01junk!\xff\n");
+        ASSERT_EQ(out.pos(), size);
     }
-    const QByteArray digest = sha.result();
 
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
@@ -319,12 +276,12 @@ TEST_F(Faults, MoneyFileReplacedBy200MegabytesIsSetAsideQuickly)
     EXPECT_EQ(store.loadError(), "line 7393807, column 41: Invalid escape character in string.");
     const QStringList kept = keptAside();
     ASSERT_EQ(kept.size(), 1);
-    QFile keptFile(dir + QLatin1Char('/') + kept[0]);
+    QFile keptFile(path(kept[0]));
     ASSERT_TRUE(keptFile.open(QIODevice::ReadOnly));
     EXPECT_EQ(keptFile.size(), size);
     QCryptographicHash keptSha(QCryptographicHash::Sha256);
     keptSha.addData(&keptFile);
-    EXPECT_EQ(keptSha.result(), digest);
+    EXPECT_EQ(keptSha.result(), sha.result());
     EXPECT_EQ(readAll(backup()), goodBytes);
 
     // Generous bounds. Measured on the reference machine: 0.5 to 2.7 s plain, 2.9
@@ -341,47 +298,40 @@ TEST_F(Faults, SixtyDigitAmountsAreRoundedTo38DigitsSaidAndKeptAsTheyWere)
     QByteArray bytes = MoneyFile::encode(book);
     bytes.replace("\"amount\": -12.5,", "\"amount\": 123456789012345678901234567890123456789012345678901234567890,");
     bytes.replace("\"opening\": 100", "\"opening\": 0.123456789012345678901234567890123456789012345678901234567891");
-    writeAll(file(), bytes);
+    put("coinhall.json", bytes);
     // Today's backup was made before the file was changed, so it cannot be the keeper.
-    QDir().mkpath(dir + QStringLiteral("/Backups"));
-    writeAll(backup(), "earlier today");
+    put("Backups/" + backupName(), "earlier today");
 
     Store store({dir});
     EXPECT_TRUE(store.loadError().isEmpty());
     EXPECT_EQ(store.book().transactions[0].amount.toStdString(),
               "123456789012345678901234567890123456790000000000000000000000");
     EXPECT_EQ(store.book().accounts[0].opening.toStdString(), "0.12345678901234567890123456789012345679");
-    const QStringList kept = QDir(dir).entryList({QStringLiteral("coinhall.json.unrounded-*")});
+    const QStringList kept = keptAside(QStringLiteral("unrounded"));
     ASSERT_EQ(kept.size(), 1);
     EXPECT_EQ(store.status(), "3 amounts in your money file had more than 38 digits and were rounded. "
                               "The file as it was is kept as " +
                                   kept[0] + ".");
-    ASSERT_EQ(warnings.size(), 1);
-    EXPECT_EQ(warnings[0], "Coinhall: " + store.status() + " (the first: accounts[0].opening)");
-    struct stat keptMode
-    {
-    };
-    ASSERT_EQ(::stat(QFile::encodeName(dir + QLatin1Char('/') + kept[0]).constData(), &keptMode), 0);
-    EXPECT_EQ(keptMode.st_mode & 0777, 0600u);
+    EXPECT_EQ(warnings, QStringList{"Coinhall: " + store.status() + " (the first: accounts[0].opening)"});
+    EXPECT_EQ(modeOf(path(kept[0])), "600");
 
     // The first save writes the rounded amounts; the copy keeps every digit.
-    EXPECT_TRUE(store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3")));
+    EXPECT_TRUE(addOne(store));
     EXPECT_TRUE(readAll(file()).contains("\"amount\": 123456789012345678901234567890123456790000000000000000000000,"));
-    EXPECT_EQ(readAll(dir + QLatin1Char('/') + kept[0]), bytes);
+    EXPECT_EQ(readAll(path(kept[0])), bytes);
     EXPECT_EQ(readAll(backup()), "earlier today");
 }
 
 TEST_F(Faults, AmountsBeyondTheRangeAreRefusedWithTheirPlace)
 {
     const QByteArray goodBytes = startedOnce();
-    QByteArray bytes = goodBytes;
-    bytes.replace("\"amount\": -12.5,", "\"amount\": -1e200,");
+    const QByteArray bytes = QByteArray(goodBytes).replace("\"amount\": -12.5,", "\"amount\": -1e200,");
     writeAll(file(), bytes);
 
     Store store({dir});
     EXPECT_EQ(store.loadError(), "transactions[0].amount: not an amount \"-1e200\"");
     ASSERT_EQ(keptAside().size(), 1);
-    EXPECT_EQ(readAll(dir + QLatin1Char('/') + keptAside()[0]), bytes);
+    EXPECT_EQ(readAll(path(keptAside()[0])), bytes);
     EXPECT_EQ(readAll(backup()), goodBytes);
 }
 
@@ -390,18 +340,18 @@ TEST_F(Faults, AmountsBeyondTheRangeAreRefusedWithTheirPlace)
 TEST_F(Faults, BackupsFolderThatIsAFileStopsOnlyTheBackup)
 {
     const QByteArray goodBytes = MoneyFile::encode(good);
-    writeAll(file(), goodBytes);
-    writeAll(dir + QStringLiteral("/Backups"), "not a folder");
+    put("coinhall.json", goodBytes);
+    put("Backups", "not a folder");
 
     Store store({dir});
     EXPECT_EQ(store.book(), good);
     EXPECT_TRUE(store.status().isEmpty());
     EXPECT_EQ(warnings,
               QStringList{"Coinhall: could not make today's backup: cannot make the folder " + dir + "/Backups"});
-    EXPECT_EQ(readAll(dir + QStringLiteral("/Backups")), "not a folder");
+    EXPECT_EQ(readAll(path("Backups")), "not a folder");
     EXPECT_EQ(readAll(file()), goodBytes);
 
-    EXPECT_TRUE(store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3")));
+    EXPECT_TRUE(addOne(store));
     EXPECT_EQ(decodeFile(file()), store.book());
 }
 
@@ -412,15 +362,11 @@ TEST_F(Faults, BackupsFolderThatIsAFileStopsOnlyTheBackup)
 TEST_F(Faults, ClockBackADayAmongThirtyLaterBackupsDropsOnlyTodaysCopy)
 {
     const QByteArray goodBytes = MoneyFile::encode(good);
-    writeAll(file(), goodBytes);
-    QDir().mkpath(dir + QStringLiteral("/Backups"));
+    put("coinhall.json", goodBytes);
     for (int day = 1; day <= 30; ++day)
-        writeAll(backup(day), QByteArray::number(day));
+        put("Backups/" + backupName(day), QByteArray::number(day));
 
-    {
-        Store store({dir});
-        EXPECT_EQ(store.book(), good);
-    }
+    EXPECT_EQ(Store({dir}).book(), good);
     // Today's copy sorts before the thirty later names, so the pruning that keeps the
     // thirty newest names removes it at once; every later one stays as it was.
     EXPECT_FALSE(QFile::exists(backup()));
@@ -439,11 +385,8 @@ TEST_F(Faults, ClockBackADayKeepsPaymentsAndSaves)
     Store store({dir});
     Instant now = at("2025-03-10T15:00:00Z");
     store.setClock([&] { return now; });
-    Bill rent;
-    rent.name = QStringLiteral("Rent");
-    rent.amount = d("1200");
-    rent.due = at("2025-03-10T14:00:00Z");
-    EXPECT_TRUE(store.save(rent));
+    EXPECT_TRUE(
+        store.save(Bill{.name = QStringLiteral("Rent"), .amount = d("1200"), .due = at("2025-03-10T14:00:00Z")}));
     EXPECT_TRUE(store.pay(store.book().bills[0], std::nullopt, now, std::nullopt));
 
     now = at("2025-03-09T15:00:00Z");
@@ -465,17 +408,16 @@ TEST_F(Faults, ClockBackToAnEarlierSetAsideStampLosesNeitherFile)
     // Earlier starts set unreadable files aside with the stamps the clock now shows again.
     const QDateTime start = QDateTime::currentDateTime();
     for (int s = 0; s < 5; ++s)
-        writeAll(dir + QStringLiteral("/coinhall.json.unreadable-") +
-                     start.addSecs(s).toString(QStringLiteral("yyyyMMdd-HHmmss")),
-                 "an earlier unreadable file");
+        put("coinhall.json.unreadable-" + start.addSecs(s).toString(QStringLiteral("yyyyMMdd-HHmmss")),
+            "an earlier unreadable file");
     writeAll(file(), "{\"version\": 1,");
 
     Store store({dir});
     EXPECT_EQ(store.status(),
               "Your money file could not be read, and it could not be set aside, so nothing will be saved.");
     EXPECT_FALSE(store.writable());
-    EXPECT_FALSE(store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3")));
+    EXPECT_FALSE(addOne(store));
     EXPECT_EQ(readAll(file()), "{\"version\": 1,");
     for (const QString &name : keptAside())
-        EXPECT_EQ(readAll(dir + QLatin1Char('/') + name), "an earlier unreadable file");
+        EXPECT_EQ(readAll(path(name)), "an earlier unreadable file");
 }

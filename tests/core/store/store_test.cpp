@@ -2,59 +2,15 @@
 // backups, the lock file and the unlock step.
 #include "storetesting.h"
 
-#include <QCoreApplication>
-#include <QDate>
-#include <QFileInfo>
-#include <QRegularExpression>
-#include <QSettings>
 #include <QSignalSpy>
-#include <QThread>
 
 #include <gtest/gtest.h>
 
-#include <csignal>
-#include <sys/resource.h>
-#include <sys/stat.h>
 #include <thread>
 
 namespace {
 
-QString todaysBackupName()
-{
-    return QStringLiteral("coinhall-%1.json").arg(QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd")));
-}
-
-mode_t modeOf(const QString &path)
-{
-    struct stat st
-    {
-    };
-    ::stat(QFile::encodeName(path).constData(), &st);
-    return st.st_mode & 0777;
-}
-
-Book bookWithOneAccount()
-{
-    Book book;
-    book.accounts.push_back({newId(), QStringLiteral("Studio"), AccountKind::business, d("100"), false});
-    return book;
-}
-
-class StoreStart : public ::testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(temp.isValid());
-        dir = temp.path() + QStringLiteral("/QFS Coinhall");
-        QSettings(QStringLiteral("QFS"), QStringLiteral("Coinhall")).remove(QStringLiteral("requireUnlock"));
-    }
-    QString file() const { return dir + QStringLiteral("/coinhall.json"); }
-    QString backups() const { return dir + QStringLiteral("/Backups"); }
-
-    QTemporaryDir temp;
-    QString dir;
-};
+using StoreStart = FolderTest;
 
 } // namespace
 
@@ -66,69 +22,48 @@ TEST_F(StoreStart, EmptyFolderGivesTwoAccountsAndWritesNothing)
     EXPECT_EQ(store.book().accounts[0].kind, AccountKind::checking);
     EXPECT_EQ(store.book().accounts[1].name, "Savings");
     EXPECT_EQ(store.book().accounts[1].kind, AccountKind::savings);
-    EXPECT_EQ(store.book().categories.size(), 26u);
+    EXPECT_EQ(store.book().categories, Category::defaults());
     EXPECT_TRUE(store.status().isEmpty());
     EXPECT_TRUE(store.writable());
     EXPECT_FALSE(store.locked());
-    EXPECT_EQ(modeOf(dir), 0700u);
     // A first run writes the file only with the user's first change, so there is nothing to back up.
     EXPECT_FALSE(QFile::exists(file()));
-    EXPECT_TRUE(QDir(backups()).isEmpty());
+    EXPECT_TRUE(QDir(path("Backups")).isEmpty());
 
     EXPECT_TRUE(store.add(line(store.book().accounts[0], "2025-03-04T09:00:00Z", "-12.5")));
-    EXPECT_EQ(modeOf(file()), 0600u);
     EXPECT_EQ(decodeFile(file()), store.book());
 }
 
 TEST_F(StoreStart, ExistingFileIsReadAndBackedUpOncePerDay)
 {
-    QDir().mkpath(dir);
-    const Book saved = bookWithOneAccount();
-    writeAll(file(), MoneyFile::encode(saved));
+    const Book saved = studioBook();
+    put("coinhall.json", MoneyFile::encode(saved));
     {
         Store store({dir});
         EXPECT_EQ(store.book(), saved);
         EXPECT_TRUE(store.loadError().isEmpty());
         EXPECT_TRUE(store.add(line(store.book().accounts[0], "2025-03-04T09:00:00Z", "-12.5")));
     }
-    const QString backup = backups() + QLatin1Char('/') + todaysBackupName();
-    EXPECT_EQ(readAll(backup), MoneyFile::encode(saved));
-    EXPECT_EQ(modeOf(backup), 0600u);
+    EXPECT_EQ(readAll(backup()), MoneyFile::encode(saved));
 
     // The day's second start keeps the backup of the file as it was before the day's changes.
     Store again({dir});
     EXPECT_EQ(again.book().transactions.size(), 1u);
-    EXPECT_EQ(readAll(backup), MoneyFile::encode(saved));
-    EXPECT_EQ(QDir(backups()).entryList(QDir::Files).size(), 1);
+    EXPECT_EQ(readAll(backup()), MoneyFile::encode(saved));
+    EXPECT_EQ(QDir(path("Backups")).entryList(QDir::Files).size(), 1);
 }
 
-TEST_F(StoreStart, CrowdedBackupsKeepTheThirtyNewest)
+// Today's backup is one of the thirty kept; the oldest names go.
+TEST_F(StoreStart, CrowdedBackupsKeepTheThirtyNewestTodaysAmongThem)
 {
-    QDir().mkpath(backups());
     QStringList names;
     for (int i = 0; i < 35; ++i) {
         names << QStringLiteral("coinhall-%1.json").arg(QDate(2024, 1, 1).addDays(i).toString(Qt::ISODate));
-        writeAll(backups() + QLatin1Char('/') + names.last(), "{}");
+        put("Backups/" + names.last(), "{}");
     }
+    put("coinhall.json", MoneyFile::encode(studioBook()));
     Store store({dir});
-    QStringList left = QDir(backups()).entryList(QDir::Files, QDir::Name);
-    EXPECT_EQ(left, names.mid(5));
-}
-
-TEST_F(StoreStart, TodaysBackupCountsTowardThirty)
-{
-    QDir().mkpath(backups());
-    QStringList names;
-    for (int i = 0; i < 30; ++i) {
-        names << QStringLiteral("coinhall-%1.json").arg(QDate(2020, 1, 1).addDays(i).toString(Qt::ISODate));
-        writeAll(backups() + QLatin1Char('/') + names.last(), "{}");
-    }
-    writeAll(file(), MoneyFile::encode(bookWithOneAccount()));
-    Store store({dir});
-    const QStringList left = QDir(backups()).entryList(QDir::Files, QDir::Name);
-    EXPECT_EQ(left.size(), 30);
-    EXPECT_EQ(left.last(), todaysBackupName());
-    EXPECT_EQ(left.first(), names[1]);
+    EXPECT_EQ(QDir(path("Backups")).entryList(QDir::Files, QDir::Name), names.mid(6) << backupName());
 }
 
 TEST_F(StoreStart, OlderFolderNameIsCopied)
@@ -137,7 +72,7 @@ TEST_F(StoreStart, OlderFolderNameIsCopied)
     qputenv("XDG_DATA_HOME", temp.path().toUtf8());
     const QString older = temp.path() + QStringLiteral("/Quillfern Coinhall");
     QDir().mkpath(older + QStringLiteral("/Backups"));
-    const Book saved = bookWithOneAccount();
+    const Book saved = studioBook();
     writeAll(older + QStringLiteral("/coinhall.json"), MoneyFile::encode(saved));
     writeAll(older + QStringLiteral("/Backups/coinhall-2024-01-01.json"), "{}");
 
@@ -146,20 +81,19 @@ TEST_F(StoreStart, OlderFolderNameIsCopied)
     qputenv("XDG_DATA_HOME", oldData);
     EXPECT_EQ(store.dir(), dir);
     EXPECT_EQ(store.book(), saved);
-    EXPECT_TRUE(QFile::exists(backups() + QStringLiteral("/coinhall-2024-01-01.json")));
+    EXPECT_TRUE(QFile::exists(path("Backups/coinhall-2024-01-01.json")));
     EXPECT_TRUE(QFile::exists(older + QStringLiteral("/coinhall.json"))); // the older folder is left as it was
 }
 
 TEST_F(StoreStart, AMoneyFileFromANewerCoinhallIsReadButNeverRewritten)
 {
-    QDir().mkpath(dir);
-    Book newer = bookWithOneAccount();
+    Book newer = studioBook();
     newer.version = MoneyFile::version + 1;
     // A newer Coinhall may keep what this one does not know; a save from here would drop it.
     const QByteArray bytes =
         MoneyFile::encode(newer).replace("\"version\": 2", "\"version\": 2, \"wishes\": [\"boat\"]");
     ASSERT_TRUE(bytes.contains("wishes"));
-    writeAll(file(), bytes);
+    put("coinhall.json", bytes);
 
     Store store({dir});
     EXPECT_EQ(store.book(), newer);
@@ -168,7 +102,7 @@ TEST_F(StoreStart, AMoneyFileFromANewerCoinhallIsReadButNeverRewritten)
     EXPECT_EQ(store.add(line(store.book().accounts[0], "2025-03-04T09:00:00Z", "-1")).error,
               "Could not save: this money file was written by a newer Coinhall");
     EXPECT_EQ(readAll(file()), bytes);
-    EXPECT_FALSE(QFileInfo::exists(backups() + QLatin1Char('/') + todaysBackupName()));
+    EXPECT_FALSE(QFile::exists(backup()));
 }
 
 TEST_F(StoreStart, SecondStoreOnOneFolderWritesNothing)
@@ -211,24 +145,17 @@ public:
 
 } // namespace
 
-TEST_F(StoreStart, UnlockFollowsTheAuthenticator)
+TEST_F(StoreStart, UnlockIsAskedFromTheNextStartAndFollowsTheAuthenticator)
 {
     auto auth = std::make_shared<FakeAuthenticator>();
     Store open({dir, auth});
     EXPECT_FALSE(open.locked()); // the preference is off
 
-    open.setRequireUnlock(true);
-    EXPECT_TRUE(QSettings(QStringLiteral("QFS"), QStringLiteral("Coinhall")).value("requireUnlock").toBool());
-    EXPECT_FALSE(open.locked()); // takes effect at the next start
-}
-
-TEST_F(StoreStart, UnlockOutcomes)
-{
-    QSettings(QStringLiteral("QFS"), QStringLiteral("Coinhall")).setValue(QStringLiteral("requireUnlock"), true);
-    auto auth = std::make_shared<FakeAuthenticator>();
+    open.setRequireUnlock(true); // takes effect at the next start
+    EXPECT_FALSE(open.locked());
 
     auth->answer = false;
-    Store refused({dir, auth});
+    Store refused({temp.path() + QStringLiteral("/next start"), auth});
     ASSERT_TRUE(refused.locked());
     QSignalSpy failed(&refused, &Store::unlockFailed);
     auth->answer = true;
@@ -245,8 +172,7 @@ TEST_F(StoreStart, UnlockOutcomes)
 
     auth->answer = true;
     refused.unlock(QStringLiteral("right"));
-    waitFor([&] { return !refused.locked(); });
-    EXPECT_FALSE(refused.locked());
+    EXPECT_TRUE(waitFor([&] { return !refused.locked(); }));
 }
 
 TEST_F(StoreStart, ComputerThatCannotCheckOpensUnlocked)

@@ -4,14 +4,19 @@
 #include "model/moneyfile.h"
 #include "store/store.h"
 
+#include <QDate>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QSettings>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
+
+#include <sys/stat.h>
 
 inline Transaction line(const Account &account, const char *iso, const char *amount, const char *payee = "Payee",
                         TxKind kind = TxKind::expense)
@@ -33,6 +38,59 @@ inline Book decodeFile(const QString &path)
     EXPECT_TRUE(decoded.book.has_value()) << decoded.error.toStdString();
     return decoded.book.value_or(Book{});
 }
+
+// One account holding `lines` equal lines, as an earlier run may have saved it.
+inline Book studioBook(int lines = 0)
+{
+    Book book;
+    book.accounts.push_back({.name = QStringLiteral("Studio"), .kind = AccountKind::business, .opening = d("100")});
+    for (int i = 0; i < lines; ++i)
+        book.transactions.push_back(line(book.accounts[0], "2025-03-04T09:00:00Z", "-12.5", "Corner shop"));
+    return book;
+}
+
+// The permission bits in octal ("600"), or "missing"; a link's own.
+inline std::string modeOf(const QString &path)
+{
+    struct stat st
+    {
+    };
+    if (::lstat(QFile::encodeName(path).constData(), &st) != 0)
+        return "missing";
+    return QString::number(st.st_mode & 0777, 8).toStdString();
+}
+
+// The name of the backup made `days` after today by the computer's date.
+inline QString backupName(int days = 0)
+{
+    return QStringLiteral("coinhall-%1.json").arg(QDate::currentDate().addDays(days).toString(Qt::ISODate));
+}
+
+// A books folder of its own that no Store has opened yet, with the unlock preference
+// off. `dir` is where Store::defaultDir() looks when the data folder is `temp`.
+class FolderTest : public ::testing::Test
+{
+protected:
+    FolderTest() { QSettings(QStringLiteral("QFS"), QStringLiteral("Coinhall")).remove(QStringLiteral("requireUnlock")); }
+
+    QString path(const QString &name) const { return dir + QLatin1Char('/') + name; }
+    QString file() const { return path(QStringLiteral("coinhall.json")); }
+    QString backup(int days = 0) const { return path(QStringLiteral("Backups/") + backupName(days)); }
+    // Writes a file in the folder, making the folders on the way.
+    void put(const QString &name, const QByteArray &bytes) const
+    {
+        QDir().mkpath(QFileInfo(path(name)).path());
+        writeAll(path(name), bytes);
+    }
+    // The files set aside as coinhall.json.<kind>-<stamp>.
+    QStringList keptAside(const QString &kind = QStringLiteral("unreadable")) const
+    {
+        return QDir(dir).entryList({QStringLiteral("coinhall.json.") + kind + QStringLiteral("-*")});
+    }
+
+    QTemporaryDir temp;
+    QString dir = temp.path() + QStringLiteral("/QFS Coinhall");
+};
 
 // A Store on a folder of its own whose clock reads `today`, with its two starting
 // accounts at hand and its bookChanged signals counted.
