@@ -5,145 +5,94 @@ import "helpers.js" as H
 
 // The Accounts screen and the account editor as a user works them: budgets and the
 // lock toggle, adding and deleting an account, and closing one that has lines.
-Item {
-    id: stage
+// Balances, titles and the budget's reading of typed text are bridge tests.
+TestCase {
+    id: testCase
 
+    name: "Accounts"
     width: 1000
     height: 900
+    visible: true
+    when: windowShown
 
-    Component {
-        id: screenComponent
-
-        AccountsScreen {
-            anchors.fill: parent
-        }
+    function openScreen(): var {
+        const screen = H.make(testCase, testCase, "AccountsScreen { anchors.fill: parent }")
+        waitForRendering(screen)
+        return screen
+    }
+    function accountNamed(screen: var, name: string): var {
+        return screen.bridge.accounts.find(a => a.name === name)
+    }
+    function editor(account: var): var {
+        return H.make(testCase, testCase, "AccountEditor {}", { sheet: CHSheet.editAccount(account) })
     }
 
-    Component {
-        id: hostComponent
-
-        SheetHost {
-            anchors.fill: parent
-        }
+    // A budget is written when its field is left or Return is pressed; only spending
+    // categories have one. The lock toggle is the Store's setting.
+    function test_budgetsAndTheLockToggle() {
+        const screen = openScreen()
+        verify(!H.first(screen, c => c.objectName === "budgetRow" && c.name === "Paycheck"))
+        const row = H.first(screen, c => c.objectName === "budgetRow" && c.name === "Dining out")
+        mouseClick(row.field)
+        H.type(testCase, "45")
+        keyClick(Qt.Key_Tab)
+        compare(row.budget, "45")
+        H.retype(testCase, row.field, "$60.00")
+        keyClick(Qt.Key_Return)
+        compare([row.budget, row.text], ["60", "60"])
+        const before = Store.requireUnlock
+        mouseClick(H.named(screen, "unlockToggle"))
+        compare(Store.requireUnlock, !before)
+        keyClick(Qt.Key_Space)
+        compare(Store.requireUnlock, before)
     }
-
-    Component {
-        id: editorComponent
-
-        AccountEditor {}
+    // The screen's keys open the editor through the sheet host; a new account with an
+    // unreadable starting balance starts at zero; one without lines can be deleted.
+    function test_addAndDeleteAnAccount() {
+        const screen = openScreen()
+        const host = H.make(testCase, testCase, "SheetHost { anchors.fill: parent }")
+        const closed = H.spy(testCase, host, "done")
+        screen.openSheet.connect(sheet => host.sheet = sheet)
+        mouseClick(H.named(screen, "editAccountKey"))
+        tryVerify(() => host.view !== null)
+        compare([host.view.title, host.view.name], ["Change account", "Main checking"])
+        keyClick(Qt.Key_Escape)
+        compare(closed.count, 1)
+        host.sheet = null
+        mouseClick(H.key(screen, "Add account"))
+        tryVerify(() => host.view !== null)
+        const adding = host.view
+        compare(adding.title, "New account")
+        tryVerify(() => H.named(adding, "nameField").field.activeFocus, 1000, "the name field has the focus first")
+        compare(H.keys(adding), ["Cancel", "Save"], "a new account offers no delete")
+        verify(!H.key(adding, "Save").enabled, "nothing to save without a name")
+        H.type(testCase, "Cash box")
+        H.named(adding, "kindPicker").box.forceActiveFocus()
+        for (let i = 0; i < 3; ++i)
+            keyClick(Qt.Key_Down)
+        H.retype(testCase, H.named(adding, "openingField").field, "abc")
+        mouseClick(H.key(adding, "Save"))
+        compare(closed.count, 2)
+        const saved = accountNamed(screen, "Cash box")
+        compare([saved.balanceText, screen.bridge.account(saved.id).kind], ["$0.00", "Cash"])
+        const change = editor(saved)
+        verify(!H.named(change, "deleteNote").visible)
+        compare(H.keys(change), ["Delete account", "Cancel", "Save"])
+        mouseClick(H.key(change, "Delete account"))
+        verify(!accountNamed(screen, "Cash box"), "the account is gone")
     }
-
-    Component {
-        id: importerComponent
-
-        ImportBridge {
-            store: Store
-        }
-    }
-
-    Component {
-        id: spyComponent
-
-        SignalSpy {}
-    }
-
-    TestCase {
-        id: testCase
-        name: "Accounts"
-        when: windowShown
-        function spyOn(target: var, signalName: string): var {
-            return createTemporaryObject(spyComponent, stage, { target: target, signalName: signalName })
-        }
-        function visibleKeys(item: var): var {
-            return H.findAll(item, c => c.Accessible.role === Accessible.Button && c.visible).map(k => k.title)
-        }
-        function openScreen(): var {
-            const screen = createTemporaryObject(screenComponent, stage)
-            waitForRendering(screen)
-            return screen
-        }
-        function accountNamed(screen: var, name: string): var {
-            return screen.bridge.accounts.find(a => a.name === name)
-        }
-        // A budget is written when its field is left or Return is pressed; only spending
-        // categories have one. The lock toggle is the Store's setting.
-        function test_budgetsAndTheLockToggle() {
-            const screen = openScreen()
-            verify(!H.first(screen, c => c.objectName === "budgetRow" && c.name === "Paycheck"))
-            const row = H.first(screen, c => c.objectName === "budgetRow" && c.name === "Dining out")
-            mouseClick(row.field)
-            H.type(testCase, "45")
-            keyClick(Qt.Key_Tab)
-            compare(row.budget, "45")
-            H.retype(testCase, row.field, "$60.00")
-            keyClick(Qt.Key_Return)
-            compare([row.budget, row.text], ["60", "60"])
-            H.retype(testCase, row.field, "")
-            keyClick(Qt.Key_Return)
-            compare(row.budget, "")
-            const toggle = H.named(screen, "unlockToggle")
-            const before = Store.requireUnlock
-            mouseClick(toggle)
-            compare(Store.requireUnlock, !before)
-            keyClick(Qt.Key_Space)
-            compare(Store.requireUnlock, before)
-        }
-        // The screen's keys open the editor through the sheet host; a new account with an
-        // unreadable starting balance starts at zero; one without lines can be deleted.
-        function test_addAndDeleteAnAccount() {
-            const screen = openScreen()
-            const host = createTemporaryObject(hostComponent, stage)
-            const closed = spyOn(host, "done")
-            screen.openSheet.connect(sheet => host.sheet = sheet)
-            mouseClick(H.named(screen, "editAccountKey"))
-            tryVerify(() => host.view !== null)
-            compare([host.view.title, host.view.name], ["Change account", "Main checking"])
-            keyClick(Qt.Key_Escape)
-            compare(closed.count, 1)
-            host.sheet = null
-            mouseClick(H.key(screen, "Add account"))
-            tryVerify(() => host.view !== null)
-            const editor = host.view
-            compare(editor.title, "New account")
-            tryVerify(() => H.named(editor, "nameField").field.activeFocus, 1000, "the name field has the focus first")
-            compare(visibleKeys(editor), ["Cancel", "Save"], "a new account offers no delete")
-            verify(!H.key(editor, "Save").enabled, "nothing to save without a name")
-            H.type(testCase, "Cash box")
-            const kind = H.named(editor, "kindPicker")
-            kind.box.forceActiveFocus()
-            for (let i = 0; i < 3; ++i)
-                keyClick(Qt.Key_Down)
-            compare(kind.currentText, "Cash")
-            H.retype(testCase, H.named(editor, "openingField").field, "abc")
-            mouseClick(H.key(editor, "Save"))
-            compare(closed.count, 2)
-            const saved = accountNamed(screen, "Cash box")
-            compare(saved.balanceText, "$0.00")
-            compare(screen.bridge.account(saved.id).kind, "Cash")
-            const change = createTemporaryObject(editorComponent, stage, { sheet: CHSheet.editAccount(saved) })
-            verify(!H.named(change, "deleteNote").visible)
-            compare(visibleKeys(change), ["Delete account", "Cancel", "Save"])
-            mouseClick(H.key(change, "Delete account"))
-            verify(!accountNamed(screen, "Cash box"), "the account is gone")
-        }
-        function test_accountWithLinesIsClosedNotDeleted() {
-            const screen = openScreen()
-            const savings = accountNamed(screen, "Savings")
-            const importer = createTemporaryObject(importerComponent, stage, { account: savings.id })
-            importer.open(Qt.resolvedUrl("../data/bank/riverbend_savings.csv"))
-            verify(importer.importNow() > 0)
-            const editor = createTemporaryObject(editorComponent, stage, { sheet: CHSheet.editAccount(savings) })
-            compare(visibleKeys(editor), ["Cancel", "Save"], "no delete for an account with lines")
-            compare(H.named(editor, "deleteNote").text, "This account has transactions, so it can be closed but not deleted.")
-            mouseClick(H.named(editor, "closedToggle"))
-            mouseClick(H.key(editor, "Save"))
-            verify(H.texts(screen, "accountTitle").indexOf("Savings (closed)") >= 0)
-            const reopen = createTemporaryObject(editorComponent, stage,
-                                                 { sheet: CHSheet.editAccount(accountNamed(screen, "Savings")) })
-            verify(reopen.closed)
-            mouseClick(H.named(reopen, "closedToggle"))
-            mouseClick(H.key(reopen, "Save"))
-            verify(H.texts(screen, "accountTitle").indexOf("Savings") >= 0)
-        }
+    function test_accountWithLinesIsClosedNotDeleted() {
+        const screen = openScreen()
+        const savings = accountNamed(screen, "Savings")
+        const importer = H.make(testCase, testCase, "ImportBridge { store: Store }", { account: savings.id })
+        importer.open(Qt.resolvedUrl("../data/bank/riverbend_savings.csv"))
+        verify(importer.importNow() > 0)
+        const closing = editor(savings)
+        compare(H.keys(closing), ["Cancel", "Save"], "no delete for an account with lines")
+        compare(H.named(closing, "deleteNote").text, "This account has transactions, so it can be closed but not deleted.")
+        mouseClick(H.named(closing, "closedToggle"))
+        mouseClick(H.key(closing, "Save"))
+        verify(H.texts(screen, "accountTitle").indexOf("Savings (closed)") >= 0)
+        verify(editor(accountNamed(screen, "Savings")).closed, "the editor shows it closed")
     }
 }

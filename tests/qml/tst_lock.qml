@@ -39,11 +39,12 @@ TestCase {
         const window = createTemporaryObject(mainComponent, null)
         waitForRendering(window.contentItem)
         const view = window.rootView
+        const overlay = findChild(view, "lockOverlay")
         window.requestActivate()
         tryVerify(() => window.active)
         // Nothing was typed yet: no complaint on the screen.
         wait(50)
-        verify(!findChild(view, "lockOverlay").refused)
+        verify(!overlay.refused)
         // Clicks anywhere, where the keys would be too, reach nothing beneath.
         for (let x = 20; x < view.width; x += 90) {
             for (let y = 20; y < view.height; y += 70)
@@ -62,9 +63,8 @@ TestCase {
         view.closeSheet()
         // The help, the about panel and the theme hold no data: they stay open to use.
         verify([window.helpMenu.itemAt(0), window.helpMenu.itemAt(3), window.themeMenu.itemAt(4)].every(i => i.enabled))
-        // Unlocked, the screens take the keyboard and the window's shortcuts again.
-        const overlay = findChild(view, "lockOverlay")
-        // The clicks above pressed the Unlock key too: wait for those checks.
+        // Unlocked, the screens take the keyboard and the window's shortcuts again. The
+        // clicks above pressed the Unlock key too: wait for those checks.
         tryVerify(() => !overlay.checking, 5000)
         verify(TestHooks.usePamModule("pam_permit.so"))
         password.forceActiveFocus()

@@ -4,53 +4,36 @@ import QtTest
 import Coinhall
 import "helpers.js" as H
 
-// The main window as the user meets it: the header's keys and read-outs, the sidebar,
-// the sheets, the menus (by mouse and keyboard), the one theme choice, the help window
-// and the about panel, and what stays usable when the window is zoomed in.
+// The main window as the user meets it: the sheets, the menus by keyboard, the one theme
+// choice, the help window (at first run, by keyboard, at the zoom) and the about panel,
+// and what stays usable when the window is zoomed in. The screen keys, F10 and Alt+V
+// opening the menus and the zoom levels surviving a restart are real-window journeys.
 TestCase {
     id: testCase
 
     name: "Window"
     when: windowShown
 
-    Component {
-        id: mainComponent
-
-        Main {}
-    }
-
     function init() {
         Prefs.welcomed = true
         Looks.choose("studio")
         QFZoom.actualSize()
     }
-
     function cleanup() {
-        Looks.choose("studio")
-        QFZoom.actualSize()
+        init()
     }
-
     function makeWindow() {
-        const window = createTemporaryObject(mainComponent, null)
-        verify(window !== null)
+        const window = H.make(testCase, null, "Main {}")
         waitForRendering(window.contentItem)
         return window
     }
-
     // Chooses a menu's item as the user does: opens the menu and clicks the item.
     function choose(menu, index) {
         menu.open()
         tryCompare(menu, "opened", true)
-        const item = menu.itemAt(index)
-        waitForRendering(item)
-        mouseClick(item)
+        waitForRendering(menu.itemAt(index))
+        mouseClick(menu.itemAt(index))
         tryCompare(menu, "visible", false)
-    }
-
-    function sceneRect(item) {
-        const corner = item.mapToItem(null, 0, 0)
-        const end = item.mapToItem(null, item.width, item.height)
-        return Qt.rect(corner.x, corner.y, end.x - corner.x, end.y - corner.y)
     }
 
     // A sheet takes the clicks away from the desk; Escape closes it and gives the
@@ -75,13 +58,12 @@ TestCase {
         }
     }
 
-    // F10 and Alt with the underlined letter open the menus; the arrows, Return and
-    // Escape do the rest, and the keyboard goes back where it was.
-    function test_menusOpenFromTheKeyboard() {
+    // The arrows move between the menus, Return chooses and Escape closes, and the
+    // keyboard goes back where it was.
+    function test_menusByKeyboard() {
         const window = makeWindow()
         const bar = window.menuBar
         const focused = window.activeFocusItem
-        compare(bar.itemAt(0).Accessible.name, "File")
         keyClick(Qt.Key_F10)
         tryCompare(bar.menuAt(0), "opened", true)
         keyClick(Qt.Key_Right)
@@ -90,7 +72,6 @@ TestCase {
         keyClick(Qt.Key_Escape)
         tryCompare(bar.menuAt(1), "visible", false)
         compare(window.activeFocusItem, focused)
-
         keyClick(Qt.Key_V, Qt.AltModifier)
         tryCompare(bar.menuAt(2), "opened", true)
         keyClick(Qt.Key_Down)
@@ -100,7 +81,8 @@ TestCase {
         compare(window.activeFocusItem, focused)
     }
 
-    // The header's picker and the Theme menu change the same stored choice.
+    // The header's picker and the Theme menu change the same stored choice, and the
+    // window and the help window take its colours.
     function test_pickerAndThemeMenuAreOneChoice() {
         const window = makeWindow()
         const picker = H.named(window.rootView, "themePicker")
@@ -109,18 +91,27 @@ TestCase {
         tryVerify(() => picker.popup.contentItem.itemAtIndex(4) !== null)
         mouseClick(picker.popup.contentItem.itemAtIndex(4))
         tryCompare(picker.popup, "visible", false)
-        compare([Prefs.look, window.color], ["carbon", Looks.carbon.bg])
+        compare([Prefs.look, window.color, window.helpWindow.color], ["carbon", Looks.carbon.bg, Looks.carbon.bg])
         verify(window.themeMenu.itemAt(4).checked)
         choose(window.themeMenu, 1)
         compare([Prefs.look, picker.displayText], ["ice", "Ice Blue"])
         verify(!window.themeMenu.itemAt(4).checked)
     }
 
-    // The help key, the kit's hook and the Help menu open the help window (the key on its first chapter,
-    // whatever was read last); the menu opens the about panel.
-    function test_helpAndAbout() {
+    // The help opens by itself on the very first run, in a window of its own, and never
+    // again; then the help key, the kit's hook and the Help menu open it (the key on its
+    // first chapter, whatever was read last), and the menu the about panel.
+    function test_helpAtFirstRunAndAfter() {
+        Prefs.welcomed = false
+        const first = makeWindow()
+        tryCompare(first.helpWindow, "visible", true)
+        compare([first.helpWindow.view.topic, first.rootView.sheet], [0, null])
+        first.helpWindow.close()
+        first.destroy()
+        wait(0)
         const window = makeWindow()
         const help = window.helpWindow
+        verify(!help.visible, "only on the first run")
         choose(window.helpMenu, 0)
         tryCompare(help, "visible", true)
         help.show(6)
@@ -129,7 +120,7 @@ TestCase {
         tryCompare(help, "visible", true)
         compare([help.view.topic, window.rootView.sheet], [0, null])
         help.show(6)
-        QFSKitHost.openHelp("Themes & zoom") // the kit's hook does the same
+        QFSKitHost.openHelp("Themes & zoom")
         compare(help.view.topic, 0)
         help.close()
         choose(window.helpMenu, 3)
@@ -137,26 +128,58 @@ TestCase {
         window.aboutPanel.close()
     }
 
-    // Zoomed in, the root view keeps its least size drawn larger; a sheet stays inside
-    // what the window shows with its keys in view and the wheel scrolls its rows, never
-    // the window beneath.
-    function test_zoomedSheetFitsTheWindowAndScrollsItsRows() {
+    // The help window takes the zoom, mid-screen. By keyboard through the chapters: Back
+    // is hidden on the first, Next on the last, Space presses the key with the focus and
+    // Escape closes. Reopened at another zoom, at once (before the window system has
+    // answered), every part fits the new size.
+    function test_helpWindowByKeyboardAndAtTheZoom() {
+        const window = H.make(testCase, testCase, "CHHelpWindow {}")
+        const key = name => findChild(window.contentItem, name)
+        QFZoom.setLevel(85)
+        window.show(0)
+        tryCompare(window, "active", true)
+        compare([window.title, window.width, window.height], ["QFS Coinhall Help", 731, 476])
+        verify(Math.abs(window.x + window.width / 2 - (window.screen.virtualX + window.screen.width / 2)) <= 1)
+        verify(Math.abs(window.y + window.height / 2 - (window.screen.virtualY + window.screen.height / 2)) <= 1)
+        waitForRendering(window.contentItem)
+        verify(!key("helpBack").visible, "nowhere to go back to from the first chapter")
+        keyClick(Qt.Key_Tab)
+        verify(key("helpChapters").activeFocus)
+        keyClick(Qt.Key_Down)
+        keyClick(Qt.Key_Down)
+        compare([window.view.topic, key("helpTitle").text], [2, "Money in & money out"])
+        for (const [name, presses, topic] of [["helpBack", 1, 1], ["helpNext", 2, 3]]) {
+            keyClick(Qt.Key_Tab)
+            verify(key(name).activeFocus, name)
+            for (let i = 0; i < presses; ++i)
+                keyClick(Qt.Key_Space)
+            compare(window.view.topic, topic)
+        }
+        keyClick(Qt.Key_Tab)
+        verify(key("helpDone").activeFocus)
+        keyClick(Qt.Key_Escape)
+        tryCompare(window, "visible", false)
+        QFZoom.setLevel(200)
+        window.show(10)
+        compare([window.width, window.height, key("helpTitle").text, key("helpNext").visible], [1720, 1120, "About QFS", false])
+        window.close()
+        QFZoom.actualSize()
+        window.show(0)
+        compare([window.width, window.view.width], [860, 860])
+        waitForRendering(window.contentItem)
+        tryVerify(() => key("helpDone").visible && key("helpDone").mapToItem(window.contentItem, key("helpDone").width, 0).x <= 860, 2000)
+        verify(key("helpBody").mapToItem(window.contentItem, key("helpBody").width, 0).x <= 860)
+        window.close()
+    }
+
+    // Zoomed in, the wheel scrolls a sheet's rows, never the window beneath (the sheet's
+    // keys staying in the window is a real-window journey's).
+    function test_zoomedSheetScrollsItsRows() {
         const window = makeWindow()
         QFZoom.setLevel(200)
-        compare(window.rootView.width, 1180)
-        compare(window.rootView.mapToItem(window.contentItem, 10, 10), Qt.point(20, 20))
         window.rootView.openSheet(CHSheet.newTx(false))
-        const sheet = window.rootView.sheetHost.view
-        const shown = window.contentItem.mapToItem(null, 0, 0)
-        const inWindow = item => {
-            const r = sceneRect(item)
-            return r.x >= 0 && r.y >= shown.y && r.x + r.width <= window.width + 0.5 && r.y + r.height <= window.height + 0.5
-        }
-        tryVerify(() => inWindow(sheet), 1000, "sheet at " + JSON.stringify(sceneRect(sheet)))
-        verify(inWindow(H.named(sheet, "sheetSaveKey")))
-        verify(inWindow(H.named(sheet, "sheetCancelKey")))
-        const rows = H.named(sheet, "sheetRows")
-        verify(rows.contentHeight > rows.height, "the rows scroll")
+        const rows = H.named(window.rootView.sheetHost.view, "sheetRows")
+        tryVerify(() => rows.contentHeight > rows.height, 1000, "the rows scroll")
         const below = window.rootView.mapToItem(null, 0, 0)
         mouseWheel(rows, rows.width / 2, rows.height / 2, 0, -360)
         verify(rows.contentY > 0)
@@ -169,13 +192,12 @@ TestCase {
         const window = makeWindow()
         QFZoom.setLevel(200)
         const picker = H.named(window.rootView, "themePicker")
-        verify(sceneRect(picker).x > window.width, "the picker starts off-screen")
+        verify(H.sceneRect(picker).x > window.width, "the picker starts off-screen")
         H.named(window.rootView, "transferKey").forceActiveFocus(Qt.TabFocusReason)
         for (let i = 0; i < 4 && !picker.activeFocus; ++i)
             keyClick(Qt.Key_Tab)
         verify(picker.activeFocus)
-        tryVerify(() => sceneRect(picker).x + picker.width * 2 <= window.width, 1000, "picker at " + sceneRect(picker).x)
-
+        tryVerify(() => H.sceneRect(picker).x + picker.width * 2 <= window.width, 1000, "picker at " + H.sceneRect(picker).x)
         for (let i = 0; i < 40; ++i)
             mouseWheel(window.contentItem, 900, 600, 0, -120)
         fuzzyCompare(window.rootView.mapToItem(null, 0, window.rootView.height).y, window.height, 1)

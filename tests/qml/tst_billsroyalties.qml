@@ -1,0 +1,166 @@
+import QtQuick
+import QtTest
+import Coinhall
+import "helpers.js" as H
+
+// The bills and royalties screens and their sheets as a user meets them: the editors,
+// paying with a typed amount, finished one-time bills, the lines' menus and the overdue
+// marks. Due texts, defaults and what paying, skipping and receiving do to the Book are
+// tests/bridge's and the real-window journeys'.
+TestCase {
+    id: testCase
+
+    name: "BillsRoyalties"
+    width: 1100
+    height: 760
+    visible: true
+    when: windowShown
+
+    readonly property BillsBridge data: BillsBridge { store: Store }
+    readonly property RoyaltiesBridge royalties: RoyaltiesBridge { store: Store }
+
+    // Puts a bill in the Store as the editor would and returns its map.
+    function addBill(name: string, amount: string, due: double, fields: var): var {
+        verify(data.saveBill(Object.assign(data.newBill(), { name: name, amount: amount, due: due }, fields || {})))
+        return data.active.concat(data.finished).find(b => b.name === name)
+    }
+    function daysFromNow(days: int): double {
+        const d = new Date()
+        d.setDate(d.getDate() + days)
+        d.setHours(days === 0 ? 0 : 9, 0, 0, 0)
+        return d.getTime()
+    }
+    function lineNamed(screen: var, name: string): var {
+        return H.placed(testCase, H.first(screen, i => i.bill !== undefined && i.bill.name === name
+                                                      && i.payRequested !== undefined))
+    }
+    function sheet(type: string, sheet: var): var {
+        return H.make(testCase, testCase, type + " {}", { sheet: sheet })
+    }
+    function init() {
+        for (const b of data.active.concat(data.finished))
+            data.deleteBill(b.id)
+        for (const r of royalties.expected.concat(royalties.received))
+            royalties.deleteRoyalty(r.id)
+    }
+
+    function test_newBillFromTheEditor() {
+        const editor = sheet("BillEditor", CHSheet.newBill())
+        const done = H.spy(testCase, editor, "done")
+        const save = H.key(editor, "Save")
+        verify(!save.enabled)
+        verify(!H.key(editor, "Delete bill"), "a new bill has nothing to delete")
+        H.retype(testCase, findChild(editor, "nameField").field, "Rent")
+        verify(!save.enabled, "no amount yet")
+        H.retype(testCase, findChild(editor, "amountField").field, "abc")
+        keyClick(Qt.Key_Return)
+        compare(data.active.length, 0, "Return saves nothing while the amount is bad")
+        H.retype(testCase, findChild(editor, "amountField").field, "1450.5")
+        const remind = findChild(editor, "remindField")
+        mouseClick(H.key(remind, "−"))
+        mouseClick(H.key(remind, "−"))
+        compare(remind.text, "Remind me 1 day before (and on the day)")
+        mouseClick(findChild(editor, "autopayField"))
+        H.retype(testCase, findChild(editor, "websiteField").field, "rent.example.com")
+        mouseClick(save)
+        compare(done.count, 1, "saving closes the sheet")
+        const saved = data.active[0]
+        compare([saved.name, saved.amountText, saved.repeats, saved.remindDays, saved.autopay, saved.website],
+                ["Rent", "$1,450.50", "Monthly", 1, true, "rent.example.com"])
+    }
+
+    // The pay sheet starts at the usual amount and takes only an amount; the editor,
+    // given its sheet once made (as the sheet host does), lists the payment.
+    function test_payingWithATypedAmountShowsInTheHistory() {
+        const rent = addBill("Rent", "10", daysFromNow(20))
+        const pay = sheet("PayBillView", CHSheet.payBill(rent))
+        compare([pay.title, findChild(pay, "amountField").text], ["Pay Rent", "10.00"])
+        verify(!findChild(pay, "websiteLink").visible)
+        H.retype(testCase, findChild(pay, "amountField").field, "12.5x")
+        verify(!H.key(pay, "Mark paid").enabled)
+        H.retype(testCase, findChild(pay, "amountField").field, "12.5")
+        mouseClick(H.key(pay, "Mark paid"))
+        compare(data.bill(rent.id).history.length, 1)
+
+        const editor = H.make(testCase, testCase, "BillEditor {}")
+        editor.sheet = CHSheet.editBill(data.bill(rent.id))
+        compare([editor.title, findChild(editor, "nameField").text, findChild(editor, "amountField").text],
+                ["Change bill", "Rent", "10.00"])
+        verify(H.first(findChild(editor, "history"), i => i.text === "$12.50" && i.visible), "the payment is listed")
+    }
+
+    function test_websiteLinkAndOneTimeBills() {
+        const repair = addBill("Repair", "80", daysFromNow(2), { repeats: "One time", website: "fixit.example" })
+        const pay = sheet("PayBillView", CHSheet.payBill(repair))
+        compare(findChild(pay, "websiteLink").text, "Open fixit.example to pay.")
+        mouseClick(H.key(pay, "Mark paid"))
+        // The bill leaves the list and shows under the finished one-time bills.
+        const screen = H.make(testCase, testCase, "BillsScreen { anchors.fill: parent }")
+        verify(!lineNamed(screen, "Repair"))
+        verify(findChild(screen, "finishedPanel").visible)
+        const row = H.first(screen, i => i.objectName === "finishedRow" && i.modelData.name === "Repair")
+        mouseClick(H.key(row, "Delete"))
+        compare(data.finished.length, 0)
+    }
+
+    // The line's menu and its pay key open the sheets or delete; an overdue bill is
+    // marked red, one due today is not. Skipping is a real-window journey.
+    function test_theLinesMenuKeysAndMarks() {
+        const phone = addBill("Phone", "45", daysFromNow(9))
+        addBill("Late", "20", daysFromNow(-1))
+        addBill("Today", "30", daysFromNow(0))
+        const screen = H.make(testCase, testCase, "BillsScreen { anchors.fill: parent }")
+        const late = lineNamed(screen, "Late")
+        verify(Qt.colorEqual(findChild(late, "dueText").color, Tokens.destructive))
+        verify(Qt.colorEqual(findChild(late, "statusDot").color, Tokens.destructive))
+        verify(!Qt.colorEqual(findChild(lineNamed(screen, "Today"), "dueText").color, Tokens.destructive))
+        compare(findChild(screen, "overdueSummary").text, "1 bill · $20.00")
+
+        const opened = H.spy(testCase, screen, "openSheet")
+        const line = lineNamed(screen, "Phone")
+        const change = H.menuItem(testCase, line, line.menu, 1)
+        compare(change.text, "Edit bill…")
+        mouseClick(change)
+        compare([opened.signalArguments[0][0].kind, opened.signalArguments[0][0].record.id], ["editBill", phone.id])
+        mouseClick(findChild(line, "payKey"))
+        compare(opened.signalArguments[1][0].kind, "payBill")
+        for (const name of ["Phone", "Late", "Today"]) {
+            const shown = lineNamed(screen, name)
+            mouseClick(H.menuItem(testCase, shown, shown.menu, 3))
+        }
+        tryVerify(() => data.active.length === 0)
+        verify(findChild(screen, "noBillsNote").visible)
+    }
+
+    // The royalty editor stays open on a bad amount and says why; a sheet made once and
+    // given a royalty later shows it; the editor and the row's menu delete.
+    function test_royaltyEditorAndMenu() {
+        const editor = sheet("RoyaltyEditor", CHSheet.newRoyalty())
+        const save = H.key(editor, "Save")
+        verify(!save.enabled, "no payer yet")
+        H.retype(testCase, findChild(editor, "payerField").field, "BMI")
+        H.retype(testCase, findChild(editor, "amountField").field, "about 400")
+        mouseClick(save)
+        compare(findChild(editor, "problem").text,
+                "The expected amount is not an amount. Type it like 250.00, or leave it empty.")
+        compare(royalties.expected.length, 0, "the sheet stays open and nothing is saved")
+        H.retype(testCase, findChild(editor, "amountField").field, "420")
+        mouseClick(findChild(editor, "followField"))
+        mouseClick(save)
+        verify(royalties.expected[0].payerLine.endsWith("FOLLOWING UP"))
+        verify(royalties.saveRoyalty(Object.assign(royalties.newRoyalty(), { payer: "ASCAP", amount: "50" })))
+
+        const again = H.make(testCase, testCase, "RoyaltyEditor {}")
+        again.sheet = CHSheet.editRoyalty(royalties.expected.find(r => r.payer === "BMI"))
+        compare([again.followingUp, findChild(again, "amountField").text], [true, "420.00"])
+        mouseClick(H.key(again, "Delete"))
+        compare(royalties.expected.map(r => r.payer), ["ASCAP"])
+        const screen = H.make(testCase, testCase, "RoyaltiesScreen { anchors.fill: parent }")
+        const line = H.placed(testCase, H.first(screen, i => i.objectName === "expectedRow"))
+        const remove = H.menuItem(testCase, line, line.menu, 2)
+        compare(remove.text, "Delete")
+        mouseClick(remove)
+        compare(royalties.expected.length, 0)
+        verify(findChild(screen, "noExpectedNote").visible)
+    }
+}

@@ -1,0 +1,139 @@
+import QtQuick
+import QtTest
+import Coinhall
+import "helpers.js" as H
+
+// The parts every screen and sheet is built of, as a user meets them: an amount, the
+// icons, the sheet frame's keys and keyboard, form rows and the date field. A key's
+// keyboard, mouse and accessible name are the sheet frame's test and the journeys'.
+TestCase {
+    id: testCase
+
+    name: "Parts"
+    width: 700
+    height: 600
+    visible: true
+    when: windowShown
+
+    FontLoader {
+        source: "qrc:/fonts/MaterialIcons-Regular.ttf"
+    }
+
+    // Amounts below zero take the look's soft colour, zero and text that is no amount
+    // the green; Fmt gives no text for what is no amount or no date (the money and
+    // date texts themselves are tests/core/model's).
+    function test_amountsAndLooks_data() {
+        return [{ tag: "zero", amount: "0", text: "$0.00", negative: false },
+                { tag: "below zero", amount: "-0.01", text: "-$0.01", negative: true },
+                { tag: "no amount", amount: "abc", text: "", negative: false }]
+    }
+    function test_amountsAndLooks(row) {
+        const shown = H.make(testCase, testCase, "AmountText {}", { amount: row.amount })
+        compare(shown.text, row.text)
+        compare(shown.color, row.negative ? Looks.current.soft : Tokens.positive)
+        compare([Fmt.money(row.amount) === "", Fmt.parse(row.amount) === ""], [row.text === "", row.text === ""])
+        compare(Fmt.date(NaN), "")
+        // An old or unknown look id still opens a look.
+        compare([Looks.named("crimson").name, Looks.named("").name], ["Rose Gold", "Studio"])
+    }
+
+    // Every symbol of the icon table draws a glyph of the font (a ligature the font
+    // lacks would be laid out as a whole word); only a named icon is read out.
+    function test_everySymbolDrawsAGlyphAndOnlyANamedIconIsRead() {
+        for (const symbol of Object.keys(Icons.table)) {
+            const icon = H.make(testCase, testCase, "Icon { size: 20 }", { symbol: symbol })
+            verify(icon.implicitWidth > 10 && icon.implicitWidth < 30, symbol + " is " + icon.implicitWidth + " wide")
+            compare(icon.fontInfo.pixelSize, 20)
+        }
+        ignoreWarning(/no icon for the symbol no.such.symbol/)
+        compare(H.make(testCase, testCase, "Icon { symbol: \"no.such.symbol\" }").text, "")
+        verify(H.make(testCase, testCase, "Icon { symbol: \"plus\" }").Accessible.ignored)
+        const named = H.make(testCase, testCase, "Icon { symbol: \"plus\"; label: \"Add\" }")
+        compare([named.Accessible.ignored, named.Accessible.name], [false, "Add"])
+    }
+
+    // Return and Enter save only when saving is allowed, Escape always cancels, the
+    // keys do what they say, and Tab runs through the fields, then the keys; the
+    // account picker offers the active accounts in order and starts with none.
+    function test_sheetKeysAndKeyboard() {
+        const sheet = H.make(testCase, testCase, "SheetFrame { title: \"New bill\"; saveTitle: \"Add bill\"; "
+                             + "canSave: amount.valid; property alias amount: amount; property alias picker: picker; "
+                             + "MoneyField { id: amount; label: \"Amount\" } AccountPicker { id: picker; label: \"Pay from\" } }")
+        sheet.forceActiveFocus()
+        tryVerify(() => sheet.amount.field.activeFocus, 1000, "the first field has the focus")
+        const saves = H.spy(testCase, sheet, "save")
+        const cancels = H.spy(testCase, sheet, "cancel")
+        const saveKey = H.key(sheet, "Add bill")
+        compare(H.keys(sheet), ["Cancel", "Add bill"], "no destructive key unless asked for")
+        keyClick(Qt.Key_Return)
+        mouseClick(saveKey)
+        compare(saves.count, 0, "nothing saves while saving is not allowed")
+        keyClick(Qt.Key_Escape)
+        compare(cancels.count, 1)
+        H.type(testCase, "12.50")
+        keyClick(Qt.Key_Return)
+        keyClick(Qt.Key_Enter)
+        compare(saves.count, 2)
+        compare(sheet.amount.field.Accessible.name, "Amount")
+        keyClick(Qt.Key_Tab)
+        verify(sheet.picker.box.activeFocus, "the picker follows the amount")
+        keyClick(Qt.Key_Tab)
+        verify(H.key(sheet, "Cancel").activeFocus)
+        keyClick(Qt.Key_Space)
+        compare(cancels.count, 2)
+        keyClick(Qt.Key_Tab)
+        verify(saveKey.activeFocus)
+        mouseClick(saveKey)
+        compare(saves.count, 3)
+        // A destructive key, when asked for, comes first, at the leading end.
+        sheet.extraTitle = "Delete"
+        compare(H.keys(sheet), ["Delete", "Cancel", "Add bill"])
+        const extras = H.spy(testCase, sheet, "extra")
+        mouseClick(H.key(sheet, "Delete"))
+        compare(extras.count, 1)
+        const box = sheet.picker.box
+        compare([box.textAt(0), box.textAt(1), box.displayText], ["Main checking", "Savings", ""])
+        box.forceActiveFocus(Qt.TabFocusReason)
+        keyClick(Qt.Key_Down)
+        keyClick(Qt.Key_Down)
+        compare(sheet.picker.selection, sheet.picker.accounts.idAt(1))
+        // An account no longer offered (archived since) shows nothing chosen.
+        sheet.picker.selection = "{00000000-0000-4000-8000-000000000001}"
+        compare(box.displayText, "")
+    }
+
+    // Fields line up whatever their captions; a long caption stands above its field
+    // rather than wrapping into a tall column of single words.
+    function test_longCaptionsStandAboveTheirField() {
+        const brief = H.make(testCase, testCase, "FormTextField { width: 420; label: \"Payer\" }")
+        const lengthy = H.make(testCase, testCase, "FormTextField { width: 420 }",
+                               { label: "Who pays (DistroKid, BMI, ASCAP, SoundExchange, publisher…)" })
+        compare(lengthy.field.mapToItem(lengthy, 0, 0).x, brief.field.mapToItem(brief, 0, 0).x)
+        verify(!brief.stacked && lengthy.stacked)
+        verify(lengthy.field.mapToItem(lengthy, 0, 0).y > 0, "the field is under its caption")
+        verify(lengthy.height < 3 * brief.height, "row height " + lengthy.height)
+    }
+
+    // Up and Down move a day, Page Up a month (from the 31st to the month's last day),
+    // and a day picked in the grid keeps the time of day.
+    function test_dateFieldKeysAndGrid() {
+        const field = H.make(testCase, testCase, "FormDateField { width: 420; label: \"Due\" }",
+                             { date: new Date(2031, 0, 31, 9, 30).getTime() })
+        compare(field.button.text, "Jan 31, 2031")
+        field.button.forceActiveFocus()
+        keyClick(Qt.Key_PageUp)
+        compare(field.button.text, "Feb 28, 2031")
+        keyClick(Qt.Key_Up)
+        compare(field.button.text, "Mar 1, 2031")
+        keyClick(Qt.Key_Down)
+        keyClick(Qt.Key_Down)
+        compare(field.button.text, "Feb 27, 2031")
+        mouseClick(field.button)
+        tryCompare(field.popup, "opened", true)
+        mouseClick(H.first(field.popup.contentItem, i => i.day === 14 && i.month === 1 && i.year === 2031))
+        tryCompare(field.popup, "visible", false)
+        compare(field.button.text, "Feb 14, 2031")
+        const picked = new Date(field.date)
+        compare([picked.getHours(), picked.getMinutes()], [9, 30])
+    }
+}
