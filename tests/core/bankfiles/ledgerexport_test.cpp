@@ -69,15 +69,16 @@ TEST(LedgerExport, ToolsReadBackTheBalancesAndCategoryTotals)
     const QUuid checking = book.accounts[0].id, savings = book.accounts[1].id, cash = book.accounts[2].id;
     auto add = [&](const char *iso, const QUuid &account, const char *amount, const char *payee, const char *category,
                    bool cleared) {
-        Transaction t;
-        t.date = at(iso);
-        t.accountID = account;
-        t.amount = d(amount);
-        t.payee = QString::fromUtf8(payee);
-        t.category = QString::fromUtf8(category);
-        t.cleared = cleared;
-        t.kind = t.amount.signum() > 0 ? TxKind::deposit : TxKind::expense;
-        ASSERT_TRUE(store.add(t));
+        const TxKind kind = d(amount).signum() > 0 ? TxKind::deposit : TxKind::expense;
+        ASSERT_TRUE(store.add({newId(),
+                               at(iso),
+                               account,
+                               d(amount),
+                               QString::fromUtf8(payee),
+                               QString::fromUtf8(category),
+                               {},
+                               cleared,
+                               kind}));
     };
     add("2024-03-01T15:00:00Z", checking, "-12.345", "Corner shop", "Groceries", true);
     add("2024-03-02T15:00:00Z", checking, "300", "Club: Mercury", "Gigs: local\tshows", true);
@@ -114,27 +115,19 @@ TEST(LedgerExport, ToolsReadBackTheBalancesAndCategoryTotals)
     ASSERT_EQ(expected.size(), 8u); // three accounts, equity, one income and three spending categories
     std::erase_if(expectedCleared, [](const auto &row) { return row.second == QLatin1String("0"); });
 
-    const QString format = QStringLiteral("--balance-format=%(account)\t%(scrub(display_total))\n");
-    const QStringList bal{QStringLiteral("-f"),         file,  QStringLiteral("bal"), QStringLiteral("--flat"),
-                          QStringLiteral("--no-total"), format};
-    EXPECT_EQ(balances(run(ledger, bal), QStringLiteral("\t")), expected);
-    EXPECT_EQ(balances(run(ledger, bal + QStringList{QStringLiteral("--cleared"), QStringLiteral("Assets")}),
-                       QStringLiteral("\t")),
-              expectedCleared);
+    const QStringList bal{"-f",     file,         "bal",
+                          "--flat", "--no-total", "--balance-format=%(account)\t%(scrub(display_total))\n"};
+    EXPECT_EQ(balances(run(ledger, bal), "\t"), expected);
+    EXPECT_EQ(balances(run(ledger, bal + QStringList{"--cleared", "Assets"}), "\t"), expectedCleared);
     // The transfer's two sides are one entry: seven entries with the openings.
-    const QString printed = run(ledger, {QStringLiteral("-f"), file, QStringLiteral("print")});
+    const QString printed = run(ledger, {"-f", file, "print"});
     EXPECT_EQ(printed.count(QRegularExpression(QStringLiteral("^\\d{4}"), QRegularExpression::MultilineOption)), 7);
 
     const QString hledger = QStandardPaths::findExecutable(QStringLiteral("hledger"));
     if (hledger.isEmpty())
         return;
-    const QStringList hbal{QStringLiteral("-f"),         file,
-                           QStringLiteral("bal"),        QStringLiteral("--flat"),
-                           QStringLiteral("--no-total"), QStringLiteral("-O"),
-                           QStringLiteral("csv")};
+    const QStringList hbal{"-f", file, "bal", "--flat", "--no-total", "-O", "csv"};
     auto rows = [](const QString &csv) { return csv.section(QLatin1Char('\n'), 1); }; // without the header
-    EXPECT_EQ(balances(rows(run(hledger, hbal)), QStringLiteral(",")), expected);
-    EXPECT_EQ(balances(rows(run(hledger, hbal + QStringList{QStringLiteral("-C"), QStringLiteral("Assets")})),
-                       QStringLiteral(",")),
-              expectedCleared);
+    EXPECT_EQ(balances(rows(run(hledger, hbal)), ","), expected);
+    EXPECT_EQ(balances(rows(run(hledger, hbal + QStringList{"-C", "Assets"})), ","), expectedCleared);
 }

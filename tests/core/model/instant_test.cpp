@@ -1,27 +1,18 @@
-#include "model/instant.h"
+#include "helpers/testing.h"
 #include "model/money.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 
-namespace {
-
-Instant iso(const char *text)
-{
-    return *Instant::fromIso(text);
-}
-
-} // namespace
-
 TEST(DateText, UsesLocaleAndNewYorkTime)
 {
-    const Instant morning = iso("2025-03-04T09:00:00Z");
+    const Instant morning = at("2025-03-04T09:00:00Z");
     EXPECT_EQ(chDate(morning), QStringLiteral("Mar 4, 2025"));
     EXPECT_EQ(chShort(morning), QStringLiteral("Mar 4"));
     EXPECT_EQ(chMonth(morning), QStringLiteral("March 2025"));
     // Still the old year in New York.
-    const Instant newYear = iso("2025-01-01T03:00:00Z");
+    const Instant newYear = at("2025-01-01T03:00:00Z");
     EXPECT_EQ(chDate(newYear), QStringLiteral("Dec 31, 2024"));
     EXPECT_EQ(chShort(newYear), QStringLiteral("Dec 31"));
     EXPECT_EQ(chMonth(newYear), QStringLiteral("December 2024"));
@@ -39,13 +30,13 @@ TEST(InstantIso, WritesUtcWholeSeconds)
 TEST(InstantIso, ReadsEveryZoneForm)
 {
     const std::int64_t nine = 1741078800000;
-    EXPECT_EQ(iso("2025-03-04T09:00:00Z").msecs(), nine);
-    EXPECT_EQ(iso("2025-03-04T04:00:00-05:00").msecs(), nine);
-    EXPECT_EQ(iso("2025-03-04T14:30:00+0530").msecs(), nine);
-    EXPECT_EQ(iso("2025-03-04T09:00:00.25Z").msecs(), nine + 250);
-    EXPECT_EQ(iso("2025-03-04T09:00:00.1239Z").msecs(), nine + 123);
-    EXPECT_EQ(iso("2024-02-29T23:59:59Z").isoText(), "2024-02-29T23:59:59Z");
-    EXPECT_EQ(iso("1900-03-01T00:00:00Z").isoText(), "1900-03-01T00:00:00Z");
+    EXPECT_EQ(at("2025-03-04T09:00:00Z").msecs(), nine);
+    EXPECT_EQ(at("2025-03-04T04:00:00-05:00").msecs(), nine);
+    EXPECT_EQ(at("2025-03-04T14:30:00+0530").msecs(), nine);
+    EXPECT_EQ(at("2025-03-04T09:00:00.25Z").msecs(), nine + 250);
+    EXPECT_EQ(at("2025-03-04T09:00:00.1239Z").msecs(), nine + 123);
+    EXPECT_EQ(at("2024-02-29T23:59:59Z").isoText(), "2024-02-29T23:59:59Z");
+    EXPECT_EQ(at("1900-03-01T00:00:00Z").isoText(), "1900-03-01T00:00:00Z");
 }
 
 TEST(InstantIso, RejectsAnythingElse)

@@ -3,9 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QJsonDocument>
 #include <QRegularExpression>
-
-#include <map>
 
 namespace {
 
@@ -33,37 +32,30 @@ const QUuid visaId = uid("6F1C2B9E-0A4D-4C1E-9B7A-3D2E1F0A9B8C");
 Book sampleBook()
 {
     Book book;
-    book.accounts = {{visaId, QStringLiteral("Visa"), AccountKind::credit, d("-120.50"), false}};
-    Transaction t;
-    t.id = uid("C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C53");
-    t.date = at("2025-03-01T19:45:00Z");
-    t.accountID = visaId;
-    t.amount = d("-45.10");
-    t.payee = QStringLiteral("Café Olé");
-    t.category = QStringLiteral("Dining out");
-    t.cleared = true;
-    book.transactions = {t};
-    Bill bill;
-    bill.id = uid("0B6B4E64-8C83-4F0D-A0B5-9E1D6C2F7A31");
-    bill.name = QStringLiteral("Verizon");
-    bill.amount = d("89.99");
-    bill.due = at("2025-03-04T09:00:00Z");
-    bill.category = QStringLiteral("Phone & internet");
-    bill.website = QStringLiteral("https://verizon.com");
-    bill.history = {{at("2025-02-03T15:30:00Z"), d("89.99"), at("2025-02-04T09:00:00Z")}};
-    book.bills = {bill};
-    Royalty r;
-    r.id = uid("5D2C8A41-3E6F-4B19-9C07-81A4F2E6D3B0");
-    r.payer = QStringLiteral("ASCAP");
-    r.source = RoyaltySource::pro;
-    r.work = QStringLiteral("Night Drive");
-    r.period = QStringLiteral("Q4 2024");
-    r.expectedAmount = d("412.30");
-    r.expectedDate = at("2025-04-15T12:00:00Z");
-    r.repeats = Repeat::quarterly;
-    book.royalties = {r};
-    book.categories = {{QStringLiteral("Dining out"), false, d("0")},
-                       {QStringLiteral("Royalties"), true, std::nullopt}};
+    book.accounts = {{visaId, "Visa", AccountKind::credit, d("-120.50"), false}};
+    book.transactions = {{.id = uid("C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C53"),
+                          .date = at("2025-03-01T19:45:00Z"),
+                          .accountID = visaId,
+                          .amount = d("-45.10"),
+                          .payee = "Café Olé",
+                          .category = "Dining out",
+                          .cleared = true}};
+    book.bills = {{.id = uid("0B6B4E64-8C83-4F0D-A0B5-9E1D6C2F7A31"),
+                   .name = "Verizon",
+                   .amount = d("89.99"),
+                   .due = at("2025-03-04T09:00:00Z"),
+                   .category = "Phone & internet",
+                   .website = "https://verizon.com",
+                   .history = {{at("2025-02-03T15:30:00Z"), d("89.99"), at("2025-02-04T09:00:00Z")}}}};
+    book.royalties = {{.id = uid("5D2C8A41-3E6F-4B19-9C07-81A4F2E6D3B0"),
+                       .payer = "ASCAP",
+                       .source = RoyaltySource::pro,
+                       .work = "Night Drive",
+                       .period = "Q4 2024",
+                       .expectedAmount = d("412.30"),
+                       .expectedDate = at("2025-04-15T12:00:00Z"),
+                       .repeats = Repeat::quarterly}};
+    book.categories = {{"Dining out", false, d("0")}, {"Royalties", true, std::nullopt}};
     return book;
 }
 
@@ -168,18 +160,17 @@ Book fullBook()
     in.transferPairID = out.id;
     out.transferPairID = in.id;
     book.transactions.insert(book.transactions.begin(), {in, out});
-    book.accounts.push_back(
-        {uid("00000000-0000-0000-0000-000000000000"), QStringLiteral("Tin"), AccountKind::cash, d("0"), true});
-    book.categories.push_back({QStringLiteral("Groceries"), false, d("412.5")});
+    book.accounts.push_back({uid("00000000-0000-0000-0000-000000000000"), "Tin", AccountKind::cash, d("0"), true});
+    book.categories.push_back({"Groceries", false, d("412.5")});
     book.bills[0].accountID = visaId;
-    book.bills.push_back(Bill{.id = uid("0C6B4E64-8C83-4F0D-A0B5-9E1D6C2F7A31"),
-                              .name = QStringLiteral("Gym"),
-                              .amount = d("30"),
-                              .due = at("2024-12-31T23:59:59Z"),
-                              .repeats = Repeat::once,
-                              .autopay = true,
-                              .remindDays = -2,
-                              .active = false});
+    book.bills.push_back({.id = uid("0C6B4E64-8C83-4F0D-A0B5-9E1D6C2F7A31"),
+                          .name = "Gym",
+                          .amount = d("30"),
+                          .due = at("2024-12-31T23:59:59Z"),
+                          .repeats = Repeat::once,
+                          .autopay = true,
+                          .remindDays = -2,
+                          .active = false});
     Royalty paid = book.royalties[0];
     paid.id = uid("6D2C8A41-3E6F-4B19-9C07-81A4F2E6D3B0");
     paid.status = RoyaltyStatus::received;
@@ -192,26 +183,14 @@ Book fullBook()
     return book;
 }
 
-// Keys of every object in the pretty-printed text are in byte order: a key line's
-// predecessor is the last key seen at the same indentation in the same object.
-bool keysSorted(const QByteArray &json)
+// Every key of a pretty-printed JSON text, in the order written.
+QStringList keys(const QByteArray &json)
 {
-    static const QRegularExpression keyLine(QStringLiteral(R"~(^( *)"([^"]+)": )~"));
-    std::map<qsizetype, QString> lastKey;
-    for (const QByteArray &line : json.split('\n')) {
-        const QString text = QString::fromUtf8(line);
-        const qsizetype indent = text.size() - text.trimmed().size();
-        const QRegularExpressionMatch m = keyLine.match(text);
-        if (m.hasMatch()) {
-            const QString key = m.captured(2);
-            if (lastKey.count(indent) && QString::compare(lastKey[indent], key) >= 0)
-                return false;
-            lastKey[indent] = key;
-        }
-        if (text.endsWith(QLatin1Char('{')))
-            lastKey.erase(indent + 2); // a new object: its keys start afresh
-    }
-    return true;
+    QStringList out;
+    for (const QRegularExpressionMatch &m :
+         QRegularExpression(QStringLiteral(R"~("(\w+)": )~")).globalMatch(QString::fromUtf8(json)))
+        out << m.captured(1);
+    return out;
 }
 
 } // namespace
@@ -222,10 +201,9 @@ TEST(MoneyFileTest, EncodesTheExactFileFormat)
     EXPECT_EQ(file.toStdString(), sampleFile.toStdString());
     EXPECT_EQ(MoneyFile::encode(Book{}).count("\"income\": true"), 8);
 
+    // Each object's keys in byte order, as Qt's own JSON objects (which sort them) give them.
     const QByteArray full = MoneyFile::encode(fullBook());
-    EXPECT_TRUE(keysSorted(full));
-    EXPECT_TRUE(keysSorted(sampleFile));
-    EXPECT_FALSE(keysSorted("{\n  \"b\": 1,\n  \"a\": 2\n}\n")); // the check itself can fail
+    EXPECT_EQ(keys(full), keys(QJsonDocument::fromJson(full).toJson()));
     EXPECT_TRUE(full.contains(R"("payee": "Savings \"rainy day\" \\ 𝄞 日本")"));
     EXPECT_TRUE(full.contains(R"("note": "line one\nline two\ttab")"));
     EXPECT_TRUE(full.contains(R"("budget": 412.5)"));
@@ -240,68 +218,39 @@ TEST(MoneyFileTest, RoundTripKeepsEveryFieldAndTheBytes)
     const QByteArray file = MoneyFile::encode(book);
     const MoneyFile::Decoded decoded = decode(file);
     ASSERT_TRUE(decoded.book) << decoded.error.toStdString();
-    ASSERT_TRUE(decoded.error.isEmpty());
+    EXPECT_TRUE(decoded.error.isEmpty());
 
     Book expected = book;
     expected.transactions[0].date = expected.transactions[0].date.wholeSeconds(); // sub-seconds are lost
     expected.transactions[1].date = expected.transactions[1].date.wholeSeconds();
-    EXPECT_NE(expected.transactions[0].date, book.transactions[0].date);
-    EXPECT_EQ(decoded.book->accounts, expected.accounts);
-    EXPECT_EQ(decoded.book->transactions, expected.transactions);
-    EXPECT_EQ(decoded.book->bills, expected.bills);
-    EXPECT_EQ(decoded.book->royalties, expected.royalties);
-    EXPECT_EQ(decoded.book->categories, expected.categories);
     EXPECT_EQ(*decoded.book, expected);
     EXPECT_EQ(MoneyFile::encode(*decoded.book), file);
 
-    const MoneyFile::Decoded sample = decode(sampleFile);
-    ASSERT_TRUE(sample.book) << sample.error.toStdString();
-    EXPECT_EQ(*sample.book, sampleBook());
-    EXPECT_FALSE(sample.book->transactions[0].transferPairID);
-    EXPECT_FALSE(sample.book->transactions[0].importHash);
-    EXPECT_FALSE(sample.book->categories[1].budget);
-    EXPECT_EQ(sample.book->categories[0].budget, d("0"));
-
-    const MoneyFile::Decoded fresh = decode(MoneyFile::encode(Book{}));
-    ASSERT_TRUE(fresh.book);
-    EXPECT_EQ(fresh.book->categories, Category::defaults());
+    EXPECT_EQ(decode(sampleFile).book, sampleBook());
+    EXPECT_EQ(decode(MoneyFile::encode(Book{})).book, Book{}); // with the default categories
 }
 
-TEST(MoneyFileTest, OptionalKeysAreLeftOutAndReadBackAsNone)
+// null reads as no value, a later duplicate key wins over an earlier one, any form of a
+// number is read, and keys this program does not know are passed over.
+TEST(MoneyFileTest, ReadsNullsDuplicateKeysEveryNumberFormAndUnknownKeys)
 {
-    const QByteArray file = MoneyFile::encode(sampleBook());
-    for (const char *key : {"transferPairID", "importHash", "receivedAmount", "receivedDate"})
-        EXPECT_FALSE(file.contains(key)) << key;
-    EXPECT_EQ(file.count("\"accountID\""), 1); // the transaction's; the bill and the royalty have none
-    EXPECT_EQ(file.count("\"budget\""), 1);
-    EXPECT_FALSE(file.contains("null"));
-
-    // null reads as no value, and a later duplicate key wins over an earlier one
-    QByteArray nulls = sampleWith(R"("note": "",
+    QByteArray file = sampleWith(R"("note": "",
       "payee")",
-                                  R"("importHash": "abc", "importHash": null, "transferPairID": null, "note": "",
+                                 R"("importHash": "abc", "importHash": null, "transferPairID": null, "note": "",
       "payee")");
-    nulls.replace(R"("budget": 0,)", R"("budget": null,)");
-    nulls.replace(R"("active": true,)", R"("accountID": null, "active": true,)");
-    nulls.replace(R"("expectedAmount")",
-                  R"("receivedAmount": null, "receivedDate": null, "accountID": null, "expectedAmount")");
-    nulls.replace(R"("name": "Visa")", R"("name": "Old", "name": "Visa")");
-    const MoneyFile::Decoded decoded = decode(nulls);
-    ASSERT_TRUE(decoded.book) << decoded.error.toStdString();
-    Book expected = sampleBook();
-    expected.categories[0].budget = std::nullopt;
-    EXPECT_EQ(*decoded.book, expected);
-}
-
-TEST(MoneyFileTest, AcceptsAnyJsonNumberAndIgnoresUnknownKeys)
-{
-    QByteArray file =
-        sampleWith(R"("opening": -120.5)", R"("opening": -1.205E2, "colour": {"a": [1, {"b": null}], "c": "x"})");
+    file.replace(R"("budget": 0,)", R"("budget": null,)");
+    file.replace(R"("active": true,)", R"("accountID": null, "active": true,)");
+    file.replace(R"("expectedAmount")",
+                 R"("receivedAmount": null, "receivedDate": null, "accountID": null, "expectedAmount")");
+    file.replace(R"("name": "Visa")", R"("name": "Old", "name": "Visa")");
+    file.replace(R"("opening": -120.5)", R"("opening": -1.205E2, "colour": {"a": [1, {"b": null}], "c": "x"})");
     file.replace(R"("version": 1)", R"("version": 1, "extra": [[], {}, true, -0.0])");
     file.replace(R"("amount": -45.1)", R"("amount": -45.10000)");
     const MoneyFile::Decoded decoded = decode(file);
     ASSERT_TRUE(decoded.book) << decoded.error.toStdString();
-    EXPECT_EQ(*decoded.book, sampleBook());
+    Book expected = sampleBook();
+    expected.categories[0].budget = std::nullopt;
+    EXPECT_EQ(*decoded.book, expected);
     EXPECT_EQ(decoded.roundedAmounts, 0);
 }
 
@@ -374,8 +323,6 @@ TEST(MoneyFileTest, WrongValuesNameTheirPlace)
          R"(transactions[0].id: not an id "C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C5G")"},
         {R"("date": "2025-03-01T19:45:00Z")", R"("date": "2025-13-01")",
          R"(transactions[0].date: not a date "2025-13-01")"},
-        {R"("dueDate": "2025-02-04T09:00:00Z")", R"("dueDate": "2025-02-30T09:00:00Z")",
-         R"(bills[0].history[0].dueDate: not a date "2025-02-30T09:00:00Z")"},
     };
     for (const Case &c : wrong)
         EXPECT_EQ(errorOf(sampleWith(c.before, c.after)), c.error) << c.after;
@@ -390,7 +337,6 @@ TEST(MoneyFileTest, WrongValuesNameTheirPlace)
 TEST(MoneyFileTest, BrokenJsonIsReportedWithLineAndColumn)
 {
     EXPECT_EQ(errorOf("[]"), "expected an object");
-    EXPECT_EQ(errorOf("\"text\""), "expected an object");
     EXPECT_EQ(errorOf(""), "line 1, column 1: The document is empty.");
     EXPECT_EQ(errorOf("{\n  \"version\": 1,\n  \"accounts\" []\n}"),
               "line 3, column 14: Missing a colon after a name of object member.");
@@ -418,9 +364,4 @@ TEST(MoneyFileTest, DeepNestingUnderAnUnknownKeyDoesNotCrash)
     const MoneyFile::Decoded skipped = decode(sampleWith(R"("version": 1)", "\"version\": 1, \"deep\": " + deep));
     ASSERT_TRUE(skipped.book) << skipped.error.toStdString();
     EXPECT_EQ(*skipped.book, sampleBook());
-
-    const QByteArray objects = QByteArray("{\"a\": ").repeated(depth);
-    EXPECT_EQ(errorOf(sampleWith(R"("version": 1)", "\"version\": 1, \"deep\": " + objects)),
-              "line 73, column 1: Invalid value.");
-    EXPECT_EQ(errorOf(QByteArray(depth, '[')), "expected an object");
 }
