@@ -3,10 +3,8 @@ import QtTest
 import Coinhall
 import "helpers.js" as H
 
-// The bills and royalties screens and their sheets as a user meets them: the editors,
-// paying with a typed amount, finished one-time bills, the lines' menus and the overdue
-// marks. Due texts, defaults and what paying, skipping and receiving do to the Book are
-// tests/bridge's and the real-window journeys'.
+// The bills and royalties screens and sheets. Due texts, defaults and what paying,
+// skipping and receiving do to the Book are tests/bridge's and the journeys'.
 TestCase {
     id: testCase
 
@@ -19,7 +17,6 @@ TestCase {
     readonly property BillsBridge data: BillsBridge { store: Store }
     readonly property RoyaltiesBridge royalties: RoyaltiesBridge { store: Store }
 
-    // Puts a bill in the Store as the editor would and returns its map.
     function addBill(name: string, amount: string, due: double, fields: var): var {
         verify(data.saveBill(Object.assign(data.newBill(), { name: name, amount: amount, due: due }, fields || {})))
         return data.active.concat(data.finished).find(b => b.name === name)
@@ -48,8 +45,7 @@ TestCase {
         const editor = sheet("BillEditor", CHSheet.newBill())
         const done = H.spy(testCase, editor, "done")
         const save = H.key(editor, "Save")
-        verify(!save.enabled)
-        verify(!H.key(editor, "Delete bill"), "a new bill has nothing to delete")
+        verify(!save.enabled && !H.key(editor, "Delete bill"), "nothing to save yet, nothing to delete")
         H.retype(testCase, findChild(editor, "nameField").field, "Rent")
         verify(!save.enabled, "no amount yet")
         H.retype(testCase, findChild(editor, "amountField").field, "abc")
@@ -57,8 +53,8 @@ TestCase {
         compare(data.active.length, 0, "Return saves nothing while the amount is bad")
         H.retype(testCase, findChild(editor, "amountField").field, "1450.5")
         const remind = findChild(editor, "remindField")
-        mouseClick(H.key(remind, "−"))
-        mouseClick(H.key(remind, "−"))
+        for (let i = 0; i < 2; ++i)
+            mouseClick(H.key(remind, "−"))
         compare(remind.text, "Remind me 1 day before (and on the day)")
         mouseClick(findChild(editor, "autopayField"))
         H.retype(testCase, findChild(editor, "websiteField").field, "rent.example.com")
@@ -69,13 +65,11 @@ TestCase {
                 ["Rent", "$1,450.50", "Monthly", 1, true, "rent.example.com"])
     }
 
-    // The pay sheet starts at the usual amount and takes only an amount; the editor,
-    // given its sheet once made (as the sheet host does), lists the payment.
+    // The editor, given its sheet once made (as the sheet host does), lists the payment.
     function test_payingWithATypedAmountShowsInTheHistory() {
         const rent = addBill("Rent", "10", daysFromNow(20))
         const pay = sheet("PayBillView", CHSheet.payBill(rent))
-        compare([pay.title, findChild(pay, "amountField").text], ["Pay Rent", "10.00"])
-        verify(!findChild(pay, "websiteLink").visible)
+        compare([findChild(pay, "amountField").text, findChild(pay, "websiteLink").visible], ["10.00", false])
         H.retype(testCase, findChild(pay, "amountField").field, "12.5x")
         verify(!H.key(pay, "Mark paid").enabled)
         H.retype(testCase, findChild(pay, "amountField").field, "12.5")
@@ -94,7 +88,6 @@ TestCase {
         const pay = sheet("PayBillView", CHSheet.payBill(repair))
         compare(findChild(pay, "websiteLink").text, "Open fixit.example to pay.")
         mouseClick(H.key(pay, "Mark paid"))
-        // The bill leaves the list and shows under the finished one-time bills.
         const screen = H.make(testCase, testCase, "BillsScreen { anchors.fill: parent }")
         verify(!lineNamed(screen, "Repair"))
         verify(findChild(screen, "finishedPanel").visible)
@@ -103,16 +96,14 @@ TestCase {
         compare(data.finished.length, 0)
     }
 
-    // The line's menu and its pay key open the sheets or delete; an overdue bill is
-    // marked red, one due today is not. Skipping is a real-window journey.
+    // Overdue is red, due today is not. Skipping and the pay key are journeys.
     function test_theLinesMenuKeysAndMarks() {
         const phone = addBill("Phone", "45", daysFromNow(9))
         addBill("Late", "20", daysFromNow(-1))
         addBill("Today", "30", daysFromNow(0))
         const screen = H.make(testCase, testCase, "BillsScreen { anchors.fill: parent }")
         const late = lineNamed(screen, "Late")
-        verify(Qt.colorEqual(findChild(late, "dueText").color, Tokens.destructive))
-        verify(Qt.colorEqual(findChild(late, "statusDot").color, Tokens.destructive))
+        compare([findChild(late, "dueText").color, findChild(late, "statusDot").color], [Tokens.destructive, Tokens.destructive])
         verify(!Qt.colorEqual(findChild(lineNamed(screen, "Today"), "dueText").color, Tokens.destructive))
         compare(findChild(screen, "overdueSummary").text, "1 bill · $20.00")
 
@@ -122,8 +113,6 @@ TestCase {
         compare(change.text, "Edit bill…")
         mouseClick(change)
         compare([opened.signalArguments[0][0].kind, opened.signalArguments[0][0].record.id], ["editBill", phone.id])
-        mouseClick(findChild(line, "payKey"))
-        compare(opened.signalArguments[1][0].kind, "payBill")
         for (const name of ["Phone", "Late", "Today"]) {
             const shown = lineNamed(screen, name)
             mouseClick(H.menuItem(testCase, shown, shown.menu, 3))
@@ -132,8 +121,7 @@ TestCase {
         verify(findChild(screen, "noBillsNote").visible)
     }
 
-    // The royalty editor stays open on a bad amount and says why; a sheet made once and
-    // given a royalty later shows it; the editor and the row's menu delete.
+    // A bad amount keeps the royalty editor open, saying why.
     function test_royaltyEditorAndMenu() {
         const editor = sheet("RoyaltyEditor", CHSheet.newRoyalty())
         const save = H.key(editor, "Save")

@@ -3,10 +3,8 @@ import QtTest
 import Coinhall
 import "helpers.js" as H
 
-// The calendar as a user reads and drives it. The Book gets, on March 12, 2031, two
-// bills, two royalties, money in and money out (six items), and a transfer on March 20.
-// Which items a day has, their order, the "+<n> more" count and the month's steps are
-// the C++ calendar's (tests/bridge/overview_test.cpp); here, what the grid shows.
+// The calendar's grid and keys, on March 12, 2031: two bills, two royalties, money in and
+// out. A day's items, their order and count, and the months are overview_test.cpp's.
 TestCase {
     id: testCase
 
@@ -23,7 +21,6 @@ TestCase {
         const ledger = H.make(testCase, testCase, "LedgerBridge { store: Store }")
         const bills = H.make(testCase, testCase, "BillsBridge { store: Store }")
         const royalties = H.make(testCase, testCase, "RoyaltiesBridge { store: Store }")
-        const checking = ledger.firstAccountId()
         for (const [name, amount, repeats] of [["Rent", "1200", "One time"], ["Phone", "65.5", "Monthly"]])
             verify(bills.saveBill(Object.assign(bills.newBill(), { name: name, amount: amount, due: at(3, 12, 9),
                                                                   repeats: repeats })))
@@ -32,8 +29,8 @@ TestCase {
                                                         { payer: payer, amount: amount, expectedDate: at(3, 12, hour) })))
         for (const [income, amount, payee] of [[true, "500", "The Blue Room"], [false, "30", "Corner cafe"]])
             verify(ledger.saveTransaction({ id: "", income: income, date: at(3, 12, 14), amount: amount, payee: payee,
-                                            category: "Other", accountId: checking, note: "", cleared: true }))
-        verify(ledger.transfer(checking, ledger.accounts[1].id, "25", at(3, 20, 9), "To savings"))
+                                            category: "Other", accountId: ledger.firstAccountId(), note: "",
+                                            cleared: true }))
     }
     function findAll(item: var, name: string): var {
         return H.findAll(item, c => c.objectName === name)
@@ -41,7 +38,6 @@ TestCase {
     function cell(screen: var, day: int): var {
         return findAll(screen, "dayCell").find(c => c.day.day === day)
     }
-    // March 2031 on a screen of this size (the whole test case by default).
     function shown(size: var): var {
         const screen = H.make(testCase, testCase, "CalendarScreen {}", size || { width: testCase.width, height: testCase.height })
         screen.calendar.showMonthOf(at(3, 1, 12))
@@ -49,8 +45,7 @@ TestCase {
         return screen
     }
 
-    // US weeks start on Sunday: March 2031 begins on the Saturday after six blanks. A
-    // full day lists four items, and all six when picked.
+    // US weeks start on Sunday: March 2031 begins on the Saturday after six blanks.
     function test_a_full_day_lists_four_items_and_all_when_picked() {
         const screen = shown()
         compare(findAll(screen, "blankCell").length, 6)
@@ -60,9 +55,8 @@ TestCase {
         verify(Math.abs(column(cell(screen, 1)) - column(names[6])) < cell(screen, 1).width / 2)
         verify(Math.abs(column(cell(screen, 2)) - column(names[0])) < cell(screen, 2).width / 2)
         const day = cell(screen, 12)
-        compare(H.texts(day, "itemTitle"), ["Rent", "Phone", "BMI", "ASCAP"])
+        compare(H.texts(day, "itemTitle").concat(H.texts(day, "moreText")), ["Rent", "Phone", "BMI", "ASCAP", "+2 more"])
         compare(H.texts(day, "itemAmount"), ["$1,200.00", "$65.50", "$80.00", "$20.00"])
-        compare(H.texts(day, "moreText"), ["+2 more"])
         verify(day.help.startsWith("Rent: $1,200.00\n"), "the hover text lists the day")
         mouseClick(day)
         const panel = findAll(screen, "pickedPanel")[0]
@@ -70,9 +64,8 @@ TestCase {
         compare(H.texts(panel, "itemAmount")[5], "$30.00")
     }
 
-    // A six-week month fits a window of ordinary height: the cells give up item lines
-    // (never below 92 high) and say how many they no longer list; shorter still, the
-    // cells keep their least height and the screen scrolls.
+    // Six weeks fit an ordinary window, the cells listing fewer items (never below 92
+    // high); shorter still, the screen scrolls.
     function test_six_weeks_fit_a_short_window() {
         const screen = shown({ width: 1150, height: 730 })
         const last = cell(screen, 31)
@@ -96,26 +89,19 @@ TestCase {
         const screen = shown()
         screen.grid.forceActiveFocus()
         screen.cursor = 12
-        keyClick(Qt.Key_Space)
-        compare(screen.picked, 12)
-        keyClick(Qt.Key_Right)
-        compare(screen.picked, 13)
-        keyClick(Qt.Key_Up)
-        compare(screen.picked, 6)
-        keyClick(Qt.Key_Left)
-        keyClick(Qt.Key_Down)
-        compare(screen.picked, 12)
+        for (const [key, day] of [[Qt.Key_Space, 12], [Qt.Key_Right, 13], [Qt.Key_Up, 6], [Qt.Key_Left, 5], [Qt.Key_Down, 12]]) {
+            keyClick(key)
+            compare(screen.picked, day)
+        }
         // Past the month's end the grid turns to the next month.
         screen.cursor = 31
         keyClick(Qt.Key_Right)
         compare([screen.calendar.title, screen.picked], ["April 2031", 1])
-        // The month keys, and Today back to this month with today marked.
-        mouseClick(findAll(screen, "previousMonthKey")[0])
-        compare(screen.calendar.title, "March 2031")
-        mouseClick(findAll(screen, "nextMonthKey")[0])
-        compare(screen.calendar.title, "April 2031")
-        mouseClick(findAll(screen, "todayKey")[0])
-        compare(screen.calendar.title, Fmt.month(Date.now()))
+        for (const [key, title] of [["previousMonthKey", "March 2031"], ["nextMonthKey", "April 2031"],
+                                    ["todayKey", Fmt.month(Date.now())]]) {
+            mouseClick(findAll(screen, key)[0])
+            compare(screen.calendar.title, title)
+        }
         compare(findAll(screen, "dayCell").filter(c => c.day.today).map(c => c.day.day), [new Date().getDate()])
     }
 }

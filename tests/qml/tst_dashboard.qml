@@ -3,9 +3,8 @@ import QtTest
 import Coinhall
 import "helpers.js" as H
 
-// The dashboard as a user reads it: an empty Book, then a small one built through the
-// editors' bridges. Its figures are the C++ summary's (tests/bridge/overview_test.cpp),
-// its balances a real-window journey's.
+// The dashboard, empty and then filled through the bridges. Its figures are
+// overview_test.cpp's, its balances a journey's.
 TestCase {
     id: testCase
 
@@ -20,7 +19,6 @@ TestCase {
     readonly property BillsBridge bills: BillsBridge { store: Store }
     readonly property RoyaltiesBridge royalties: RoyaltiesBridge { store: Store }
 
-    // Each test starts from the runner's Book: its two accounts and nothing else.
     function init() {
         while (lines.count > 0)
             ledger.deleteTransaction(lines.idAt(0))
@@ -38,8 +36,6 @@ TestCase {
                                         accountId: ledger.firstAccountId(), note: "", cleared: true }))
     }
 
-    // Empty, then lines, a bill and a royalty logged through the editors' bridges: the
-    // screen shows them at once.
     function test_whatIsLoggedShowsAtOnce() {
         const screen = openScreen()
         const sheets = H.spy(testCase, screen, "openSheet")

@@ -3,10 +3,8 @@ import QtTest
 import Coinhall
 import "helpers.js" as H
 
-// The import sheet as a user works it: choose a bank file, read the preview, correct a
-// column by keyboard, import, and see the same file again offer nothing new. The counts,
-// columns and flips are tests/bridge's and tests/core/bankfiles'; choosing a file in the
-// file dialog is a real-window journey. Files come from tests/data/bank.
+// The import sheet with tests/data/bank's files. Counts, columns, flips and status texts
+// are tests/bridge's and tests/core/bankfiles', the file dialog a journey's.
 TestCase {
     id: testCase
 
@@ -22,7 +20,7 @@ TestCase {
     function importKey(sheet: var): var {
         return H.first(sheet, c => c.visible && typeof c.clicked === "function" && String(c.title).startsWith("Import"))
     }
-    // The sheet on `account` (by keyboard from the first), the file key with the focus.
+    // The sheet, the file key with the focus first, its account chosen by `downs` presses of Down.
     function openSheet(downs: int): var {
         const sheet = H.make(testCase, testCase, "ImportSheet {}", { sheet: CHSheet.importCSV() })
         sheet.forceActiveFocus()
@@ -38,15 +36,12 @@ TestCase {
 
     function test_previewFollowsTheFileAndTheColumns() {
         const sheet = openSheet(0)
-        compare(H.named(sheet, "fileName").text, "No file chosen")
-        verify(!H.named(sheet, "previewTitle").visible)
-        verify(!importKey(sheet).enabled)
-        compare(H.named(sheet, "accountPicker").box.displayText, "Main checking")
+        compare([H.named(sheet, "fileName").text, H.named(sheet, "previewTitle").visible, importKey(sheet).enabled,
+                 H.named(sheet, "accountPicker").box.displayText], ["No file chosen", false, false, "Main checking"])
         sheet.chooseFile(bankFile("harbor_checking.csv"))
-        compare(H.named(sheet, "fileName").text, "harbor_checking.csv")
-        compare(H.named(sheet, "previewTitle").text, "Preview · 14 new · 1 already in · 2 unreadable")
-        compare([importKey(sheet).title, importKey(sheet).enabled], ["Import 14", true])
-        // The preview lines as shown, scrolling through the list.
+        compare([H.named(sheet, "fileName").text, H.named(sheet, "previewTitle").text, importKey(sheet).title,
+                 importKey(sheet).enabled], ["harbor_checking.csv", "Preview · 14 new · 1 already in · 2 unreadable",
+                                             "Import 14", true])
         const list = H.named(sheet, "previewList")
         const lines = []
         for (let i = 0; i < list.count; ++i) {
@@ -61,9 +56,8 @@ TestCase {
         amount.box.forceActiveFocus()
         for (let i = 0; i < 4; ++i)
             keyClick(Qt.Key_Up)
-        compare(amount.currentText, "—")
-        compare(H.named(sheet, "previewTitle").text, "Preview · 0 new · 0 already in · 17 unreadable")
-        verify(!importKey(sheet).enabled, "nothing to import at zero")
+        compare([amount.currentText, H.named(sheet, "previewTitle").text, importKey(sheet).enabled],
+                ["—", "Preview · 0 new · 0 already in · 17 unreadable", false])
         // A file that cannot be read, or a folder, drops the earlier one and says so.
         for (const bad of ["no_such_download.csv", ""]) {
             sheet.chooseFile(bankFile(bad))
@@ -72,25 +66,21 @@ TestCase {
             compare([importKey(sheet).title, importKey(sheet).enabled], ["Import 0", false])
         }
         sheet.chooseFile(bankFile("thistle_uk.csv"))
-        compare(message(sheet), "", "a good file clears the message")
-        verify(H.named(sheet, "previewTitle").visible)
+        compare([message(sheet), H.named(sheet, "previewTitle").visible], ["", true], "a good file clears the message")
     }
 
     function test_importThenTheSameFileAgainOffersNothing() {
-        const sheet = openSheet(1)
-        const done = H.spy(testCase, sheet, "done")
-        compare(H.named(sheet, "accountPicker").box.displayText, "Savings")
-        sheet.chooseFile(bankFile("riverbend_savings.csv"))
-        waitForRendering(sheet)
-        mouseClick(importKey(sheet))
-        compare(Store.status, "Imported 7 transactions from riverbend_savings.csv.")
-        compare(done.count, 1)
-        const again = openSheet(1)
-        again.chooseFile(bankFile("riverbend_savings.csv"))
-        compare(H.named(again, "previewTitle").text, "Preview · 0 new · 7 already in · 1 unreadable")
-        compare([importKey(again).title, importKey(again).enabled], ["Import 0", false])
-        Store.status = ""
-        keyClick(Qt.Key_Return)
-        compare(Store.status, "", "Return imports nothing at zero")
+        for (const [expected, closes] of [["Preview · 7 new · 0 already in · 1 unreadable", 1],
+                                          ["Preview · 0 new · 7 already in · 1 unreadable", 0]]) {
+            const sheet = openSheet(1)
+            const done = H.spy(testCase, sheet, "done")
+            compare(H.named(sheet, "accountPicker").box.displayText, "Savings")
+            sheet.chooseFile(bankFile("riverbend_savings.csv"))
+            compare(H.named(sheet, "previewTitle").text, expected)
+            // Return on a closed column list is the sheet's.
+            H.first(sheet, c => c.objectName === "columnPicker").box.forceActiveFocus()
+            keyClick(Qt.Key_Return)
+            compare(done.count, closes, closes ? "Return imports" : "Return imports nothing at zero")
+        }
     }
 }

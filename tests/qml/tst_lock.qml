@@ -2,9 +2,10 @@ import QtQuick
 import QtTest
 import Coinhall
 import CoinhallTest
+import "helpers.js" as H
 
-// The lock. This file runs on books that ask for unlocking, checked through a private
-// PAM configuration that starts out denying everyone (tests/qml/tst_main.cpp).
+// The lock takes the input (books locked by tst_main.cpp). What shows is
+// tests/app/lockscreen_test.cpp's, the passwords a journey's.
 TestCase {
     id: testCase
 
@@ -14,29 +15,13 @@ TestCase {
     visible: true
     when: windowShown
 
-    property int shortcutsFired: 0
-
-    Component {
-        id: mainComponent
-
-        Main {
-            // A window-wide shortcut, as a screen might have one.
-            Shortcut {
-                sequence: "Ctrl+N"
-                onActivated: testCase.shortcutsFired += 1
-            }
-        }
-    }
-
-    function initTestCase() {
-        Prefs.welcomed = true
-    }
-
-    // What is drawn and read out while locked is checked in the real window
-    // (tests/app/lockscreen_test.cpp), the passwords in tests/journeys; here, input.
     function test_theLockTakesAllInputUntilUnlocked() {
         verify(Store.locked)
-        const window = createTemporaryObject(mainComponent, null)
+        Prefs.welcomed = true
+        // A window-wide shortcut, as a screen might have one.
+        const window = H.make(testCase, null, "Main { property alias shortcut: shortcut; Shortcut { id: shortcut; "
+                              + "sequence: \"Ctrl+N\" } }")
+        const shortcuts = H.spy(testCase, window.shortcut, "activated")
         waitForRendering(window.contentItem)
         const view = window.rootView
         const overlay = findChild(view, "lockOverlay")
@@ -57,14 +42,13 @@ TestCase {
             keyClick(Qt.Key_Tab)
         verify(password.activeFocus)
         keyClick(Qt.Key_N, Qt.ControlModifier)
-        compare(shortcutsFired, 0)
+        compare(shortcuts.count, 0)
         view.openSheet(CHSheet.newBill())
         compare(view.sheetHost.view, null, "a sheet asked for meanwhile is not shown")
         view.closeSheet()
         // The help, the about panel and the theme hold no data: they stay open to use.
         verify([window.helpMenu.itemAt(0), window.helpMenu.itemAt(3), window.themeMenu.itemAt(4)].every(i => i.enabled))
-        // Unlocked, the screens take the keyboard and the window's shortcuts again. The
-        // clicks above pressed the Unlock key too: wait for those checks.
+        // Unlocked (once the Unlock key the clicks pressed is done), the keys are back.
         tryVerify(() => !overlay.checking, 5000)
         verify(TestHooks.usePamModule("pam_permit.so"))
         password.forceActiveFocus()
@@ -73,6 +57,6 @@ TestCase {
         tryCompare(Store, "locked", false, 5000)
         verify(view.screenView.activeFocus)
         keyClick(Qt.Key_N, Qt.ControlModifier)
-        compare(shortcutsFired, 1)
+        compare(shortcuts.count, 1)
     }
 }

@@ -25,24 +25,17 @@ class TestHooks : public QObject
     Q_OBJECT
 
 public:
-    explicit TestHooks(QString pamDir)
-        : m_pamDir(std::move(pamDir))
-    {}
+    QString pamDir;
 
     // Makes the private PAM configuration run `module` ("pam_permit.so", "pam_deny.so")
     // for both authentication and the account check.
-    Q_INVOKABLE bool usePamModule(const QString &module)
+    Q_INVOKABLE bool usePamModule(const QString &module) const
     {
-        QFile file(m_pamDir + QStringLiteral("/coinhall"));
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            return false;
+        QFile file(pamDir + QStringLiteral("/coinhall"));
         const QByteArray name = module.toUtf8();
-        file.write("auth required " + name + "\naccount required " + name + "\n");
-        return true;
+        return file.open(QIODevice::WriteOnly | QIODevice::Truncate)
+               && file.write("auth required " + name + "\naccount required " + name + "\n") > 0;
     }
-
-private:
-    QString m_pamDir;
 };
 
 class Setup : public QObject
@@ -58,15 +51,14 @@ public Q_SLOTS:
         QCoreApplication::setApplicationName(AppInfo::applicationName());
         QQuickStyle::setStyle(QStringLiteral("Basic"));
 
-        const QString pamDir = m_home.path() + QStringLiteral("/pam");
-        QDir().mkpath(pamDir);
-        m_hooks = std::make_unique<TestHooks>(pamDir);
+        m_hooks.pamDir = m_home.path() + QStringLiteral("/pam");
+        QDir().mkpath(m_hooks.pamDir);
         StoreOptions options{m_home.path() + QStringLiteral("/books")};
         if (qEnvironmentVariableIsSet("COINHALL_TEST_LOCKED")) {
             QSettings(AppInfo::organizationName(), AppInfo::applicationName())
                 .setValue(QStringLiteral("requireUnlock"), true);
-            m_hooks->usePamModule(QStringLiteral("pam_deny.so"));
-            options.authenticator = std::make_shared<PamAuthenticator>(QStringLiteral("coinhall"), pamDir);
+            m_hooks.usePamModule(QStringLiteral("pam_deny.so"));
+            options.authenticator = std::make_shared<PamAuthenticator>(QStringLiteral("coinhall"), m_hooks.pamDir);
         }
         m_store = std::make_unique<Store>(options);
         Store::setShared(m_store.get());
@@ -75,12 +67,12 @@ public Q_SLOTS:
     {
         engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
         qmlRegisterSingletonInstance("Coinhall", 1, 0, "Store", m_store.get());
-        qmlRegisterSingletonInstance("CoinhallTest", 1, 0, "TestHooks", m_hooks.get());
+        qmlRegisterSingletonInstance("CoinhallTest", 1, 0, "TestHooks", &m_hooks);
     }
 
 private:
     QTemporaryDir m_home;
-    std::unique_ptr<TestHooks> m_hooks;
+    TestHooks m_hooks;
     std::unique_ptr<Store> m_store;
 };
 

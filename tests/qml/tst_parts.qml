@@ -3,9 +3,8 @@ import QtTest
 import Coinhall
 import "helpers.js" as H
 
-// The parts every screen and sheet is built of, as a user meets them: an amount, the
-// icons, the sheet frame's keys and keyboard, form rows and the date field. A key's
-// keyboard, mouse and accessible name are the sheet frame's test and the journeys'.
+// The parts of every screen and sheet. A key's keyboard, mouse and accessible name are
+// the sheet frame's test's and the journeys'.
 TestCase {
     id: testCase
 
@@ -19,9 +18,7 @@ TestCase {
         source: "qrc:/fonts/MaterialIcons-Regular.ttf"
     }
 
-    // Amounts below zero take the look's soft colour, zero and text that is no amount
-    // the green; Fmt gives no text for what is no amount or no date (the money and
-    // date texts themselves are tests/core/model's).
+    // Below zero is soft, the rest green; no amount, no text (money texts are tests/core's).
     function test_amountsAndLooks_data() {
         return [{ tag: "zero", amount: "0", text: "$0.00", negative: false },
                 { tag: "below zero", amount: "-0.01", text: "-$0.01", negative: true },
@@ -37,8 +34,7 @@ TestCase {
         compare([Looks.named("crimson").name, Looks.named("").name], ["Rose Gold", "Studio"])
     }
 
-    // Every symbol of the icon table draws a glyph of the font (a ligature the font
-    // lacks would be laid out as a whole word); only a named icon is read out.
+    // A ligature the font lacks would be laid out as a whole word.
     function test_everySymbolDrawsAGlyphAndOnlyANamedIconIsRead() {
         for (const symbol of Object.keys(Icons.table)) {
             const icon = H.make(testCase, testCase, "Icon { size: 20 }", { symbol: symbol })
@@ -52,9 +48,8 @@ TestCase {
         compare([named.Accessible.ignored, named.Accessible.name], [false, "Add"])
     }
 
-    // Return and Enter save only when saving is allowed, Escape always cancels, the
-    // keys do what they say, and Tab runs through the fields, then the keys; the
-    // account picker offers the active accounts in order and starts with none.
+    // Return and Enter save only when allowed, Escape always cancels, Tab runs through
+    // the fields, then the keys.
     function test_sheetKeysAndKeyboard() {
         const sheet = H.make(testCase, testCase, "SheetFrame { title: \"New bill\"; saveTitle: \"Add bill\"; "
                              + "canSave: amount.valid; property alias amount: amount; property alias picker: picker; "
@@ -102,8 +97,7 @@ TestCase {
         compare(box.displayText, "")
     }
 
-    // Fields line up whatever their captions; a long caption stands above its field
-    // rather than wrapping into a tall column of single words.
+    // A long caption stands above its field rather than wrapping into a tall column.
     function test_longCaptionsStandAboveTheirField() {
         const brief = H.make(testCase, testCase, "FormTextField { width: 420; label: \"Payer\" }")
         const lengthy = H.make(testCase, testCase, "FormTextField { width: 420 }",
@@ -114,8 +108,7 @@ TestCase {
         verify(lengthy.height < 3 * brief.height, "row height " + lengthy.height)
     }
 
-    // Up and Down move a day, Page Up a month (from the 31st to the month's last day),
-    // and a day picked in the grid keeps the time of day.
+    // Page Up from the 31st lands on the month's last day; a picked day keeps the time.
     function test_dateFieldKeysAndGrid() {
         const field = H.make(testCase, testCase, "FormDateField { width: 420; label: \"Due\" }",
                              { date: new Date(2031, 0, 31, 9, 30).getTime() })

@@ -3,10 +3,8 @@ import QtTest
 import Coinhall
 import "helpers.js" as H
 
-// The Reports screen as a user reads it. The lines are dated in 2099, so only "This
-// year" (no upper end) counts them. The figures of each period and the budget rule
-// (over only when strictly over) are tests/bridge's and tests/core/store's; switching
-// periods by mouse is a real-window journey. Here: what the tiles and lists show.
+// The Reports screen on lines of 2099, which only "This year" counts. Figures and the
+// budget rule are tests/bridge's and tests/core/store's, periods by mouse a journey's.
 TestCase {
     id: testCase
 
@@ -30,8 +28,7 @@ TestCase {
         })
     }
 
-    // A period key works from the keyboard; the tiles and both lists follow it, and a
-    // budget shows beside its category, red when over.
+    // A period key works from the keyboard; a budget shows, red when over.
     function test_periodsAndBudgets() {
         const accounts = H.make(testCase, testCase, "AccountsBridge { store: Store }")
         accounts.commitBudget(accounts.budgets.find(b => b.name === "Groceries").index, "99.99")

@@ -4,10 +4,8 @@ import QtTest
 import Coinhall
 import "helpers.js" as H
 
-// Whole-window zoom: the stored factor and its steps, the View menu's shortcuts, the
-// host that lays the content out at the logical size, and the menus and pop-ups that
-// open above it. The zoomed window and its sheets are tst_window's; a level kept over a
-// restart is a real-window journey.
+// Whole-window zoom. The zoomed window and sheets are tst_window's, a level kept over a
+// restart a journey's.
 TestCase {
     id: testCase
 
@@ -21,8 +19,7 @@ TestCase {
         QFZoom.actualSize()
     }
 
-    // Each row: a stored factor as the View menu, another program or an older Coinhall
-    // may have left it, stepped `times` times; steps are whole per cent and never drift.
+    // A factor as the menu, another program or an older Coinhall left it, stepped.
     function test_storedAndStepped_data() {
         return [{ tag: "in from 85%", stored: 0.85, step: "zoomIn", times: 7, value: 1.9 },
                 { tag: "in stops at 200%", stored: 1.9, step: "zoomIn", times: 2, value: 2 },
@@ -45,8 +42,7 @@ TestCase {
             compare(Prefs.zoom, row.value, "stored as shown")
     }
 
-    // The View menu's shortcuts step the zoom; the menu, opened above the zoomed content,
-    // grows with the zoom itself.
+    // The menu opens above the zoomed content, so it grows with the zoom itself.
     function test_shortcutsAndTheMenu() {
         const menu = H.make(testCase, testCase, "QFZoomCommands {}")
         keyClick(Qt.Key_Plus, Qt.ControlModifier)
@@ -70,8 +66,7 @@ TestCase {
         menu.close()
     }
 
-    // Drop-down lists, the date grid and tool tips open above the zoomed content too: at
-    // 200% they are drawn twice as large, right beside what opened them.
+    // Pop-ups too, drawn twice as large at 200%, right beside what opened them.
     function test_popUpsFollowTheZoom() {
         QFZoom.setLevel(200)
         const host = H.make(testCase, testCase, "QFZoomHost { width: 1380; height: 900; property alias choice: choice; "
@@ -120,9 +115,7 @@ TestCase {
         host.hinted.ToolTip.visible = false
     }
 
-    // At 100% a window larger than the least size shows more content, unscrolled; at 200%
-    // the content keeps its least size, drawn twice as large, and scrolls (the wheel
-    // never past its end); at 85% it is laid out wider than the window, to fill it.
+    // Laid out at the window's size over the zoom, never below the least; scrolled when larger.
     function test_hostLaysOutAtTheLogicalSizeAndScrollsWhenLarger() {
         const host = H.make(testCase, testCase, "QFZoomHost { width: 1380; height: 900; minSize: Qt.size(1180, 760); "
                             + "property alias page: page; Item { id: page; anchors.fill: parent } }")
