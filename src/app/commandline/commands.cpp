@@ -57,8 +57,7 @@ MoneyFileState readMoneyFile(const QString &dir)
         state.readError = file.errorString();
         return state;
     }
-    const QByteArray bytes = file.readAll();
-    MoneyFile::Decoded decoded = MoneyFile::decode(std::string_view(bytes.constData(), size_t(bytes.size())));
+    MoneyFile::Decoded decoded = MoneyFile::decodeFile(file);
     state.book = std::move(decoded.book);
     state.decodeError = decoded.error;
     return state;

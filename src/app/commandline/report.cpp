@@ -120,10 +120,16 @@ int report(const QString &dir, const QStringList &arguments, std::FILE *out, std
         period = known->second;
     }
 
-    const std::unique_ptr<Reading> reading = openForReading(readMoneyFile(dir), err);
-    if (!reading->store)
-        return reading->status;
-    const PeriodReport figures = Reports::periodReport(reading->store->book(), period, reading->store->now());
+    // Straight from the file: a report needs no Store, no lock and no scratch folder.
+    const MoneyFileState state = readMoneyFile(dir);
+    if (!state.usable()) {
+        print(err, state.problem());
+        return ExitStatus::failed;
+    }
+    static const Book newBook;
+    const Book &book = state.book ? *state.book : newBook;
+    Money::setCode(book.currency);
+    const PeriodReport figures = Reports::periodReport(book, period, Instant::now());
     if (options.has(QStringLiteral("--tsv")))
         printTsv(figures, out);
     else

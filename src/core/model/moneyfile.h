@@ -3,6 +3,7 @@
 #include "model/records.h"
 
 #include <QByteArray>
+#include <QFile>
 #include <QString>
 
 #include <optional>
@@ -36,5 +37,9 @@ struct Decoded
 // Strict: every required key present and of the right type, every enumeration text
 // known. Unknown keys are ignored; any other problem fails the whole Book.
 Decoded decode(std::string_view json);
+
+// Decodes the whole of an open file, mapped into memory rather than copied, so a large
+// file is neither read twice nor held twice.
+Decoded decodeFile(QFile &file);
 
 } // namespace MoneyFile

@@ -105,6 +105,11 @@ inline bool isBlank(char c)
 // file is mostly indentation, so sixteen bytes are tested at a time.
 const char *blanksEnd(const char *p, const char *end)
 {
+    // Most gaps between tokens are empty or one space: those bytes first.
+    if (p == end || !isBlank(*p))
+        return p;
+    if (++p == end || !isBlank(*p))
+        return p;
 #if defined(__SSE2__)
     const __m128i space = _mm_set1_epi8(' ');
     const __m128i newline = _mm_set1_epi8('\n');
@@ -144,6 +149,102 @@ const char *plainEnd(const char *p, const char *end)
     while (p != end && *p != '"' && *p != '\\' && static_cast<unsigned char>(*p) >= 0x20)
         ++p;
     return p;
+}
+
+// One scalar member of a flat object, as the reader would report it.
+struct Member
+{
+    enum Type : std::uint8_t { String, Number, True, False };
+    std::string_view key;
+    std::string_view value;
+    Type type;
+};
+
+// The end of a JSON number starting at p (strict grammar), or null when it is not one.
+const char *numberEnd(const char *p, const char *end)
+{
+    auto digit = [end](const char *q) { return q != end && *q >= '0' && *q <= '9'; };
+    if (p != end && *p == '-')
+        ++p;
+    if (!digit(p))
+        return nullptr;
+    if (*p++ != '0')
+        while (digit(p))
+            ++p;
+    if (p != end && *p == '.') {
+        if (!digit(++p))
+            return nullptr;
+        while (digit(p))
+            ++p;
+    }
+    if (p != end && (*p == 'e' || *p == 'E')) {
+        ++p;
+        if (p != end && (*p == '+' || *p == '-'))
+            ++p;
+        if (!digit(p))
+            return nullptr;
+        while (digit(p))
+            ++p;
+    }
+    return p;
+}
+
+// Reads one flat object of up to 16 members whose strings need no unescaping (what
+// the money file is made of) from p, which is at its '{'. Returns the end after its
+// '}' and fills `members`, or null for anything else, which the full reader then takes.
+const char *flatObject(const char *p, const char *end, std::array<Member, 16> &members, std::size_t &count)
+{
+    auto quoted = [end](const char *q, std::string_view &text) -> const char * {
+        if (q == end || *q != '"')
+            return nullptr;
+        const char *close = plainEnd(q + 1, end);
+        if (close == end || *close != '"')
+            return nullptr;
+        text = std::string_view(q + 1, std::size_t(close - q - 1));
+        return close + 1;
+    };
+    auto literal = [end](const char *q, std::string_view word) {
+        return std::size_t(end - q) >= word.size() && std::memcmp(q, word.data(), word.size()) == 0;
+    };
+    count = 0;
+    p = blanksEnd(p + 1, end);
+    while (count < members.size()) {
+        Member &m = members[count++];
+        if (!(p = quoted(p, m.key)))
+            return nullptr;
+        p = blanksEnd(p, end);
+        if (p == end || *p != ':')
+            return nullptr;
+        p = blanksEnd(p + 1, end);
+        if (p == end)
+            return nullptr;
+        if (*p == '"') {
+            m.type = Member::String;
+            p = quoted(p, m.value);
+        } else if (*p == 't' && literal(p, "true")) {
+            m.type = Member::True;
+            p += 4;
+        } else if (*p == 'f' && literal(p, "false")) {
+            m.type = Member::False;
+            p += 5;
+        } else {
+            const char *last = numberEnd(p, end);
+            if (last)
+                m = {m.key, std::string_view(p, std::size_t(last - p)), Member::Number};
+            p = last;
+        }
+        if (!p)
+            return nullptr;
+        p = blanksEnd(p, end);
+        if (p == end)
+            return nullptr;
+        if (*p == '}')
+            return p + 1;
+        if (*p != ',')
+            return nullptr;
+        p = blanksEnd(p + 1, end);
+    }
+    return nullptr;
 }
 
 } // namespace
@@ -526,8 +627,12 @@ class Decoder
 public:
     using Ch = char;
 
-    explicit Decoder(Book &book)
+    // `stream` is the reader's: at the start of the transaction list the plain records
+    // are read here, and the reader goes on after them.
+    Decoder(Book &book, ViewStream &stream)
         : m_book(book)
+        , m_stream(stream)
+        , m_textSize(std::size_t(stream.m_end - stream.m_begin))
     {}
 
     const QString &error() const { return m_error; }
@@ -738,7 +843,9 @@ public:
                 return false;
             ++m_count;
             m_level = Level::List;
-            return true;
+            // After a transaction the reader could not leave to plainRecords (one with an
+            // escaped text, say), the plain ones after it are read here again.
+            return m_kind != Kind::Transaction || m_plain || plainRecords(true);
         default: // Level::Payment
             if (!complete(Kind::Payment, m_paymentSeen))
                 return false;
@@ -758,7 +865,7 @@ public:
             return elementError();
         if (m_slot == Slot::List) {
             startList();
-            return true;
+            return m_kind != Kind::Transaction || plainRecords(false);
         }
         if (m_slot == Slot::History) {
             m_bill = static_cast<Bill *>(m_record);
@@ -781,8 +888,6 @@ public:
             return stored();
         }
         // Level::List
-        if (m_kind == Kind::Transaction)
-            gatherTransactions();
         m_level = Level::Book;
         m_field = m_listField;
         m_seen = &m_bookSeen;
@@ -791,6 +896,66 @@ public:
 
 private:
     enum class Level : std::uint8_t { Top, Book, List, Record, History, Payment, Done };
+
+    // Reads records of the transaction list from the stream for as long as they are flat
+    // objects followed by another record or by the list's end, giving this handler the
+    // very calls the reader would, so every rule and message stays the reader's. The
+    // stream is at the list's '[', or at the '}' of a record the reader read
+    // (`afterRecord`); the reader goes on from the first record not taken here (or the
+    // list's end) as if it came next. False when a record broke a rule.
+    bool plainRecords(bool afterRecord)
+    {
+        const char *const end = m_stream.m_end;
+        const char *resume = m_stream.m_next + 1;
+        const char *p = blanksEnd(resume, end);
+        if (afterRecord) {
+            if (p == end || *p != ',')
+                return true;
+            p = blanksEnd(p + 1, end);
+        }
+        m_plain = true;
+        std::array<Member, 16> members;
+        std::size_t count = 0;
+        while (p != end && *p == '{') {
+            const char *after = flatObject(p, end, members, count);
+            if (!after)
+                break;
+            const char *next = blanksEnd(after, end);
+            bool more = false;
+            if (next != end && *next == ',') {
+                next = blanksEnd(next + 1, end);
+                more = next != end && *next == '{';
+                if (!more)
+                    break; // not a record after the comma: the reader says what is wrong
+            } else if (next == end || *next != ']') {
+                break;
+            }
+            if (!StartObject())
+                return false;
+            for (std::size_t i = 0; i < count; ++i) {
+                const Member &m = members[i];
+                if (!Key(m.key.data(), rapidjson::SizeType(m.key.size()), false))
+                    return false;
+                const auto size = rapidjson::SizeType(m.value.size());
+                const bool ok = m.type == Member::String   ? String(m.value.data(), size, false)
+                                : m.type == Member::Number ? RawNumber(m.value.data(), size, false)
+                                                           : Bool(m.type == Member::True);
+                if (!ok)
+                    return false;
+            }
+            if (!EndObject(rapidjson::SizeType(count)))
+                return false;
+            // After a '}' the reader expects the comma; after the '[' a record.
+            resume = afterRecord || !more ? after : next;
+            p = next;
+            if (!more)
+                break;
+        }
+        m_plain = false;
+        // The reader takes one byte (the '[' it thinks it is at) when this returns.
+        m_stream.m_next = resume - 1;
+        return true;
+    }
 
     template <typename R> bool bindField(Kind kind, std::string_view key, R &record, std::uint32_t &seen, int &next)
     {
@@ -851,8 +1016,11 @@ private:
             m_book.accounts.clear();
             break;
         case Kind::Transaction:
-            m_chunks.clear();
+            // Room for as many lines as the text could hold: no copying growth, and the
+            // pages beyond the lines really read are never touched. Every line needs its
+            // required keys and two ids, well over this many bytes.
             m_book.transactions.clear();
+            m_book.transactions.reserve(m_textSize / 160 + 1);
             break;
         case Kind::Bill:
             m_book.bills.clear();
@@ -875,12 +1043,7 @@ private:
             m_record = &m_book.accounts.emplace_back(Account{.id = QUuid()});
             break;
         case Kind::Transaction:
-            if (m_chunks.empty() || m_chunks.back().size() == m_chunks.back().capacity()) {
-                m_chunks.emplace_back();
-                m_chunks.back().reserve(
-                    std::min<std::size_t>(std::size_t(256) << std::min<std::size_t>(m_chunks.size(), 8), 32768));
-            }
-            m_record = &m_chunks.back().emplace_back(Transaction{.id = QUuid()});
+            m_record = &m_book.transactions.emplace_back(Transaction{.id = QUuid()});
             break;
         case Kind::Bill:
             m_record = &m_book.bills.emplace_back(Bill{.id = QUuid()});
@@ -895,22 +1058,6 @@ private:
         m_recordSeen = 0;
         m_recordNext = 0;
         m_level = Level::Record;
-    }
-
-    // Transactions are decoded into chunks and moved into one vector of the exact
-    // size at the end, each chunk freed as soon as it is moved: no doubling growth,
-    // and at most one chunk more than the final list is ever held.
-    void gatherTransactions()
-    {
-        std::size_t total = 0;
-        for (const auto &chunk : m_chunks)
-            total += chunk.size();
-        m_book.transactions.reserve(total);
-        for (auto &chunk : m_chunks) {
-            std::move(chunk.begin(), chunk.end(), std::back_inserter(m_book.transactions));
-            std::vector<Transaction>().swap(chunk);
-        }
-        m_chunks.clear();
     }
 
     bool complete(Kind kind, std::uint32_t seen)
@@ -1044,7 +1191,9 @@ private:
     int m_roundedCount = 0;
     QString m_firstRounded;
     TextPool m_pool;
-    std::vector<std::vector<Transaction>> m_chunks;
+    ViewStream &m_stream;
+    std::size_t m_textSize;
+    bool m_plain = false; // within plainRecords
 
     Level m_level = Level::Top;
     Kind m_kind = Kind::Book; // the records of the current list
@@ -1099,8 +1248,8 @@ namespace MoneyFile {
 Decoded decode(std::string_view json)
 {
     Book book{.categories = {}};
-    Decoder decoder(book);
     ViewStream stream{json.data(), json.data(), json.data() + json.size()};
+    Decoder decoder(book, stream);
     // Iterative: deep nesting under an unknown key costs heap, not stack. Numbers as
     // text: amounts never pass through a double. UTF-8 is checked where a text is
     // kept (Decoder::String), not by the reader, which would then copy byte by byte.
@@ -1118,6 +1267,19 @@ Decoded decode(std::string_view json)
                 textPlace(json, stream.Tell()) + QStringLiteral(": ") +
                     QString::fromLatin1(rapidjson::GetParseError_En(rapidjson::kParseErrorDocumentRootNotSingular))};
     return {std::move(book), QString(), decoder.roundedCount(), decoder.firstRounded()};
+}
+
+Decoded decodeFile(QFile &file)
+{
+    const qint64 size = file.size();
+    if (uchar *mapped = size > 0 ? file.map(0, size) : nullptr) {
+        Decoded decoded = decode(std::string_view(reinterpret_cast<const char *>(mapped), size_t(size)));
+        file.unmap(mapped);
+        return decoded;
+    }
+    // Not every file can be mapped (a pipe, some network folders).
+    const QByteArray bytes = file.readAll();
+    return decode(std::string_view(bytes.constData(), size_t(bytes.size())));
 }
 
 } // namespace MoneyFile

@@ -167,20 +167,7 @@ void Store::load()
     if (!file.open(QIODevice::ReadOnly)) {
         m_loadError = file.errorString();
     } else {
-        // Mapped rather than read: a large file is not held twice while it is decoded.
-        const qint64 size = file.size();
-        uchar *mapped = size > 0 ? file.map(0, size) : nullptr;
-        QByteArray readBytes;
-        std::string_view bytes;
-        if (mapped) {
-            bytes = std::string_view(reinterpret_cast<const char *>(mapped), size_t(size));
-        } else {
-            readBytes = file.readAll();
-            bytes = std::string_view(readBytes.constData(), size_t(readBytes.size()));
-        }
-        MoneyFile::Decoded decoded = MoneyFile::decode(bytes);
-        if (mapped)
-            file.unmap(mapped);
+        MoneyFile::Decoded decoded = MoneyFile::decodeFile(file);
         if (decoded.book) {
             m_book = std::move(*decoded.book);
             assigned();
