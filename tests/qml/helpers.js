@@ -40,10 +40,8 @@ function make(testCase, parent, qml, props) {
 }
 // A SignalSpy on `target`'s `signalName`; it ends with the test function.
 function spy(testCase, target, signalName) {
-    const found = testCase.createTemporaryQmlObject("import QtTest; SignalSpy {}", testCase)
-    found.target = target
-    found.signalName = signalName
-    return found
+    return Object.assign(testCase.createTemporaryQmlObject("import QtTest; SignalSpy {}", testCase),
+                         { target: target, signalName: signalName })
 }
 // `item` once the positioner it stands in has placed it (rows are placed on the next polish).
 function placed(testCase, item) {

@@ -1,9 +1,7 @@
-// Runs the tst_*.qml files against the real QML module, with a Store of their own
-// on a temporary folder, offscreen, with settings of their own.
-//
-// With COINHALL_TEST_LOCKED set, the Store starts locked and checks its owner through
-// PAM with a private configuration that denies everyone until a test switches it
-// (TestHooks.usePamModule), so the machine's own /etc/pam.d is never read.
+// Runs the tst_*.qml files against the real QML module, with a Store and settings of
+// their own in a temporary folder. With COINHALL_TEST_LOCKED set, the Store starts locked
+// and checks its owner through a private PAM configuration that denies everyone until a
+// test switches it (TestHooks.usePamModule): the machine's /etc/pam.d is never read.
 #include "help/helptexts.h"
 #include "platform/pamauthenticator.h"
 #include "store/store.h"

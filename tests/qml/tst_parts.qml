@@ -69,7 +69,6 @@ TestCase {
         keyClick(Qt.Key_Return)
         keyClick(Qt.Key_Enter)
         compare(saves.count, 2)
-        compare(sheet.amount.field.Accessible.name, "Amount")
         keyClick(Qt.Key_Tab)
         verify(sheet.picker.box.activeFocus, "the picker follows the amount")
         keyClick(Qt.Key_Tab)
@@ -114,18 +113,16 @@ TestCase {
                              { date: new Date(2031, 0, 31, 9, 30).getTime() })
         compare(field.button.text, "Jan 31, 2031")
         field.button.forceActiveFocus()
-        keyClick(Qt.Key_PageUp)
-        compare(field.button.text, "Feb 28, 2031")
-        keyClick(Qt.Key_Up)
-        compare(field.button.text, "Mar 1, 2031")
-        keyClick(Qt.Key_Down)
-        keyClick(Qt.Key_Down)
-        compare(field.button.text, "Feb 27, 2031")
+        for (const [key, text] of [[Qt.Key_PageUp, "Feb 28, 2031"], [Qt.Key_Up, "Mar 1, 2031"], [Qt.Key_Down, "Feb 28, 2031"],
+                                   [Qt.Key_PageDown, "Jan 28, 2031"]]) {
+            keyClick(key)
+            compare(field.button.text, text)
+        }
         mouseClick(field.button)
         tryCompare(field.popup, "opened", true)
-        mouseClick(H.first(field.popup.contentItem, i => i.day === 14 && i.month === 1 && i.year === 2031))
+        mouseClick(H.first(field.popup.contentItem, i => i.day === 14 && i.month === 0 && i.year === 2031))
         tryCompare(field.popup, "visible", false)
-        compare(field.button.text, "Feb 14, 2031")
+        compare(field.button.text, "Jan 14, 2031")
         const picked = new Date(field.date)
         compare([picked.getHours(), picked.getMinutes()], [9, 30])
     }

@@ -42,17 +42,14 @@ TestCase {
             compare(view.sheet, null)
             verify(H.named(view, keyName).activeFocus, keyName)
         }
-        const sample = { id: "x", name: "Verizon", payer: "BMI" }
         for (const kind of CHSheet.kinds.filter(k => k !== "help")) {
-            view.openSheet(kind === "newTx" ? CHSheet.newTx(false)
-                           : kind.startsWith("edit") || kind === "payBill" || kind === "receiveRoyalty"
-                             ? CHSheet[kind](sample) : CHSheet[kind]())
+            view.openSheet(CHSheet[kind]({ id: "x", name: "Verizon", payer: "BMI" }))
             verify(view.sheetHost.view !== null, kind)
             view.sheetHost.view.done()
         }
     }
 
-    function test_menusByKeyboard() {
+    function test_menusByKeyboardAndTheTheme() {
         const window = makeWindow()
         const bar = window.menuBar
         const focused = window.activeFocusItem
@@ -69,11 +66,7 @@ TestCase {
         keyClick(Qt.Key_Return)
         tryCompare(bar.menuAt(2), "visible", false)
         compare([QFZoom.value, window.activeFocusItem], [1.15, focused])
-    }
-
-    // The header's picker and the Theme menu are one choice.
-    function test_pickerAndThemeMenuAreOneChoice() {
-        const window = makeWindow()
+        // The header's picker and the Theme menu are one choice.
         const picker = H.named(window.rootView, "themePicker")
         mouseClick(picker)
         tryCompare(picker.popup, "opened", true)
