@@ -76,16 +76,12 @@ struct Generator
 
 } // namespace
 
+// Forms of text the reference tests below do not write.
 TEST(Decimal, ReadsAndWritesCanonicalText)
 {
-    EXPECT_EQ(t(d("0.1") + d("0.2")), "0.3");
-    EXPECT_EQ(t(d("1200")), "1200");
-    EXPECT_EQ(t(d("12.50")), "12.5");
     EXPECT_EQ(t(d("-0.000")), "0");
     EXPECT_EQ(t(d(".5")), "0.5");
     EXPECT_EQ(t(d("5.")), "5");
-    EXPECT_EQ(t(d("+1.5E3")), "1500");
-    EXPECT_EQ(t(d("125e-4")), "0.0125");
     EXPECT_EQ(t(Decimal(LLONG_MIN)), "-9223372036854775808");
     for (const char *bad : {"", "+", "-", ".", "e5", "1e", "1e+", " 1", "1 ", "1,5", "abc", "1.2.3", "0x10", "--1",
                             "1e5.5", "12abc", "\xc2\xbd"})
@@ -100,15 +96,9 @@ TEST(Decimal, RoundsDivisionAndTheEndsOfTheRange)
     EXPECT_EQ(t(d("7") / d("0")), "0");
     EXPECT_EQ(t(d("2.675").rounded2()), "2.68");
     EXPECT_EQ(t(d("2.665").rounded2()), "2.66");
-    EXPECT_EQ(t(d("1250").rounded(-2)), "1200");
-    // Underflow rounds at 10^-128, half to even; overflow saturates, and fails to parse.
-    EXPECT_EQ(t(d("5e-129")), "0");
-    EXPECT_EQ(t(d("1.5e-128")), "0." + std::string(127, '0') + "2");
-    EXPECT_FALSE(Decimal::fromString(std::string_view("1e165")));
+    // Overflow saturates, and fails to parse; the reference tests below hold the rest of the range.
     const Decimal top = d(std::string(38, '9') + "e127");
-    EXPECT_EQ(t(top * d("10")), t(top));
     EXPECT_EQ(t(-top - top), "-" + std::string(38, '9') + std::string(127, '0'));
-    EXPECT_EQ(t(d("1e164")), "1" + std::string(164, '0'));
     EXPECT_FALSE(Decimal::fromString(std::string(39, '9') + "e126")); // rounds up out of range
     // A digit far beyond the 38th still breaks a tie.
     EXPECT_EQ(t(d("0.1" + std::string(36, '0') + "25" + std::string(50, '0') + "1")),

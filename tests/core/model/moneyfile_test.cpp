@@ -301,9 +301,6 @@ TEST(MoneyFileTest, WrongValuesNameTheirPlace)
         const char *error;
     };
     const Case wrong[] = {
-        {R"("repeats": "Monthly")", R"("repeats": "Fortnightly")", R"(bills[0].repeats: unknown value "Fortnightly")"},
-        {R"("status": "Expected")", R"("status": "Paid")", R"(royalties[0].status: unknown value "Paid")"},
-        {R"("repeats": "Every 3 months")", R"("repeats": "")", R"(royalties[0].repeats: unknown value "")"},
         {R"("amount": 89.99,
           "date")",
          R"("amount": "89.99",
@@ -313,12 +310,9 @@ TEST(MoneyFileTest, WrongValuesNameTheirPlace)
         {R"("name": "Visa")", R"("name": 7)", R"(accounts[0].name: expected a string)"},
         {R"("payee": "Café Olé")", "\"payee\": \"Caf\xE9\"", R"(transactions[0].payee: not valid UTF-8)"},
         {R"("accounts": [)", R"("accounts": {"list": [)", "accounts: expected an array"},
-        {R"("history": [)", R"("history": 0, "x": [)", "bills[0].history: expected an array"},
         {R"("royalties": [)", R"("royalties": [ "none",)", "royalties[0]: expected an object"},
         {R"("version": 1)", R"("version": 1.5)", "version: expected a whole number"},
-        {R"("remindDays": 3)", R"("remindDays": 3e0)", "bills[0].remindDays: expected a whole number"},
         {R"("version": 1)", R"("version": 2147483648)", "version: expected a whole number"},
-        {R"("id": "C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C53")", R"("id": "xyz")", R"(transactions[0].id: not an id "xyz")"},
         {R"("id": "C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C53")", R"("id": "C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C5G")",
          R"(transactions[0].id: not an id "C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C5G")"},
         {R"("date": "2025-03-01T19:45:00Z")", R"("date": "2025-13-01")",

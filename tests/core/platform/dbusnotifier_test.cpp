@@ -8,18 +8,13 @@
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusVirtualObject>
-#include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 namespace {
-
-// Runs the event loop until `done` holds or `ms` milliseconds pass.
 
 ReminderRequest request(const char *title, qint64 inMs)
 {
@@ -54,17 +49,13 @@ protected:
         const QString daemon = QStandardPaths::findExecutable(QStringLiteral("dbus-daemon"));
         if (daemon.isEmpty())
             GTEST_SKIP() << "dbus-daemon is not installed";
-        QFile config(temp.filePath(QStringLiteral("bus.conf")));
-        ASSERT_TRUE(config.open(QIODevice::WriteOnly));
-        config.write(QStringLiteral("<busconfig><type>session</type><listen>unix:dir=%1</listen>"
-                                    "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
-                                    "<allow eavesdrop=\"true\"/><allow own=\"*\"/>"
-                                    "</policy></busconfig>")
-                         .arg(temp.path())
-                         .toUtf8());
-        config.close();
-        bus.start(daemon, {QStringLiteral("--config-file=") + config.fileName(), QStringLiteral("--nofork"),
-                           QStringLiteral("--print-address")});
+        const QString config = temp.filePath(QStringLiteral("bus.conf"));
+        writeAll(config, QStringLiteral("<busconfig><type>session</type><listen>unix:dir=%1</listen>"
+                                        "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+                                        "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>")
+                             .arg(temp.path())
+                             .toUtf8());
+        bus.start(daemon, {"--config-file=" + config, "--nofork", "--print-address"});
         ASSERT_TRUE(waitFor([&] { return bus.canReadLine(); }, 5000)) << bus.readAllStandardError().toStdString();
         address = QString::fromUtf8(bus.readLine().trimmed());
         client = QDBusConnection::connectToBus(address, QStringLiteral("coinhall-client"));

@@ -1,3 +1,4 @@
+#include "helpers/testing.h"
 #include "platform/pamauthenticator.h"
 
 #include <QFile>
@@ -19,27 +20,19 @@ class PamConfig
 {
 public:
     // Writes the file PAM reads for `service`.
-    void add(const QString &service, const QByteArray &lines) { write(service, lines, false); }
+    void add(const QString &service, const QByteArray &lines) { writeAll(m_dir.filePath(service), lines); }
 
     // An executable shell script in the folder; returns its path.
     QString script(const QString &name, const QByteArray &body)
     {
-        write(name, "#!/bin/sh\n" + body, true);
+        writeAll(m_dir.filePath(name), "#!/bin/sh\n" + body);
+        QFile::setPermissions(m_dir.filePath(name), QFile::permissions(m_dir.filePath(name)) | QFile::ExeOwner);
         return m_dir.filePath(name);
     }
 
     PamAuthenticator authenticator(const QString &service) const { return PamAuthenticator(service, m_dir.path()); }
 
 private:
-    void write(const QString &name, const QByteArray &text, bool executable)
-    {
-        QFile file(m_dir.filePath(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text);
-        if (executable)
-            file.setPermissions(file.permissions() | QFile::ExeOwner);
-    }
-
     QTemporaryDir m_dir;
 };
 

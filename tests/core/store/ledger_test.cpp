@@ -2,8 +2,6 @@
 // balances and the category lists.
 #include "storetesting.h"
 
-#include <QSignalSpy>
-
 #include <gtest/gtest.h>
 
 namespace {
@@ -19,16 +17,8 @@ TEST_F(Ledger, AddKeepsNewestFirstAndEqualDatesInArrivalOrder)
     EXPECT_TRUE(store.add(line(checking, "2025-03-01T09:00:00Z", "-1", "A")));
     EXPECT_TRUE(store.add(line(checking, "2025-03-02T09:00:00Z", "-1", "C"))); // same instant as B: goes after it
     EXPECT_EQ(payees(), (std::vector<QString>{"D", "B", "C", "A"}));
+    EXPECT_EQ(changes, 4);
     EXPECT_EQ(onDisk(), store.book());
-}
-
-TEST_F(Ledger, AddWritesAndNotifiesOnce)
-{
-    QSignalSpy changed(&store, &Store::bookChanged);
-    EXPECT_TRUE(store.add(line(checking, "2025-03-02T09:00:00Z", "-1")));
-    EXPECT_EQ(changed.count(), 1);
-    EXPECT_TRUE(store.transfer(checking.id, savings.id, d("5"), at("2025-03-02T10:00:00Z"), {}));
-    EXPECT_EQ(changed.count(), 2);
 }
 
 TEST_F(Ledger, UpdateKeepsALinesPlaceUnlessItsDateChanged)
@@ -50,9 +40,9 @@ TEST_F(Ledger, UpdateKeepsALinesPlaceUnlessItsDateChanged)
     EXPECT_EQ(onDisk(), store.book());
 
     // An unknown id changes nothing.
-    QSignalSpy changed(&store, &Store::bookChanged);
+    changes = 0;
     EXPECT_FALSE(store.update(line(checking, "2025-01-01T09:00:00Z", "-1", "Ghost")).changed);
-    EXPECT_EQ(changed.count(), 0);
+    EXPECT_EQ(changes, 0);
 }
 
 TEST_F(Ledger, TransferMakesTwoLinkedSidesWhateverTheSign)
@@ -78,6 +68,7 @@ TEST_F(Ledger, TransferMakesTwoLinkedSidesWhateverTheSign)
     EXPECT_EQ(out.transferPairID, in.id);
     EXPECT_EQ(in.transferPairID, out.id);
     EXPECT_NE(out.id, in.id);
+    EXPECT_EQ(changes, 1); // one change, one write
 
     EXPECT_TRUE(store.transfer(checking.id, QUuid::createUuid(), d("1"), at("2025-03-03T09:00:00Z"), {}));
     EXPECT_EQ(store.book().transactions[0].payee, "Transfer to ");
@@ -180,11 +171,7 @@ TEST_F(Ledger, AccountsAreAddedReplacedAndDeletedOnlyWhenEmpty)
 
 TEST_F(Ledger, CategoryPickersLeaveOutTransfer)
 {
-    const QStringList spending = store.categories(false);
-    EXPECT_EQ(spending.size(), 17);
-    EXPECT_FALSE(spending.contains("Transfer"));
-    EXPECT_EQ(spending.first(), "Rent / mortgage");
-    EXPECT_EQ(spending.last(), "Other spending");
-    EXPECT_EQ(store.categories(true), (QStringList{"Royalties", "Software sales", "Music sales", "Gigs & bookings",
-                                                   "Web design clients", "Paycheck", "Refunds", "Other income"}));
+    const QStringList spending = store.categories(false), income = store.categories(true);
+    EXPECT_TRUE(spending.contains("Groceries") && !spending.contains("Royalties") && !spending.contains("Transfer"));
+    EXPECT_TRUE(income.contains("Royalties") && !income.contains("Groceries") && !income.contains("Transfer"));
 }

@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <ctime>
-#include <functional>
 
 namespace {
 
@@ -16,14 +15,12 @@ const QUuid rentId(QStringLiteral("{6f1c2a9e-0b3d-4c5e-9f7a-1b2c3d4e5f60}"));
 
 Bill bill(const char *name, const char *amount, const char *dueIso, int remindDays = 3, bool autopay = false)
 {
-    Bill b;
-    b.id = rentId;
-    b.name = QString::fromUtf8(name);
-    b.amount = d(amount);
-    b.due = at(dueIso);
-    b.remindDays = remindDays;
-    b.autopay = autopay;
-    return b;
+    return {.id = rentId,
+            .name = name,
+            .amount = d(amount),
+            .due = at(dueIso),
+            .autopay = autopay,
+            .remindDays = remindDays};
 }
 
 // "title @ fire time" of each request, in order.
@@ -34,8 +31,6 @@ std::vector<QString> plan(const std::vector<Bill> &bills, const char *nowIso)
         out.push_back(r.title + QStringLiteral(" @ ") + r.fireAt.isoString());
     return out;
 }
-
-// Runs the event loop until `done` holds or `ms` milliseconds pass.
 
 // Keeps the requests of each rebuild (a rebuild starts with removeAllPending()).
 struct RecordingNotifier : Notifier

@@ -67,15 +67,8 @@ TEST_F(RoyaltiesCalendar, ReceivingAMonthlyRoyaltyLinesUpTheNextOne)
 
     ASSERT_EQ(store.book().transactions.size(), 1u);
     const Transaction deposit = store.book().transactions[0];
-    EXPECT_EQ(deposit, (Transaction{.id = deposit.id,
-                                    .date = local(2025, 2, 20, 8),
-                                    .accountID = savings.id,
-                                    .amount = d("118.4"),
-                                    .payee = "DistroKid",
-                                    .category = "Royalties",
-                                    .note = "Night Drive · January",
-                                    .cleared = true,
-                                    .kind = TxKind::royalty}));
+    EXPECT_EQ(deposit, (Transaction{deposit.id, local(2025, 2, 20, 8), savings.id, d("118.4"), "DistroKid", "Royalties",
+                                    "Night Drive · January", true, TxKind::royalty}));
     EXPECT_EQ(store.status(), "Logged $118.40 from DistroKid.");
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(onDisk(), store.book());

@@ -18,17 +18,12 @@
 
 #include <sys/stat.h>
 
+// A line of `amount` filed under Groceries; fields in Transaction's order.
 inline Transaction line(const Account &account, const char *iso, const char *amount, const char *payee = "Payee",
                         TxKind kind = TxKind::expense)
 {
-    Transaction t;
-    t.date = at(iso);
-    t.accountID = account.id;
-    t.amount = d(amount);
-    t.payee = QString::fromUtf8(payee);
-    t.category = QStringLiteral("Groceries");
-    t.kind = kind;
-    return t;
+    return {newId(), at(iso), account.id, d(amount), QString::fromUtf8(payee), QStringLiteral("Groceries"),
+            {},      false,   kind};
 }
 
 inline Book decodeFile(const QString &path)
@@ -71,7 +66,10 @@ inline QString backupName(int days = 0)
 class FolderTest : public ::testing::Test
 {
 protected:
-    FolderTest() { QSettings(QStringLiteral("QFS"), QStringLiteral("Coinhall")).remove(QStringLiteral("requireUnlock")); }
+    FolderTest()
+    {
+        QSettings(QStringLiteral("QFS"), QStringLiteral("Coinhall")).remove(QStringLiteral("requireUnlock"));
+    }
 
     QString path(const QString &name) const { return dir + QLatin1Char('/') + name; }
     QString file() const { return path(QStringLiteral("coinhall.json")); }
