@@ -3,24 +3,85 @@ import QtTest
 import Coinhall
 import "helpers.js" as H
 
-// The calendar's grid and keys, on March 12, 2031: two bills, two royalties, money in and
-// out. A day's items, their order and count, and the months are overview_test.cpp's.
+// The dashboard and the calendar, on Books filled through the bridges. Their figures, a
+// day's items, their order and count, and the months are tests/bridge/overview_test.cpp's,
+// the balances a journey's.
 TestCase {
     id: testCase
 
-    name: "Calendar"
+    name: "Overview"
     width: 1300
-    height: 1100
+    height: 1400
     visible: true
     when: windowShown
+
+    readonly property TransactionListModel lines: TransactionListModel { store: Store }
+    readonly property LedgerBridge ledger: LedgerBridge { store: Store }
+    readonly property BillsBridge bills: BillsBridge { store: Store }
+    readonly property RoyaltiesBridge royalties: RoyaltiesBridge { store: Store }
+
+    function init() {
+        while (lines.count > 0)
+            ledger.deleteTransaction(lines.idAt(0))
+        for (const b of bills.active.concat(bills.finished))
+            bills.deleteBill(b.id)
+        for (const r of royalties.expected.concat(royalties.received))
+            royalties.deleteRoyalty(r.id)
+    }
+    function spend(income: bool, amount: string, payee: string) {
+        verify(ledger.saveTransaction({ id: "", income: income, date: Date.now(), amount: amount, payee: payee,
+                                        category: income ? "Other income" : "Other spending",
+                                        accountId: ledger.firstAccountId(), note: "", cleared: true }))
+    }
+
+    function test_whatIsLoggedShowsAtOnce() {
+        const screen = H.make(testCase, testCase, "DashboardScreen { anchors.fill: parent }")
+        const sheets = H.spy(testCase, screen, "openSheet")
+        compare(H.named(screen, "latestEmpty").text,
+                "Nothing logged yet. Use MONEY IN or MONEY OUT at the top, or import your bank's CSV.")
+        spend(true, "10", "The Blue Room")
+        spend(false, "10.01", "Corner cafe")
+        const net = H.named(screen, "netTile")
+        compare(H.named(net, "tileValue").text, "-$0.01")
+        compare(net.valueColor, Tokens.destructive)
+        for (let i = 0; i < 7; ++i)
+            spend(false, "1", "Snack " + i)
+        compare(H.findAll(screen, c => c.objectName === "latestRow").length, 8, "only eight lines are listed")
+        const groups = H.findAll(H.named(screen, "monthlyChart"), c => c.objectName === "monthGroup")
+        verify(H.named(groups[5], "barOut").Accessible.name.endsWith(" Out $17.01"))
+        compare(H.named(groups[0], "barOut").height, 0)
+        // A monthly bill overdue by a month still shows among the next 14 days.
+        verify(bills.saveBill(Object.assign(bills.newBill(), { name: "Rent", amount: "1200",
+                                                              due: Date.now() - 32 * 24 * 3600 * 1000 })))
+        verify(H.named(H.named(screen, "billRow"), "dueText").text.startsWith("OVERDUE · was due "))
+        // "Following up" is still on the way; its key asks for the receiving sheet.
+        verify(royalties.saveRoyalty(Object.assign({}, royalties.newRoyalty(),
+                                                    { payer: "BMI", amount: "80", followingUp: true,
+                                                      expectedDate: new Date(2031, 2, 4, 12).getTime() })))
+        const row = H.named(screen, "royaltyRow")
+        compare(H.named(row, "expectedLine").text, "Expected Mar 4")
+        mouseClick(H.named(row, "gotItKey"))
+        compare(sheets.signalArguments[0][0].kind, "receiveRoyalty")
+        verify(royalties.receive(royalties.expected[0].id, "80", Date.now(), ledger.firstAccountId()))
+        compare(H.named(H.named(screen, "royaltiesTile"), "tileValue").text, "$80.00")
+        verify(H.named(screen, "royaltiesEmpty").visible)
+        // The panels' keys switch screens and open sheets.
+        const screens = H.spy(testCase, screen, "showScreen")
+        const keys = H.findAll(screen, c => c.objectName === "sectionKey")
+        for (const title of ["All", "Bills", "Royalties"])
+            mouseClick(keys.find(k => k.text === title))
+        compare([0, 1, 2].map(i => screens.signalArguments[i][0]), ["register", "bills", "royalties"])
+        mouseClick(keys.find(k => k.Accessible.name === "New account"))
+        compare(sheets.signalArguments[1][0].kind, "newAccount")
+    }
 
     function at(month: int, day: int, hour: int): real {
         return new Date(2031, month - 1, day, hour, 0, 0).getTime()
     }
-    function initTestCase() {
-        const ledger = H.make(testCase, testCase, "LedgerBridge { store: Store }")
-        const bills = H.make(testCase, testCase, "BillsBridge { store: Store }")
-        const royalties = H.make(testCase, testCase, "RoyaltiesBridge { store: Store }")
+    // March 12, 2031, once per test: two bills, two royalties, money in and money out.
+    function fillMarch12() {
+        if (bills.active.length > 0)
+            return
         for (const [name, amount, repeats] of [["Rent", "1200", "One time"], ["Phone", "65.5", "Monthly"]])
             verify(bills.saveBill(Object.assign(bills.newBill(), { name: name, amount: amount, due: at(3, 12, 9),
                                                                   repeats: repeats })))
@@ -38,8 +99,10 @@ TestCase {
     function cell(screen: var, day: int): var {
         return findAll(screen, "dayCell").find(c => c.day.day === day)
     }
+    // March 2031, its 12th filled, on a screen of this size.
     function shown(size: var): var {
-        const screen = H.make(testCase, testCase, "CalendarScreen {}", size || { width: testCase.width, height: testCase.height })
+        fillMarch12()
+        const screen = H.make(testCase, testCase, "CalendarScreen {}", size || { width: 1300, height: 1100 })
         screen.calendar.showMonthOf(at(3, 1, 12))
         waitForRendering(screen)
         return screen
