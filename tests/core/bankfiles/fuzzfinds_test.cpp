@@ -1,6 +1,5 @@
 // Inputs the fuzzers (fuzz/) turned up, each pinned as found, named after its fault.
 #include "bankfilestesting.h"
-#include "model/moneyfile.h"
 
 #include <QUuid>
 
@@ -18,11 +17,5 @@ TEST(FuzzFinds, BankDatePastYear9999IsABadRow)
                                "12/31/9999,Far ahead,6\n");
     const CSVImporter::Conversion converted = importer.transactions(QUuid::createUuid(), {}, bySign);
     EXPECT_EQ(converted.bad, 1);
-    ASSERT_EQ(converted.newTransactions.size(), 1u);
-
-    Book book;
-    book.transactions = converted.newTransactions;
-    const QByteArray saved = MoneyFile::encode(book);
-    const MoneyFile::Decoded reread = MoneyFile::decode(std::string_view(saved.constData(), size_t(saved.size())));
-    EXPECT_EQ(reread.book, book) << reread.error.toStdString();
+    EXPECT_EQ(converted.newTransactions.size(), 1u); // the money file holds it (model's FuzzFinds)
 }

@@ -105,8 +105,6 @@ TEST_F(Royalties, ReceivingWithNoAccountRecordsItOnTheRoyaltyOnly)
     EXPECT_EQ(store.book().royalties[0].status, RoyaltyStatus::received);
     EXPECT_EQ(store.book().royalties[0].accountID, std::nullopt);
     EXPECT_EQ(store.book().royalties[1].status, RoyaltyStatus::expected);
-    EXPECT_EQ(store.book().royalties[1].expectedDate, local(2025, 6, 30, 9));
-    EXPECT_EQ(store.status(), "Logged $280.00 from ASCAP.");
     EXPECT_EQ(onDisk(), store.book());
 }
 
