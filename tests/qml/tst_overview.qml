@@ -28,8 +28,8 @@ TestCase {
         for (const r of royalties.expected.concat(royalties.received))
             royalties.deleteRoyalty(r.id)
     }
-    function spend(income: bool, amount: string, payee: string) {
-        verify(ledger.saveTransaction({ id: "", income: income, date: Date.now(), amount: amount, payee: payee,
+    function spend(income: bool, amount: string, payee: string, date: double) {
+        verify(ledger.saveTransaction({ id: "", income: income, date: date || Date.now(), amount: amount, payee: payee,
                                         category: income ? "Other income" : "Other spending",
                                         accountId: ledger.firstAccountId(), note: "", cleared: true }))
     }
@@ -42,8 +42,7 @@ TestCase {
         spend(true, "10", "The Blue Room")
         spend(false, "10.01", "Corner cafe")
         const net = H.named(screen, "netTile")
-        compare(H.named(net, "tileValue").text, "-$0.01")
-        compare(net.valueColor, Tokens.destructive)
+        compare([H.named(net, "tileValue").text, net.valueColor], ["-$0.01", Tokens.destructive])
         for (let i = 0; i < 7; ++i)
             spend(false, "1", "Snack " + i)
         compare(H.findAll(screen, c => c.objectName === "latestRow").length, 8, "only eight lines are listed")
@@ -88,10 +87,8 @@ TestCase {
         for (const [payer, amount, hour] of [["BMI", "80", 10], ["ASCAP", "20", 11]])
             verify(royalties.saveRoyalty(Object.assign({}, royalties.newRoyalty(),
                                                         { payer: payer, amount: amount, expectedDate: at(3, 12, hour) })))
-        for (const [income, amount, payee] of [[true, "500", "The Blue Room"], [false, "30", "Corner cafe"]])
-            verify(ledger.saveTransaction({ id: "", income: income, date: at(3, 12, 14), amount: amount, payee: payee,
-                                            category: "Other", accountId: ledger.firstAccountId(), note: "",
-                                            cleared: true }))
+        spend(true, "500", "The Blue Room", at(3, 12, 14))
+        spend(false, "30", "Corner cafe", at(3, 12, 14))
     }
     function findAll(item: var, name: string): var {
         return H.findAll(item, c => c.objectName === name)
@@ -132,8 +129,7 @@ TestCase {
     function test_six_weeks_fit_a_short_window() {
         const screen = shown({ width: 1150, height: 730 })
         const last = cell(screen, 31)
-        verify(last.mapToItem(screen, 0, last.height).y <= screen.height, "the last week is in the window")
-        verify(last.height >= 92)
+        verify(last.mapToItem(screen, 0, last.height).y <= screen.height && last.height >= 92, "the last week fits")
         const day = cell(screen, 12)
         const titles = H.texts(day, "itemTitle")
         verify(titles.length < 4, "lists " + titles)

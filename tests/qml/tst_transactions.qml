@@ -98,7 +98,8 @@ TestCase {
                 ["Main checking", "Savings", "250.00"])
         H.retype(testCase, change.amountField.field, "300")
         keyClick(Qt.Key_Return)
-        compare([everything.count, everything.get(0).amount, everything.get(1).amount], [2, "-300", "300"])
+        compare([everything.count, everything.get(0).amount, everything.get(1).amount, Store.status],
+                [2, "-300", "300", "Moved $300.00."])
     }
 
 
@@ -148,9 +149,6 @@ TestCase {
             keyClick(Qt.Key_Down)
         return sheet
     }
-    function message(sheet: var): string {
-        return H.named(sheet, "message").visible ? H.named(sheet, "message").text : ""
-    }
 
     function test_previewFollowsTheFileAndTheColumns() {
         const sheet = openSheet(0)
@@ -166,9 +164,8 @@ TestCase {
             list.positionViewAtIndex(i, ListView.Contain)
             lines.push(H.findAll(list.itemAtIndex(i), c => c.text !== undefined).map(t => t.text).join(" "))
         }
-        compare(lines.length, 14)
-        compare(lines.slice(0, 2), ["Jan 31 PAYROLL ACME ROOFING INC Paycheck +$2,150.00",
-                                    "Jan 30 SAFEWAY #1432 PORTLAND OR Groceries -$86.41"])
+        compare([lines.length].concat(lines.slice(0, 2)), [14, "Jan 31 PAYROLL ACME ROOFING INC Paycheck +$2,150.00",
+                                                           "Jan 30 SAFEWAY #1432 PORTLAND OR Groceries -$86.41"])
         // A column changed by keyboard changes the preview at once.
         const amount = H.first(sheet, c => c.objectName === "columnPicker" && c.label === "Amount")
         amount.box.forceActiveFocus()
@@ -177,14 +174,15 @@ TestCase {
         compare([amount.currentText, H.named(sheet, "previewTitle").text, importKey(sheet).enabled],
                 ["—", "Preview · 0 new · 0 already in · 17 unreadable", false])
         // A file that cannot be read, or a folder, drops the earlier one and says so.
+        const message = H.named(sheet, "message")
         for (const bad of ["no_such_download.csv", ""]) {
             sheet.chooseFile(bankFile(bad))
-            compare(message(sheet), "That file couldn't be read as a bank CSV.")
-            verify(!H.named(sheet, "columnPickers").visible && !H.named(sheet, "previewTitle").visible)
-            compare([importKey(sheet).title, importKey(sheet).enabled], ["Import 0", false])
+            compare([message.visible, message.text, H.named(sheet, "columnPickers").visible, H.named(sheet, "previewTitle").visible,
+                     importKey(sheet).title, importKey(sheet).enabled],
+                    [true, "That file couldn't be read as a bank CSV.", false, false, "Import 0", false], bad)
         }
         sheet.chooseFile(bankFile("thistle_uk.csv"))
-        compare([message(sheet), H.named(sheet, "previewTitle").visible], ["", true], "a good file clears the message")
+        compare([message.visible, H.named(sheet, "previewTitle").visible], [false, true], "a good file clears the message")
     }
 
     function test_importThenTheSameFileAgainOffersNothing() {

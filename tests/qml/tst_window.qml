@@ -37,10 +37,8 @@ TestCase {
         for (const keyName of ["moneyOutKey", "moneyInKey", "transferKey", "importKey"]) {
             mouseClick(H.named(view, keyName))
             mouseClick(H.named(view, "screenKey_bills"))
-            compare(view.screen, "dashboard")
             keyClick(Qt.Key_Escape)
-            compare(view.sheet, null)
-            verify(H.named(view, keyName).activeFocus, keyName)
+            compare([view.screen, view.sheet, H.named(view, keyName).activeFocus], ["dashboard", null, true], keyName)
         }
         for (const kind of CHSheet.kinds.filter(k => k !== "help")) {
             view.openSheet(CHSheet[kind]({ id: "x", name: "Verizon", payer: "BMI" }))
