@@ -37,16 +37,20 @@ TEST(Fingerprint, DayNumberTruncatesTowardZero)
     EXPECT_EQ(BankImport::dayNumber(at("1969-12-30T12:00:00Z")), -1);
 }
 
-TEST(Conversion, GoodRowsBecomeClearedImportedLines)
+TEST(Conversion, GoodRowsBecomeClearedImportedLinesAndTheRestCountAsBad)
 {
     const CSVImporter importer = csv("Date,Description,Amount\n"
                                      "03/05/2024,  Joe's Diner ,$-12.50\n"
-                                     "03/06/2024,,\"1,200.00\"\n");
+                                     "not a date,BAD,1\n"
+                                     "03/06/2024,Zero,0.00\n"
+                                     "03/06/2024,,\"1,200.00\"\n"
+                                     "03/07/2024,No amount\n"
+                                     "03/08/2024,Letters,abc\n");
     const auto result = importer.transactions(account, {}, bySign);
     EXPECT_EQ(summary(result.newTransactions),
               (Lines{"2024-03-05 00:00 Joe's Diner -12.5 Out expense", "2024-03-06 00:00 Imported 1200 In deposit"}));
     EXPECT_EQ(result.skipped, 0);
-    EXPECT_EQ(result.bad, 0);
+    EXPECT_EQ(result.bad, 4);
     for (const Transaction &t : result.newTransactions) {
         EXPECT_EQ(t.accountID, account);
         EXPECT_EQ(t.note, "Imported");
@@ -55,20 +59,6 @@ TEST(Conversion, GoodRowsBecomeClearedImportedLines)
         EXPECT_EQ(t.importHash, BankImport::importHash(account, t.date, t.amount, t.payee));
     }
     EXPECT_NE(result.newTransactions[0].id, result.newTransactions[1].id);
-}
-
-TEST(Conversion, UnusableRowsAreCountedAsBad)
-{
-    const CSVImporter importer = csv("Date,Description,Amount\n"
-                                     "01/05/2026,\"COFFEE, DOWNTOWN\",-4.50\n"
-                                     "not a date,BAD,1\n"
-                                     "01/06/2026,Zero,0.00\n"
-                                     "01/07/2026,No amount\n"
-                                     "01/08/2026,Letters,abc\n"
-                                     "01/09/2026,PAYROLL,1500.00\n");
-    const auto result = importer.transactions(account, {}, bySign);
-    EXPECT_EQ(result.newTransactions.size(), 2u);
-    EXPECT_EQ(result.bad, 4);
 
     CSVImporter noDates = importer;
     noDates.setMapping({std::nullopt, 1, 2, std::nullopt, std::nullopt, std::nullopt});
