@@ -1,14 +1,15 @@
 #pragma once
 
 // What the tests of the QML bridges share: a Store of their own on a temporary folder,
-// with a still clock and the two accounts of a new Book, and small constructors that
-// keep the tests short (d() and at() for an ISO time come with the Store tests').
-#include "core/store/storetesting.h"
+// with a still clock and the two accounts of a new Book, and small readers of what the
+// bridges hand QML. The figures behind the texts are the core's, tested in tests/core;
+// these tests look at what a bridge adds: texts, lists, signals and refusals.
+#include "helpers/testing.h"
 
+#include "bridgeinput.h"
 #include "platform/notifier.h"
 #include "store/store.h"
 
-#include <QDateTime>
 #include <QTemporaryDir>
 #include <QVariantList>
 #include <QVariantMap>
@@ -16,6 +17,8 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+
+using BridgeInput::idText;
 
 // Bill reminders go nowhere in these tests.
 class NoNotifier final : public Notifier
@@ -32,6 +35,21 @@ inline QVariantMap at(const QVariantList &list, qsizetype i)
     return list.value(i).toMap();
 }
 
+// The text under `key` in each map of such a list.
+inline QStringList column(const QVariantList &list, const char *key)
+{
+    QStringList texts;
+    for (const QVariant &row : list)
+        texts << row.toMap().value(QString::fromUtf8(key)).toString();
+    return texts;
+}
+
+// A date as the bridges take it from QML: milliseconds since the epoch.
+inline double ms(Instant when)
+{
+    return double(when.msecs());
+}
+
 // A Store of its own whose clock stands still at `now`, holding a new Book: `checking`
 // and `savings` are its two accounts.
 class BridgeTest : public ::testing::Test
@@ -46,6 +64,17 @@ protected:
     }
 
     void SetUp() override { ASSERT_TRUE(temp.isValid()); }
+
+    // Books a line into `account` (checking when none is given).
+    void line(Instant date, const char *amount, TxKind kind = TxKind::expense, const Account *account = nullptr,
+              const char *category = "")
+    {
+        EXPECT_TRUE(store->add({.date = date,
+                                .accountID = (account ? *account : checking).id,
+                                .amount = d(amount),
+                                .category = QString::fromUtf8(category),
+                                .kind = kind}));
+    }
 
     QTemporaryDir temp;
     std::unique_ptr<Store> store;
