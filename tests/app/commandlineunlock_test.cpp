@@ -4,14 +4,13 @@
 #include "commandline/commandline.h"
 
 #include "help/helptexts.h"
+#include "helpers/testing.h"
 #include "model/moneyfile.h"
 #include "platform/pamauthenticator.h"
 
-#include <QFile>
+#include <QDir>
 #include <QSettings>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 #include <cstdio>
 
@@ -34,45 +33,33 @@ QString contents(std::FILE *file)
     return QString::fromUtf8(bytes);
 }
 
+void setRequireUnlock(bool on)
+{
+    QSettings(AppInfo::organizationName(), AppInfo::applicationName()).setValue(QStringLiteral("requireUnlock"), on);
+}
+
 class CommandLineUnlockTest : public ::testing::Test
 {
 protected:
     void SetUp() override
     {
         ASSERT_TRUE(m_dir.isValid());
+        ASSERT_TRUE(QDir().mkpath(file("pam")) && QDir().mkpath(books()));
         // Only the password "open sesame" passes.
-        const QString script = m_dir.filePath(QStringLiteral("secret.sh"));
-        writeFile(script, "#!/bin/sh\npw=$(tr -d '\\000')\n[ \"$pw\" = 'open sesame' ]\n");
-        QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        writeFile(m_dir.filePath(QStringLiteral("pam/coinhall")),
-                  "auth required pam_exec.so expose_authtok " + script.toUtf8() + "\naccount required pam_permit.so\n");
-
+        writeAll(file("secret.sh"), "#!/bin/sh\npw=$(tr -d '\\000')\n[ \"$pw\" = 'open sesame' ]\n");
+        QFile::setPermissions(file("secret.sh"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        writeAll(file("pam/coinhall"), "auth required pam_exec.so expose_authtok " + file("secret.sh").toUtf8() +
+                                           "\naccount required pam_permit.so\n");
+        writeAll(file("bank.csv"), "Date,Description,Amount\n03/02/2025,Corner cafe,-4.50\n");
         Book book;
-        book.accounts.push_back(
-            {QUuid::createUuid(), QStringLiteral("Studio account"), AccountKind::checking, {}, false});
-        writeFile(books() + QStringLiteral("/coinhall.json"), MoneyFile::encode(book));
+        book.accounts.push_back({newId(), QStringLiteral("Studio account"), AccountKind::checking, {}, false});
+        writeAll(books() + QStringLiteral("/coinhall.json"), MoneyFile::encode(book));
         setRequireUnlock(true);
     }
     void TearDown() override { setRequireUnlock(false); }
 
-    static void setRequireUnlock(bool on)
-    {
-        QSettings(AppInfo::organizationName(), AppInfo::applicationName())
-            .setValue(QStringLiteral("requireUnlock"), on);
-    }
-    static void writeFile(const QString &path, const QByteArray &bytes)
-    {
-        QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-    }
-    QString books() const { return m_dir.filePath(QStringLiteral("books")); }
-    QByteArray moneyFile() const
-    {
-        QFile file(books() + QStringLiteral("/coinhall.json"));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QString file(const char *name) const { return m_dir.filePath(QString::fromUtf8(name)); }
+    QString books() const { return file("books"); }
 
     // Runs a command on the test's books with `typed` on standard input.
     Captured run(const QStringList &command, const QByteArray &typed)
@@ -82,11 +69,9 @@ protected:
         std::FILE *err = std::tmpfile();
         std::fwrite(typed.constData(), 1, size_t(typed.size()), in);
         std::rewind(in);
-        CommandLineUnlock unlock{
-            in, std::make_shared<PamAuthenticator>(QStringLiteral("coinhall"), m_dir.filePath(QStringLiteral("pam")))};
+        const CommandLineUnlock unlock{in, std::make_shared<PamAuthenticator>(QStringLiteral("coinhall"), file("pam"))};
         Captured captured;
-        captured.status =
-            runCommandLine(QStringList{QStringLiteral("--data-dir"), books()} + command, out, err, unlock);
+        captured.status = runCommandLine(QStringList{"--data-dir", books()} + command, out, err, unlock);
         captured.out = contents(out);
         captured.err = contents(err);
         for (std::FILE *f : {in, out, err})
@@ -101,24 +86,21 @@ protected:
 
 TEST_F(CommandLineUnlockTest, EveryCommandNeedsThePasswordAndShowsNothingWithoutIt)
 {
-    const QByteArray before = moneyFile();
-    const QString refused = QStringLiteral("That password did not open Coinhall, so nothing was read or changed.\n");
-    const QString csv = m_dir.filePath(QStringLiteral("bank.csv"));
-    writeFile(csv, "Date,Description,Amount\n03/02/2025,Corner cafe,-4.50\n");
-
+    const QByteArray before = readAll(books() + "/coinhall.json");
     for (const QStringList &command :
-         {QStringList{"check"}, QStringList{"report"}, QStringList{"export", m_dir.filePath("out.csv")},
-          QStringList{"import", csv, "--account", "Studio account"}}) {
+         {QStringList{"check"}, QStringList{"report"}, QStringList{"export", file("out.csv")},
+          QStringList{"import", file("bank.csv"), "--account", "Studio account"}}) {
         for (const QByteArray &typed : {QByteArray("wrong\n"), QByteArray(""), QByteArray("open sesame!\n")}) {
             const Captured c = run(command, typed);
-            EXPECT_EQ(c.status, ExitStatus::failed) << command.join(' ').toStdString() << " " << typed.constData();
+            EXPECT_EQ(c.status, ExitStatus::failed) << qPrintable(command.join(' ')) << " " << typed.constData();
             EXPECT_EQ(c.out, "");
-            EXPECT_EQ(c.err, refused);
+            EXPECT_EQ(c.err, "That password did not open Coinhall, so nothing was read or changed.\n");
         }
     }
-    EXPECT_EQ(moneyFile(), before);
-    EXPECT_FALSE(QFile::exists(m_dir.filePath("out.csv")));
-    EXPECT_FALSE(QDir(books() + QStringLiteral("/Backups")).exists());
+    EXPECT_EQ(readAll(books() + "/coinhall.json"), before);
+    EXPECT_EQ(QDir(m_dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+              (QStringList{"bank.csv", "books", "pam", "secret.sh"}));
+    EXPECT_EQ(QDir(books()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"coinhall.json"});
 }
 
 TEST_F(CommandLineUnlockTest, TheRightPasswordOpensTheBooksAndNoneIsAskedWhenTheLockIsOff)
@@ -129,11 +111,9 @@ TEST_F(CommandLineUnlockTest, TheRightPasswordOpensTheBooksAndNoneIsAskedWhenThe
     EXPECT_EQ(c.err, "");
 
     // A line typed on Windows ends in CR LF.
-    const QString csv = m_dir.filePath(QStringLiteral("bank.csv"));
-    writeFile(csv, "Date,Description,Amount\n03/02/2025,Corner cafe,-4.50\n");
-    c = run({"import", csv, "--account", "Studio account"}, "open sesame\r\n");
-    EXPECT_EQ(c.status, ExitStatus::ok) << c.err.toStdString();
-    EXPECT_TRUE(c.out.endsWith("Imported 1 transactions from bank.csv.\n")) << c.out.toStdString();
+    c = run({"import", file("bank.csv"), "--account", "Studio account"}, "open sesame\r\n");
+    EXPECT_EQ(c.status, ExitStatus::ok) << qPrintable(c.err);
+    EXPECT_TRUE(c.out.endsWith("Imported 1 transactions from bank.csv.\n")) << qPrintable(c.out);
 
     setRequireUnlock(false);
     c = run({"check"}, "");

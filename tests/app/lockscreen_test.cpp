@@ -14,7 +14,6 @@
 #include "store/store.h"
 
 #include <QAccessible>
-#include <QDeadlineTimer>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
 #include <QQuickStyle>
@@ -22,12 +21,9 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTextStream>
-#include <QThread>
-#include <QWindow>
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <cstdio>
-#include <functional>
 
 Q_IMPORT_QML_PLUGIN(CoinhallPlugin)
 
@@ -51,36 +47,33 @@ public:
     void requestAuthorization() override {}
 };
 
-QString oneLine(QString text)
-{
-    return text.replace(QLatin1Char('\t'), QLatin1Char(' ')).replace(QLatin1Char('\n'), QLatin1Char(' '));
-}
-
-// One line per node: phase, window title, role, name, value, description.
-void print(QTextStream &out, const QString &phase, const QString &window, QAccessibleInterface *node, int depth)
-{
-    if (!node || !node->isValid() || depth > 400)
-        return;
-    out << phase << '\t' << oneLine(window) << '\t' << int(node->role()) << '\t'
-        << oneLine(node->text(QAccessible::Name)) << '\t' << oneLine(node->text(QAccessible::Value)) << '\t'
-        << oneLine(node->text(QAccessible::Description)) << '\n';
-    for (int i = 0; i < node->childCount(); ++i)
-        print(out, phase, window, node->child(i), depth + 1);
-}
-
-void printWindows(QTextStream &out, const QString &phase)
-{
-    for (QWindow *window : QGuiApplication::topLevelWindows())
-        print(out, phase, window->title(), QAccessible::queryAccessibleInterface(window), 0);
-    out.flush();
-}
-
 // Lets loaders, layouts and the accessible tree catch up.
 void settle()
 {
     QDeadlineTimer deadline(300);
     while (!deadline.hasExpired())
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+}
+
+// Every accessible node of every window, once settled: one line each of phase, window
+// title, role and the node's texts.
+void printWindows(const QString &phase)
+{
+    settle();
+    QTextStream out(stdout);
+    const std::function<void(const QString &, QAccessibleInterface *, int)> print =
+        [&](const QString &window, QAccessibleInterface *node, int depth) {
+            if (!node || !node->isValid() || depth > 400)
+                return;
+            const QString texts = node->text(QAccessible::Name) + '|' + node->text(QAccessible::Value) + '|' +
+                                  node->text(QAccessible::Description);
+            out << phase << '\t' << window << '\t' << int(node->role()) << '\t'
+                << QString(texts).replace('\t', ' ').replace('\n', ' ') << '\n';
+            for (int i = 0; i < node->childCount(); ++i)
+                print(window, node->child(i), depth + 1);
+        };
+    for (QWindow *window : QGuiApplication::topLevelWindows())
+        print(window->title(), QAccessible::queryAccessibleInterface(window), 0);
 }
 
 int fail(const char *why)
@@ -105,33 +98,24 @@ int main(int argc, char **argv)
     QGuiApplication::setOrganizationName(AppInfo::organizationName());
     QGuiApplication::setApplicationName(AppInfo::applicationName());
     QQuickStyle::setStyle(QStringLiteral("Basic"));
-    {
-        QSettings prefs(AppInfo::organizationName(), AppInfo::applicationName());
-        prefs.setValue(QStringLiteral("requireUnlock"), true);
-        prefs.setValue(QStringLiteral("welcomed"), true);
-    }
+    QSettings(AppInfo::organizationName(), AppInfo::applicationName()).setValue("requireUnlock", true);
+    QSettings(AppInfo::organizationName(), AppInfo::applicationName()).setValue("welcomed", true);
 
     auto gate = std::make_shared<Gate>();
-    StoreOptions options{home.filePath(QStringLiteral("books"))};
-    options.authenticator = gate;
-    options.notifier = std::make_shared<NoNotifier>();
-    Store store(options);
+    Store store({home.filePath(QStringLiteral("books")), gate, std::make_shared<NoNotifier>()});
     Store::setShared(&store);
     if (!store.locked())
         return fail("the books did not start locked");
-    Transaction pay;
-    pay.date = store.now();
-    pay.accountID = store.activeAccounts().front().id;
-    pay.amount = *Decimal::fromString(std::string_view("1234.56"));
-    pay.payee = QStringLiteral("Harbor Studio");
-    pay.category = QStringLiteral("Royalties");
-    pay.kind = TxKind::royalty;
-    if (!store.add(pay))
+    if (!store.add({.date = store.now(),
+                    .accountID = store.activeAccounts().front().id,
+                    .amount = d("1234.56"),
+                    .payee = "Harbor Studio",
+                    .category = "Royalties",
+                    .kind = TxKind::royalty}))
         return fail("the line could not be saved");
 
     // Something listens for accessibility events, as a screen reader would.
     QAccessible::installUpdateHandler([](QAccessibleEvent *) {});
-
     int refusals = 0;
     QObject::connect(&store, &Store::unlockFailed, [&refusals] { ++refusals; });
 
@@ -145,14 +129,12 @@ int main(int argc, char **argv)
     // The overlay asks once by itself on appearing, and is refused.
     if (!waitFor([&] { return window->isExposed() && refusals > 0; }, 10000))
         return fail("the lock never asked to unlock");
-    settle();
 
+    settle();
     // Turning accessibility on makes Qt Quick give every item that exists now its
     // accessible node (the offscreen platform never turns it on by itself).
-    QTextStream out(stdout);
     QAccessible::setActive(true);
-    settle();
-    printWindows(out, QStringLiteral("locked"));
+    printWindows(QStringLiteral("locked"));
 
     gate->open = true;
     store.unlock(QStringLiteral("secret"));
@@ -162,8 +144,7 @@ int main(int argc, char **argv)
     // Again, for the items made since.
     QAccessible::setActive(false);
     QAccessible::setActive(true);
-    settle();
-    printWindows(out, QStringLiteral("unlocked"));
+    printWindows(QStringLiteral("unlocked"));
     return 0;
 }
 
@@ -171,7 +152,6 @@ int main(int argc, char **argv)
 
 #include <QAccessible>
 #include <QProcess>
-#include <QStringList>
 
 #include <gtest/gtest.h>
 
@@ -180,17 +160,13 @@ int main(int argc, char **argv)
 
 namespace {
 
-// One accessible node as the probe printed it.
+// One accessible node as the probe printed it: its name, value and description in `texts`.
 struct Node
 {
     QString phase;
     QString window;
     int role = 0;
-    QString name;
-    QString value;
-    QString description;
-
-    QString texts() const { return name + QLatin1Char('|') + value + QLatin1Char('|') + description; }
+    QString texts;
 };
 
 class LockScreen : public ::testing::Test
@@ -204,26 +180,27 @@ protected:
         s_errors = QString::fromUtf8(probe.readAllStandardError());
         ASSERT_EQ(probe.exitStatus(), QProcess::NormalExit) << qPrintable(s_errors);
         ASSERT_EQ(probe.exitCode(), 0) << qPrintable(s_errors);
-        const QStringList lines = QString::fromUtf8(probe.readAllStandardOutput()).split(QLatin1Char('\n'));
-        for (const QString &line : lines) {
-            const QStringList f = line.split(QLatin1Char('\t'));
-            if (f.size() == 6)
-                s_nodes.push_back({f[0], f[1], f[2].toInt(), f[3], f[4], f[5]});
+        for (const QString &line : QString::fromUtf8(probe.readAllStandardOutput()).split('\n')) {
+            const QStringList f = line.split('\t');
+            if (f.size() == 4)
+                s_nodes.push_back({f[0], f[1], f[2].toInt(), f[3]});
         }
     }
 
-    static std::vector<Node> phase(const char *name)
+    // The nodes of a phase, of one window only when `window` is given.
+    static std::vector<Node> nodes(const char *phase, const char *window = nullptr)
     {
-        std::vector<Node> nodes;
-        std::copy_if(s_nodes.begin(), s_nodes.end(), std::back_inserter(nodes),
-                     [name](const Node &n) { return n.phase == QLatin1String(name); });
-        return nodes;
+        std::vector<Node> found;
+        for (const Node &n : s_nodes)
+            if (n.phase == QLatin1String(phase) && (!window || n.window == QLatin1String(window)))
+                found.push_back(n);
+        return found;
     }
-
-    static bool has(const std::vector<Node> &nodes, const QString &text, int role = -1)
+    static bool has(const std::vector<Node> &nodes, const char *text, int role = -1)
     {
-        return std::any_of(nodes.begin(), nodes.end(),
-                           [&](const Node &n) { return (role < 0 || n.role == role) && n.texts().contains(text); });
+        return std::any_of(nodes.begin(), nodes.end(), [&](const Node &n) {
+            return (role < 0 || n.role == role) && n.texts.contains(QLatin1String(text));
+        });
     }
 
     static inline std::vector<Node> s_nodes;
@@ -232,34 +209,29 @@ protected:
 
 TEST_F(LockScreen, LockedWindowOffersTheLockAndNothingOfTheBooks)
 {
-    const std::vector<Node> nodes = phase("locked");
-    ASSERT_FALSE(nodes.empty()) << qPrintable(s_errors);
-    EXPECT_TRUE(has(nodes, QStringLiteral("COINHALL IS LOCKED")));
-    EXPECT_TRUE(has(nodes, QStringLiteral("Unlock"), QAccessible::Button));
-    EXPECT_TRUE(has(nodes, QStringLiteral("Account password"), QAccessible::EditableText));
-    for (const Node &node : nodes) {
+    const std::vector<Node> locked = nodes("locked");
+    ASSERT_FALSE(locked.empty()) << qPrintable(s_errors);
+    EXPECT_TRUE(has(locked, "COINHALL IS LOCKED"));
+    EXPECT_TRUE(has(locked, "Unlock", QAccessible::Button));
+    EXPECT_TRUE(has(locked, "Account password", QAccessible::EditableText));
+    for (const Node &node : locked)
         for (const char *secret : {"Main checking", "Savings", "Harbor Studio", "$", "1,234.56", "TOTAL"})
-            EXPECT_FALSE(node.texts().contains(QLatin1String(secret)))
-                << "window \"" << qPrintable(node.window) << "\" role " << node.role << ": "
-                << qPrintable(node.texts());
-    }
+            EXPECT_FALSE(node.texts.contains(QLatin1String(secret)))
+                << "window \"" << qPrintable(node.window) << "\" role " << node.role << ": " << qPrintable(node.texts);
     // Not even the screens' keys are there to reach in the main window.
-    std::vector<Node> main;
-    std::copy_if(nodes.begin(), nodes.end(), std::back_inserter(main),
-                 [](const Node &n) { return n.window == QLatin1String("QFS Coinhall"); });
+    const std::vector<Node> main = nodes("locked", "QFS Coinhall");
     ASSERT_FALSE(main.empty());
-    EXPECT_FALSE(has(main, QStringLiteral("Money out")));
-    EXPECT_FALSE(has(main, QStringLiteral("Transactions")));
-    EXPECT_FALSE(has(main, QStringLiteral("Console")));
+    for (const char *key : {"Money out", "Transactions", "Console"})
+        EXPECT_FALSE(has(main, key)) << key;
 }
 
 TEST_F(LockScreen, SameWalkFindsTheBooksOnceUnlocked)
 {
-    const std::vector<Node> nodes = phase("unlocked");
-    ASSERT_FALSE(nodes.empty()) << qPrintable(s_errors);
-    EXPECT_TRUE(has(nodes, QStringLiteral("Main checking")));
-    EXPECT_TRUE(has(nodes, QStringLiteral("$1,234.56")));
-    EXPECT_TRUE(has(nodes, QStringLiteral("Money out"), QAccessible::Button));
+    const std::vector<Node> unlocked = nodes("unlocked");
+    ASSERT_FALSE(unlocked.empty()) << qPrintable(s_errors);
+    EXPECT_TRUE(has(unlocked, "Main checking"));
+    EXPECT_TRUE(has(unlocked, "$1,234.56"));
+    EXPECT_TRUE(has(unlocked, "Money out", QAccessible::Button));
 }
 
 } // namespace

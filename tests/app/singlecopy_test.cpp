@@ -1,4 +1,5 @@
-// One running copy per user and books: a later start finds the first and asks it to come forward.
+// One running copy per user and books: a later start finds the first and asks it to come
+// forward. Two real window processes do the same in processes_test.cpp.
 #include "singlecopy.h"
 
 #include <QDir>
@@ -14,29 +15,25 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-namespace {
-
-// A socket name no real Coinhall uses.
-QString privateName()
+TEST(SingleCopy, ACopyTakesOverTheSocketOfOneThatDiedAndLaterStartsAskItToRaise)
 {
-    return QStringLiteral("coinhall-test-") + QUuid::createUuid().toString(QUuid::Id128);
-}
+    // A bound socket file that nobody listens on, as a crashed copy leaves it.
+    const QString name = QStringLiteral("coinhall-test-") + QUuid::createUuid().toString(QUuid::Id128);
+    const QByteArray path = QFile::encodeName(QDir::tempPath() + QLatin1Char('/') + name);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    ASSERT_LT(size_t(path.size()), sizeof(address.sun_path));
+    std::copy(path.begin(), path.end(), address.sun_path);
+    const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    ASSERT_EQ(::bind(fd, reinterpret_cast<sockaddr *>(&address), sizeof(address)), 0);
+    ::close(fd);
 
-// A later start, as another process would make it: on its own thread, blocking.
-std::future<bool> claimElsewhere(const QString &name)
-{
-    return std::async(std::launch::async, [name] { return SingleCopy(name).claim(); });
-}
-
-TEST(SingleCopy, TheFirstCopyClaimsAndALaterOneAsksItToRaiseItsWindow)
-{
-    const QString name = privateName();
     SingleCopy first(name);
     QSignalSpy raised(&first, &SingleCopy::raiseRequested);
     ASSERT_TRUE(first.claim());
-
     for (int start = 1; start <= 2; ++start) {
-        std::future<bool> later = claimElsewhere(name);
+        // A later start, as another process makes it: on its own thread, blocking.
+        std::future<bool> later = std::async(std::launch::async, [name] { return SingleCopy(name).claim(); });
         EXPECT_TRUE(raised.wait(5000));
         EXPECT_FALSE(later.get());
         EXPECT_EQ(raised.count(), start);
@@ -50,28 +47,3 @@ TEST(SingleCopy, BooksInAnotherFolderHaveACopyOfTheirOwn)
     EXPECT_NE(SingleCopy::defaultName(folder), SingleCopy::defaultName(folder + QStringLiteral("2")));
     EXPECT_NE(SingleCopy::defaultName(folder), SingleCopy::defaultName());
 }
-
-TEST(SingleCopy, ASocketLeftByACopyThatDiedIsTakenOver)
-{
-    // A bound socket file that nobody listens on, as a crashed copy leaves it.
-    const QString name = privateName();
-    const QByteArray path = QFile::encodeName(QDir::tempPath() + QLatin1Char('/') + name);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    ASSERT_LT(size_t(path.size()), sizeof(address.sun_path));
-    std::copy(path.begin(), path.end(), address.sun_path);
-    const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
-    ASSERT_EQ(::bind(fd, reinterpret_cast<sockaddr *>(&address), sizeof(address)), 0);
-    ::close(fd);
-    ASSERT_TRUE(QFile::exists(QFile::decodeName(path)));
-
-    SingleCopy copy(name);
-    QSignalSpy raised(&copy, &SingleCopy::raiseRequested);
-    EXPECT_TRUE(copy.claim());
-
-    std::future<bool> later = claimElsewhere(name);
-    EXPECT_TRUE(raised.wait(5000));
-    EXPECT_FALSE(later.get());
-}
-
-} // namespace

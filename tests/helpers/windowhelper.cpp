@@ -1,13 +1,15 @@
 // Starts the window exactly as coinhall does, then does one of the things the
 // process tests need to watch from outside:
 //   windowhelper DIR changes FIRST  keeps changing the books the way the editors do
-//                                   and prints "<kind> <n>" after each change returns
-//                                   (n counts up from FIRST);
+//                                   and prints "<kind> <n> <lines> <payments> <note>"
+//                                   after each change returns (n counts up from FIRST):
+//                                   the Book's lines, the payments of "Rent" and the
+//                                   note on "Edited" as saved;
 //   windowhelper DIR watch          minimizes its window, prints "ready", and on a
 //                                   raise request prints whether it came forward;
 //   windowhelper DIR status         prints the window's status line once it is drawn
 //                                   and quits.
-// A Book for "changes" has a bill named "Rent", a line with the payee "Edited" and
+// A Book for "changes" has the bill "Rent" first, a line with the payee "Edited" and
 // at least two active accounts.
 #include "singlecopy.h"
 #include "store/store.h"
@@ -18,6 +20,7 @@
 #include <QQuickWindow>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <tuple>
@@ -82,7 +85,16 @@ QString change(Store &store, qint64 n)
 
 void keepChanging(Store &store, qint64 n)
 {
-    say(change(store, n) + QLatin1Char(' ') + QString::number(n));
+    const QString kind = change(store, n);
+    const Book &book = store.book();
+    const auto edited = std::find_if(book.transactions.begin(), book.transactions.end(),
+                                     [](const Transaction &t) { return t.payee == QLatin1String("Edited"); });
+    say(QStringLiteral("%1 %2 %3 %4 %5")
+            .arg(kind)
+            .arg(n)
+            .arg(book.transactions.size())
+            .arg(book.bills.at(0).history.size())
+            .arg(edited == book.transactions.end() ? -1 : edited->note.toLongLong()));
     QTimer::singleShot(0, &store, [&store, n] { keepChanging(store, n + 1); });
 }
 
