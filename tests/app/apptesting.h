@@ -1,15 +1,14 @@
 #pragma once
 
+#include "helpers/testing.h"
+
 #include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 
-#include <gtest/gtest.h>
-
 namespace ExeTesting {
 
-// What one run of the coinhall executable gave.
+// What one run of the coinhall executable gave; status -1 when it did not end normally.
 struct Outcome
 {
     int status = -1;
@@ -25,65 +24,50 @@ class AppTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(m_root.isValid());
-        ASSERT_TRUE(QDir().mkpath(path(QStringLiteral("tmp"))));
+        ASSERT_TRUE(m_root.isValid() && QDir().mkpath(path("tmp")));
         m_env = QProcessEnvironment::systemEnvironment();
-        m_env.insert(QStringLiteral("XDG_DATA_HOME"), path(QStringLiteral("data")));
-        m_env.insert(QStringLiteral("XDG_CONFIG_HOME"), path(QStringLiteral("config")));
-        m_env.insert(QStringLiteral("TMPDIR"), path(QStringLiteral("tmp")));
-        m_env.insert(QStringLiteral("TZ"), QStringLiteral("America/New_York"));
-        m_env.insert(QStringLiteral("LANG"), QStringLiteral("en_US.UTF-8"));
-        m_env.insert(QStringLiteral("LC_ALL"), QStringLiteral("en_US.UTF-8"));
+        const std::pair<const char *, QString> variables[] = {
+            {"XDG_DATA_HOME", path("data")}, {"XDG_CONFIG_HOME", path("config")},
+            {"TMPDIR", path("tmp")},         {"TZ", "America/New_York"},
+            {"LANG", "en_US.UTF-8"},         {"LC_ALL", "en_US.UTF-8"}};
+        for (const auto &[name, value] : variables)
+            m_env.insert(name, value);
     }
 
-    // A path inside the private root.
-    QString path(const QString &name) const { return m_root.path() + QLatin1Char('/') + name; }
+    QString path(const QString &name) const { return m_root.filePath(name); }
     // The application folder the tests give with --data-dir.
-    QString books() const { return path(QStringLiteral("books")); }
+    QString books() const { return path("books"); }
 
     Outcome coinhall(const QStringList &arguments)
     {
         QProcess process;
         process.setProcessEnvironment(m_env);
         process.setWorkingDirectory(m_root.path());
-        process.start(QStringLiteral(COINHALL_EXE), arguments);
+        process.start(COINHALL_EXE, arguments);
         Outcome run;
-        if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
-            return run;
-        run.status = process.exitCode();
-        run.out = QString::fromUtf8(process.readAllStandardOutput());
-        run.err = QString::fromUtf8(process.readAllStandardError());
+        if (process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit)
+            run = {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+                   QString::fromUtf8(process.readAllStandardError())};
         return run;
     }
+    // A command on the test's application folder.
+    Outcome onBooks(const QStringList &arguments) { return coinhall(QStringList{"--data-dir", books()} + arguments); }
 
-    // Runs a command on the test's application folder.
-    Outcome onBooks(const QStringList &arguments)
-    {
-        return coinhall(QStringList{QStringLiteral("--data-dir"), books()} + arguments);
-    }
-
+    // Writes a file in the private root; gives its path.
     QString write(const QString &name, const QByteArray &bytes)
     {
-        QFile file(path(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        return file.fileName();
+        writeAll(path(name), bytes);
+        return path(name);
     }
-
-    static QByteArray read(const QString &file)
-    {
-        QFile f(file);
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<missing>");
-    }
+    static QByteArray read(const QString &file) { return QFile::exists(file) ? readAll(file) : "<missing>"; }
 
     // Every file and folder under `folder`, with sizes, to see that nothing changed.
     static QStringList listing(const QString &folder)
     {
         QStringList entries;
         for (const QFileInfo &info : QDir(folder).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot))
-            entries.append(info.isDir()
-                               ? info.fileName() + QLatin1Char('/') + listing(info.filePath()).join(QLatin1Char(','))
-                               : info.fileName() + QLatin1Char(' ') + QString::number(info.size()));
+            entries.append(info.isDir() ? info.fileName() + '/' + listing(info.filePath()).join(',')
+                                        : info.fileName() + ' ' + QString::number(info.size()));
         return entries;
     }
 

@@ -19,36 +19,25 @@ const QString harbor = QStringLiteral(COINHALL_TEST_DATA "/bank/harbor_checking.
 
 TEST_F(CommandLine, ImportPreviewsWithoutWritingAndRefusesWhatItCannotUse)
 {
-    // Not even the folder of a new Book is made.
-    Outcome run = onBooks({"import", harbor, "--account", "Savings", "--dry-run"});
+    const Outcome run = onBooks({"import", harbor, "--account", "Savings", "--dry-run"});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.out, "Preview · 14 new · 1 already in · 2 unreadable\n");
 
-    const struct
-    {
-        QStringList arguments;
-        int status;
-        const char *err;
-    } refused[] = {
-        {{harbor, "--account", "main checking"},
-         2,
-         "There is no active account named \"main checking\". The active accounts are:\n  Main checking\n  Savings\n"},
-        {{harbor, "--account", "Savings", "--amount-col", "5"},
-         2,
-         "--amount-col 5: the file's header has 5 columns, numbered 0 to 4.\nSee coinhall --help.\n"},
-        {{path("missing.csv"), "--account", "Savings"}, 1, "That file couldn't be read as a bank CSV.\n"},
-        {{write("empty.csv", "\n \n"), "--account", "Savings"}, 1, "That file couldn't be read as a bank CSV.\n"},
-        {{write("latin1.csv", "Date,Caf\xe9\n"), "--account", "Savings"},
-         1,
-         "That file couldn't be read as a bank CSV.\n"},
-    };
-    for (const auto &c : refused) {
-        run = onBooks(QStringList{"import"} + c.arguments);
-        EXPECT_EQ(run.status, c.status) << qPrintable(c.arguments.join(' '));
-        EXPECT_EQ(run.err, c.err);
+    auto refused = [&](const QStringList &arguments, int status, const QString &err) {
+        const Outcome run = onBooks(QStringList{"import"} + arguments);
+        EXPECT_EQ(run.status, status) << qPrintable(arguments.join(' '));
+        EXPECT_EQ(run.err, err);
         EXPECT_EQ(run.out, "");
-    }
-    EXPECT_FALSE(QFileInfo::exists(books()));
+    };
+    refused(
+        {harbor, "--account", "main checking"}, 2,
+        "There is no active account named \"main checking\". The active accounts are:\n  Main checking\n  Savings\n");
+    refused({harbor, "--account", "Savings", "--amount-col", "5"}, 2,
+            "--amount-col 5: the file's header has 5 columns, numbered 0 to 4.\nSee coinhall --help.\n");
+    for (const QString &file :
+         {path("missing.csv"), write("empty.csv", "\n \n"), write("latin1.csv", "Date,Caf\xe9\n")})
+        refused({file, "--account", "Savings"}, 1, "That file couldn't be read as a bank CSV.\n");
+    EXPECT_FALSE(QFileInfo::exists(books())) << "not even the folder of a new Book is made";
 
     ASSERT_EQ(onBooks({"import", harbor, "--account", "Savings"}).status, 0);
     const QStringList before = listing(books());
@@ -94,8 +83,8 @@ TEST_F(CommandLine, ReportShowsTheTilesAndBothCategoryListsAsTextAndTsv)
     // Today as the program sees it, in New York, whatever zone the test runs in.
     const QDate today = QDateTime::currentDateTime().toTimeZone(QTimeZone("America/New_York")).date();
     const QByteArray day = today.toString("MM/dd/yyyy").toLatin1();
-    write("bank.csv", "Date,Description,Amount\n" + day + ",PAYROLL,1500.00\n" + day + ",DISTROKID,500.00\n" + day +
-                          ",STARBUCKS 114,-6.45\n" + day + ",RENT,-1200.00\n");
+    write("bank.csv",
+          "Date,Description,Amount\n" + day + ",DISTROKID,500.00\n" + day + ",STARBUCKS,-6.45\n" + day + ",RENT,-1200\n");
     ASSERT_EQ(onBooks({"import", "bank.csv", "--account", "Main checking"}).status, 0);
     {
         Store store(StoreOptions{books()});
@@ -113,20 +102,19 @@ TEST_F(CommandLine, ReportShowsTheTilesAndBothCategoryListsAsTextAndTsv)
     EXPECT_EQ(run.out, "This month · " + us.toString(first, "MMM d, yyyy") + " – " +
                            us.toString(first.addMonths(1).addDays(-1), "MMM d, yyyy") +
                            "\n\n"
-                           "Income                     $2,000.00\n"
+                           "Income                       $500.00\n"
                            "Spending                   $1,206.45\n"
-                           "Net                         +$793.55\n"
-                           "Royalties share of income        25%\n\n"
+                           "Net                         -$706.45\n"
+                           "Royalties share of income       100%\n\n"
                            "Spending by category\n"
                            "  Rent / mortgage  $1,200.00   99%\n"
                            "  Dining out           $6.45    0%  budget $5.00 (over)\n\n"
                            "Income by category\n"
-                           "  Paycheck   $1,500.00   75%\n"
-                           "  Royalties    $500.00   25%\n");
+                           "  Royalties  $500.00  100%\n");
 
     EXPECT_EQ(onBooks({"report", "--tsv", "--period", "this-month"}).out,
-              "income\t\t2000\nspending\t\t1206.45\nnet\t\t793.55\nroyalty-share\t\t25\n"
-              "income-by-category\tPaycheck\t1500\nincome-by-category\tRoyalties\t500\n"
+              "income\t\t500\nspending\t\t1206.45\nnet\t\t-706.45\nroyalty-share\t\t100\n"
+              "income-by-category\tRoyalties\t500\n"
               "spending-by-category\tRent / mortgage\t1200\nspending-by-category\tDining out\t6.45\n");
     // No income: no share.
     EXPECT_EQ(onBooks({"report", "--period", "last-year", "--tsv"}).out,

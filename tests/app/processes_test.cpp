@@ -3,7 +3,6 @@
 // money file that decodes and holds every change that was saved.
 #include "apptesting.h"
 
-#include "helpers/testing.h"
 #include "model/moneyfile.h"
 #include "store/store.h"
 
@@ -140,19 +139,18 @@ protected:
                                 << QFileInfo(moneyFile()).lastModified().toString(Qt::ISODateWithMs);
     }
 
-    // What the application folder holds besides the money file, its lock and the
-    // dated backups ("Backups/<name>" for what is in that folder).
+    // What the application folder and its Backups folder ("Backups/<name>") hold besides
+    // the money file, its lock and the dated backups.
     QStringList strays() const
     {
-        static const QRegularExpression dated("^coinhall-\\d{4}-\\d\\d-\\d\\d\\.json$");
-        const auto all = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
-        QStringList found = QDir(books()).entryList(all);
-        found.removeIf([](const QString &e) {
-            return QStringList{"coinhall.json", "coinhall.lock", "Backups"}.contains(e);
-        });
-        for (const QString &entry : QDir(books() + "/Backups").entryList(all))
-            if (!dated.match(entry).hasMatch())
-                found << "Backups/" + entry;
+        static const QRegularExpression kept(
+            "^(coinhall\\.(json|lock)|Backups|Backups/coinhall-\\d{4}-\\d\\d-\\d\\d\\.json)$");
+        QStringList found;
+        for (const QString folder : {"", "Backups/"})
+            for (const QString &entry :
+                 QDir(books() + '/' + folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot))
+                if (!kept.match(folder + entry).hasMatch())
+                    found << folder + entry;
         return found;
     }
 

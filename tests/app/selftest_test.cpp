@@ -44,13 +44,12 @@ TEST_F(SelfTest, PassesWithNoLocaleSetAndCountsAnUnwritableBankFileAsOneFailure)
     EXPECT_TRUE(run.out.endsWith("\nRESULT: 1 CHECK(S) FAILED\n"));
 }
 
+// Beside what the self-test checks of them (the credit, its link, the display name):
 TEST(HelpTexts, ElevenChaptersThatSayWhatIsTrueOnThisComputer)
 {
-    const QList<HelpChapter> chapters = helpChapters();
     QStringList titles;
-    for (const HelpChapter &chapter : chapters) {
+    for (const HelpChapter &chapter : helpChapters()) {
         titles.append(chapter.title);
-        EXPECT_FALSE(chapter.text.contains("Quillfern Coinhall")) << qPrintable(chapter.title);
         EXPECT_FALSE(chapter.symbol.isEmpty()) << qPrintable(chapter.title);
 #ifndef Q_OS_MACOS
         for (const char *word : {"Mac", "Touch ID", "Library", "Command"})
@@ -60,12 +59,6 @@ TEST(HelpTexts, ElevenChaptersThatSayWhatIsTrueOnThisComputer)
     EXPECT_EQ(titles.join('|'), "Welcome|Accounts & balances|Money in & money out|Bills & reminders|Royalties|"
                                 "Importing from your bank|Calendar|Reports & budgets|Privacy, backups & looks|"
                                 "Themes & zoom|About QFS");
-#ifndef Q_OS_MACOS
-    EXPECT_EQ(chapters.last().text, "QFS Coinhall is made by Quillfern (QFS).\n"
-                                    "Website: https://quillfern.com\n\n"
-                                    "Help is always in the Help menu (F1). The Help menu also has a link to the "
-                                    "Quillfern website for updates and more apps.");
-#endif
     EXPECT_EQ(QFSCredit::website().host(), "quillfern.com");
     EXPECT_EQ(QFSCredit::fullName(), "Coinhall by Quillfern");
 }
