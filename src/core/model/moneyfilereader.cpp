@@ -11,8 +11,13 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <span>
 #include <string>
+#include <thread>
+
+#include <sys/mman.h>
+#include <unistd.h>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -189,63 +194,146 @@ const char *numberEnd(const char *p, const char *end)
     return p;
 }
 
-// Reads one flat object of up to 16 members whose strings need no unescaping (what
-// the money file is made of) from p, which is at its '{'. Returns the end after its
-// '}' and fills `members`, or null for anything else, which the full reader then takes.
-const char *flatObject(const char *p, const char *end, std::array<Member, 16> &members, std::size_t &count)
+// One flat object of up to 16 scalar members, what the money file's records are made
+// of; anything else is left to the full reader.
+struct FlatObject
 {
-    auto quoted = [end](const char *q, std::string_view &text) -> const char * {
-        if (q == end || *q != '"')
-            return nullptr;
-        const char *close = plainEnd(q + 1, end);
-        if (close == end || *close != '"')
-            return nullptr;
-        text = std::string_view(q + 1, std::size_t(close - q - 1));
-        return close + 1;
-    };
-    auto literal = [end](const char *q, std::string_view word) {
-        return std::size_t(end - q) >= word.size() && std::memcmp(q, word.data(), word.size()) == 0;
-    };
-    count = 0;
-    p = blanksEnd(p + 1, end);
-    while (count < members.size()) {
-        Member &m = members[count++];
-        if (!(p = quoted(p, m.key)))
-            return nullptr;
-        p = blanksEnd(p, end);
-        if (p == end || *p != ':')
-            return nullptr;
+    std::array<Member, 16> members;
+    std::size_t count = 0;
+
+    // Reads the object at p (at its '{'). Returns the end after its '}', or null.
+    const char *read(const char *p, const char *end)
+    {
+        m_unescaped.clear();
+        std::array<std::size_t, 16> unescapedAt; // where an escaped text went, or npos
+        count = 0;
         p = blanksEnd(p + 1, end);
-        if (p == end)
-            return nullptr;
-        if (*p == '"') {
-            m.type = Member::String;
-            p = quoted(p, m.value);
-        } else if (*p == 't' && literal(p, "true")) {
-            m.type = Member::True;
-            p += 4;
-        } else if (*p == 'f' && literal(p, "false")) {
-            m.type = Member::False;
-            p += 5;
-        } else {
-            const char *last = numberEnd(p, end);
-            if (last)
-                m = {m.key, std::string_view(p, std::size_t(last - p)), Member::Number};
-            p = last;
-        }
-        if (!p)
-            return nullptr;
-        p = blanksEnd(p, end);
-        if (p == end)
-            return nullptr;
-        if (*p == '}')
+        while (count < members.size()) {
+            Member &m = members[count];
+            unescapedAt[count++] = std::string::npos;
+            if (p == end || *p != '"')
+                return nullptr;
+            const char *close = plainEnd(p + 1, end);
+            if (close == end || *close != '"')
+                return nullptr;
+            m.key = std::string_view(p + 1, std::size_t(close - p - 1));
+            p = blanksEnd(close + 1, end);
+            if (p == end || *p != ':')
+                return nullptr;
+            p = blanksEnd(p + 1, end);
+            if (p == end)
+                return nullptr;
+            if (*p == '"') {
+                m.type = Member::String;
+                const std::size_t at = m_unescaped.size();
+                p = text(p + 1, end, m.value);
+                if (m.value.data() == nullptr)
+                    unescapedAt[count - 1] = at;
+            } else if (*p == 't' && literal(p, end, "true")) {
+                m.type = Member::True;
+                p += 4;
+            } else if (*p == 'f' && literal(p, end, "false")) {
+                m.type = Member::False;
+                p += 5;
+            } else {
+                const char *last = numberEnd(p, end);
+                if (last)
+                    m = {m.key, std::string_view(p, std::size_t(last - p)), Member::Number};
+                p = last;
+            }
+            if (!p)
+                return nullptr;
+            p = blanksEnd(p, end);
+            if (p == end)
+                return nullptr;
+            if (*p == ',') {
+                p = blanksEnd(p + 1, end);
+                continue;
+            }
+            if (*p != '}')
+                return nullptr;
+            // The unescaped texts' buffer no longer grows: now they can point into it.
+            for (std::size_t i = 0; i < count; ++i)
+                if (unescapedAt[i] != std::string::npos)
+                    members[i].value = std::string_view(m_unescaped).substr(unescapedAt[i], members[i].value.size());
             return p + 1;
-        if (*p != ',')
-            return nullptr;
-        p = blanksEnd(p + 1, end);
+        }
+        return nullptr;
     }
-    return nullptr;
-}
+
+private:
+    static bool literal(const char *q, const char *end, std::string_view word)
+    {
+        return std::size_t(end - q) >= word.size() && std::memcmp(q, word.data(), word.size()) == 0;
+    }
+
+    // A string's text from p (after its opening quote) to its closing quote. Plain text
+    // is seen in place; escaped text is unescaped into m_unescaped, and `value` then has
+    // a null data pointer and the unescaped size. Escapes the reader would refuse or read
+    // differently (a zero character, half of a surrogate pair) return null.
+    const char *text(const char *p, const char *end, std::string_view &value)
+    {
+        const char *stop = plainEnd(p, end);
+        if (stop != end && *stop == '"') {
+            value = std::string_view(p, std::size_t(stop - p));
+            return stop + 1;
+        }
+        const std::size_t start = m_unescaped.size();
+        for (;;) {
+            m_unescaped.append(p, std::size_t(stop - p));
+            if (stop == end)
+                return nullptr;
+            if (*stop == '"')
+                break;
+            if (*stop != '\\' || end - stop < 2)
+                return nullptr;
+            const char e = stop[1];
+            p = stop + 2;
+            switch (e) {
+            case '"': m_unescaped += '"'; break;
+            case '\\': m_unescaped += '\\'; break;
+            case '/': m_unescaped += '/'; break;
+            case 'b': m_unescaped += '\b'; break;
+            case 'f': m_unescaped += '\f'; break;
+            case 'n': m_unescaped += '\n'; break;
+            case 'r': m_unescaped += '\r'; break;
+            case 't': m_unescaped += '\t'; break;
+            case 'u': {
+                if (end - p < 4)
+                    return nullptr;
+                unsigned code = 0;
+                for (int i = 0; i < 4; ++i) {
+                    const int digit = hexValues[static_cast<unsigned char>(p[i])];
+                    if (digit < 0)
+                        return nullptr;
+                    code = code * 16 + unsigned(digit);
+                }
+                if (code == 0 || (code >= 0xD800 && code <= 0xDFFF))
+                    return nullptr;
+                p += 4;
+                if (code < 0x80) {
+                    m_unescaped += char(code);
+                } else if (code < 0x800) {
+                    m_unescaped += char(0xC0 | (code >> 6));
+                    m_unescaped += char(0x80 | (code & 0x3F));
+                } else {
+                    m_unescaped += char(0xE0 | (code >> 12));
+                    m_unescaped += char(0x80 | ((code >> 6) & 0x3F));
+                    m_unescaped += char(0x80 | (code & 0x3F));
+                }
+                break;
+            }
+            default:
+                return nullptr;
+            }
+            stop = plainEnd(p, end);
+        }
+        value = std::string_view(nullptr, m_unescaped.size() - start);
+        return stop + 1;
+    }
+
+    std::string m_unescaped;
+};
 
 } // namespace
 
@@ -629,11 +717,17 @@ public:
 
     // `stream` is the reader's: at the start of the transaction list the plain records
     // are read here, and the reader goes on after them.
-    Decoder(Book &book, ViewStream &stream)
+    // `releasePages`: the text is a read-only mapping of a file, whose pages can be
+    // handed back once read.
+    Decoder(Book &book, ViewStream &stream, bool releasePages)
         : m_book(book)
         , m_stream(stream)
-        , m_textSize(std::size_t(stream.m_end - stream.m_begin))
+        , m_releasePages(releasePages)
+        , m_released(stream.m_next)
     {}
+    ~Decoder() { dropAhead(); }
+    Decoder(const Decoder &) = delete;
+    Decoder &operator=(const Decoder &) = delete;
 
     const QString &error() const { return m_error; }
     int roundedCount() const { return m_roundedCount; }
@@ -864,7 +958,7 @@ public:
         if (m_level == Level::Top || m_level == Level::List || m_level == Level::History)
             return elementError();
         if (m_slot == Slot::List) {
-            startList();
+            startList(bookFields[std::size_t(m_field)].records, std::size_t(m_stream.m_end - m_stream.m_next));
             return m_kind != Kind::Transaction || plainRecords(false);
         }
         if (m_slot == Slot::History) {
@@ -888,6 +982,7 @@ public:
             return stored();
         }
         // Level::List
+        dropAhead();
         m_level = Level::Book;
         m_field = m_listField;
         m_seen = &m_bookSeen;
@@ -906,34 +1001,56 @@ private:
     bool plainRecords(bool afterRecord)
     {
         const char *const end = m_stream.m_end;
-        const char *resume = m_stream.m_next + 1;
-        const char *p = blanksEnd(resume, end);
+        const char *const start = m_stream.m_next + 1;
+        const char *p = blanksEnd(start, end);
         if (afterRecord) {
             if (p == end || *p != ',')
                 return true;
             p = blanksEnd(p + 1, end);
+        } else {
+            startAhead(p);
         }
+        const char *last = nullptr;
         m_plain = true;
-        std::array<Member, 16> members;
-        std::size_t count = 0;
+        if (!takeRecords(p, last))
+            return false;
+        m_plain = false;
+        // After a '}' the reader expects the comma; after the '[' a record.
+        const char *resume = !last ? start : !p || afterRecord ? last : p;
+        // The reader takes one byte (the '[' or '}' it thinks it is at) when this returns.
+        m_stream.m_next = resume - 1;
+        return true;
+    }
+
+    // Takes records from `p` (at a '{') while they are plain and followed by another
+    // record or the list's end. Sets `last` after the '}' of the last one taken, and `p`
+    // to the first one not taken, or to null when the list ended. False when a record
+    // broke a rule.
+    bool takeRecords(const char *&p, const char *&last)
+    {
+        const char *const end = m_stream.m_end;
+        FlatObject &record = m_flat;
         while (p != end && *p == '{') {
-            const char *after = flatObject(p, end, members, count);
+            if (m_ahead && p == m_ahead->from && joinAhead(p, last)) {
+                if (!p)
+                    return true;
+                continue;
+            }
+            const char *after = record.read(p, end);
             if (!after)
-                break;
+                return true;
             const char *next = blanksEnd(after, end);
-            bool more = false;
             if (next != end && *next == ',') {
                 next = blanksEnd(next + 1, end);
-                more = next != end && *next == '{';
-                if (!more)
-                    break; // not a record after the comma: the reader says what is wrong
+                if (next == end || *next != '{')
+                    return true; // not a record after the comma: the reader says what is wrong
             } else if (next == end || *next != ']') {
-                break;
+                return true;
             }
             if (!StartObject())
                 return false;
-            for (std::size_t i = 0; i < count; ++i) {
-                const Member &m = members[i];
+            for (std::size_t i = 0; i < record.count; ++i) {
+                const Member &m = record.members[i];
                 if (!Key(m.key.data(), rapidjson::SizeType(m.key.size()), false))
                     return false;
                 const auto size = rapidjson::SizeType(m.value.size());
@@ -943,18 +1060,97 @@ private:
                 if (!ok)
                     return false;
             }
-            if (!EndObject(rapidjson::SizeType(count)))
+            if (!EndObject(rapidjson::SizeType(record.count)))
                 return false;
-            // After a '}' the reader expects the comma; after the '[' a record.
-            resume = afterRecord || !more ? after : next;
-            p = next;
-            if (!more)
-                break;
+            last = after;
+            p = *next == ']' ? nullptr : next;
+            if (!p)
+                return true;
+            releaseBefore(p);
         }
-        m_plain = false;
-        // The reader takes one byte (the '[' it thinks it is at) when this returns.
-        m_stream.m_next = resume - 1;
         return true;
+    }
+
+    // The second half of a long transaction list, read by another thread from a place
+    // that looks like the start of a record in the money file's own layout. It is used
+    // only if this reader, going on from the first half, lands on that very place as the
+    // start of a record; otherwise it is dropped and the list read here as usual.
+    struct Ahead
+    {
+        const char *from = nullptr;
+        Book book{.categories = {}};
+        ViewStream stream;
+        std::unique_ptr<Decoder> decoder;
+        const char *next = nullptr; // as takeRecords leaves them
+        const char *last = nullptr;
+        bool ok = false;
+        std::thread thread;
+    };
+
+    void startAhead(const char *p)
+    {
+        constexpr std::size_t worthSplitting = 8u << 20;
+        const char *const end = m_stream.m_end;
+        if (!m_mayGoAhead || std::size_t(end - p) < worthSplitting || std::thread::hardware_concurrency() < 2)
+            return;
+        constexpr std::string_view boundary = "\n    },\n    {\n";
+        const std::string_view rest(p + (end - p) / 2, std::size_t(end - p) - std::size_t(end - p) / 2);
+        const std::size_t found = rest.find(boundary);
+        if (found == std::string_view::npos)
+            return;
+        auto ahead = std::make_unique<Ahead>();
+        ahead->from = rest.data() + found + boundary.size() - 2;
+        ahead->stream = m_stream;
+        ahead->stream.m_next = ahead->from;
+        ahead->decoder = std::make_unique<Decoder>(ahead->book, ahead->stream, m_releasePages);
+        ahead->decoder->m_mayGoAhead = false;
+        ahead->decoder->startList(Kind::Transaction, std::size_t(end - ahead->from));
+        Ahead *a = ahead.get();
+        a->thread = std::thread([a] {
+            a->next = a->from;
+            a->ok = a->decoder->takeRecords(a->next, a->last) && a->last && a->decoder->m_roundedCount == 0;
+        });
+        m_ahead = std::move(ahead);
+    }
+
+    // At the record where the other thread started: takes what it read, as if read here.
+    bool joinAhead(const char *&p, const char *&last)
+    {
+        const std::unique_ptr<Ahead> ahead = std::move(m_ahead);
+        ahead->thread.join();
+        if (!ahead->ok)
+            return false;
+        std::vector<Transaction> &taken = ahead->book.transactions;
+        m_book.transactions.insert(m_book.transactions.end(), std::make_move_iterator(taken.begin()),
+                                   std::make_move_iterator(taken.end()));
+        m_count += taken.size();
+        p = ahead->next;
+        last = ahead->last;
+        return true;
+    }
+
+    void dropAhead()
+    {
+        if (m_ahead) {
+            m_ahead->thread.join();
+            m_ahead.reset();
+        }
+    }
+
+    // A mapped file's pages already read are handed back as the reading goes on, so the
+    // file is not held in memory beside the Book it becomes; read again (an error's
+    // place), they come back from the file.
+    void releaseBefore(const char *p)
+    {
+        constexpr std::size_t step = 16u << 20;
+        if (!m_releasePages || std::size_t(p - m_released) < step)
+            return;
+        const std::size_t page = std::size_t(sysconf(_SC_PAGESIZE));
+        const auto from = (reinterpret_cast<std::uintptr_t>(m_released) + page - 1) / page * page;
+        const auto to = reinterpret_cast<std::uintptr_t>(p) / page * page;
+        if (to > from)
+            madvise(reinterpret_cast<void *>(from), to - from, MADV_DONTNEED);
+        m_released = p;
     }
 
     template <typename R> bool bindField(Kind kind, std::string_view key, R &record, std::uint32_t &seen, int &next)
@@ -1006,11 +1202,12 @@ private:
         return fail(QStringLiteral("unknown value ") + quoted(text));
     }
 
-    void startList()
+    // A list of `kind` begins, with `textLeft` bytes of text from here to the end.
+    void startList(Kind kind, std::size_t textLeft)
     {
         m_count = 0;
         m_level = Level::List;
-        m_kind = bookFields[std::size_t(m_field)].records;
+        m_kind = kind;
         switch (m_kind) {
         case Kind::Account:
             m_book.accounts.clear();
@@ -1020,7 +1217,7 @@ private:
             // pages beyond the lines really read are never touched. Every line needs its
             // required keys and two ids, well over this many bytes.
             m_book.transactions.clear();
-            m_book.transactions.reserve(m_textSize / 160 + 1);
+            m_book.transactions.reserve(textLeft / 160 + 1);
             break;
         case Kind::Bill:
             m_book.bills.clear();
@@ -1192,8 +1389,12 @@ private:
     QString m_firstRounded;
     TextPool m_pool;
     ViewStream &m_stream;
-    std::size_t m_textSize;
+    bool m_releasePages;
+    const char *m_released;
     bool m_plain = false; // within plainRecords
+    bool m_mayGoAhead = true;
+    FlatObject m_flat;
+    std::unique_ptr<Ahead> m_ahead;
 
     Level m_level = Level::Top;
     Kind m_kind = Kind::Book; // the records of the current list
@@ -1245,11 +1446,13 @@ QString textPlace(std::string_view json, std::size_t offset)
 
 namespace MoneyFile {
 
-Decoded decode(std::string_view json)
+namespace {
+
+Decoded decodeText(std::string_view json, bool mapped)
 {
     Book book{.categories = {}};
     ViewStream stream{json.data(), json.data(), json.data() + json.size()};
-    Decoder decoder(book, stream);
+    Decoder decoder(book, stream, mapped);
     // Iterative: deep nesting under an unknown key costs heap, not stack. Numbers as
     // text: amounts never pass through a double. UTF-8 is checked where a text is
     // kept (Decoder::String), not by the reader, which would then copy byte by byte.
@@ -1269,11 +1472,18 @@ Decoded decode(std::string_view json)
     return {std::move(book), QString(), decoder.roundedCount(), decoder.firstRounded()};
 }
 
+} // namespace
+
+Decoded decode(std::string_view json)
+{
+    return decodeText(json, false);
+}
+
 Decoded decodeFile(QFile &file)
 {
     const qint64 size = file.size();
     if (uchar *mapped = size > 0 ? file.map(0, size) : nullptr) {
-        Decoded decoded = decode(std::string_view(reinterpret_cast<const char *>(mapped), size_t(size)));
+        Decoded decoded = decodeText(std::string_view(reinterpret_cast<const char *>(mapped), size_t(size)), true);
         file.unmap(mapped);
         return decoded;
     }
@@ -1283,3 +1493,4 @@ Decoded decodeFile(QFile &file)
 }
 
 } // namespace MoneyFile
+

@@ -356,3 +356,42 @@ TEST(MoneyFileTest, DeepNestingUnderAnUnknownKeyDoesNotCrash)
     ASSERT_TRUE(skipped.book) << skipped.error.toStdString();
     EXPECT_EQ(*skipped.book, sampleBook());
 }
+
+// A long list is read in two halves at once, and its plain lines without the JSON
+// reader; escaped texts, values only the full reader takes, and problems far into the
+// list must come out exactly as one reader going through it would give them.
+TEST(MoneyFileTest, ALongListReadsAsOneAndNamesItsProblemsByPlace)
+{
+    Book book;
+    book.accounts = {{visaId, "Visa", AccountKind::credit, d("0"), false}};
+    for (int i = 0; i < 40000; ++i) { // about 13 MB
+        Transaction t{.date = at("2025-03-01T19:45:00Z"), .accountID = visaId, .amount = d("-4.5"),
+                      .payee = QStringLiteral("Cafe %1").arg(i % 300), .category = "Dining out"};
+        if (i % 97 == 0)
+            t.payee = QStringLiteral("Joe's \"Best\"\t\u00e9 \u0007 \\ %1").arg(i);
+        if (i % 13 == 0)
+            t.note = "two\nlines";
+        if (i % 3 == 0)
+            t.importHash = QStringLiteral("%1").arg(i, 64, 16, QLatin1Char('0'));
+        book.transactions.push_back(t);
+    }
+    book.transactions[25000].payee = "Smile";
+    book.transactions[30000].kind = TxKind::royalty;
+    book.transactions[35000].amount = d("-123.457");
+    QByteArray json = MoneyFile::encode(book);
+    ASSERT_GT(json.size(), 8 << 20);
+    EXPECT_EQ(decode(json).book, book);
+
+    QByteArray nested = json;
+    nested.insert(nested.indexOf("\"amount\"", nested.size() * 3 / 4), "\"extra\": [{\"a\": 1\n    },\n    {\n}], ");
+    EXPECT_EQ(decode(nested).book, book);
+
+    QByteArray rounded = json;
+    rounded.replace("-123.457", "-123.4570000000000000000000000000000000000001");
+    EXPECT_EQ(decode(rounded).firstRounded, "transactions[35000].amount");
+    // An escape only the full reader takes comes first: the half read ahead ends there.
+    EXPECT_EQ(errorOf(QByteArray(json).replace("\"Smile\"", "\"\\uD83D\\uDE00\"").replace("\"royalty\"", "\"gift\"")),
+              "transactions[30000].kind: unknown value \"gift\"");
+    const qsizetype late = json.indexOf("\"cleared\": false", json.size() * 5 / 8);
+    EXPECT_EQ(errorOf(QByteArray(json).replace(late, 16, "\"cleared\" false")).substr(0, 5), "line ");
+}
