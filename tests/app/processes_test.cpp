@@ -43,16 +43,8 @@ struct Running
     // or time ran out.
     bool waitFor(const QByteArray &text)
     {
-        QElapsedTimer clock;
-        clock.start();
-        for (;;) {
-            collect();
-            if (out.contains(text))
-                return true;
-            if (process->state() == QProcess::NotRunning || clock.elapsed() > giveUpMs)
-                return false;
-            process->waitForReadyRead(20);
-        }
+        const auto seen = [&] { return collect(), out.contains(text); };
+        return ::waitFor([&] { return seen() || process->state() == QProcess::NotRunning; }, giveUpMs) && seen();
     }
     // Waits for a normal end with status 0; kills the process when it does not come.
     bool finish()
@@ -263,11 +255,9 @@ TEST_F(WindowProcesses, KilledAtRandomMomentsAlwaysLeavesWholeBooks)
                                : launch(COINHALL_EXE, onBooksArgs);
         if (run % 6 == 0) {
             // The moment today's backup shows up: a copy that is not yet whole would be caught.
-            QElapsedTimer waited;
-            waited.start();
-            while (!QFileInfo::exists(todaysBackup()) && running.process->state() != QProcess::NotRunning &&
-                   waited.elapsed() < giveUpMs)
-                QThread::usleep(200);
+            ::waitFor(
+                [&] { return QFileInfo::exists(todaysBackup()) || running.process->state() == QProcess::NotRunning; },
+                giveUpMs);
         } else {
             // Somewhere in the saves, once they have begun.
             if (changing) {

@@ -10,6 +10,7 @@
 #include "platform/notifier.h"
 #include "store/store.h"
 
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QVariantList>
 #include <QVariantMap>
@@ -40,7 +41,7 @@ inline QStringList column(const QVariantList &list, const char *key)
 {
     QStringList texts;
     for (const QVariant &row : list)
-        texts << row.toMap().value(QString::fromUtf8(key)).toString();
+        texts << row.toMap().value(key).toString();
     return texts;
 }
 
@@ -50,20 +51,15 @@ inline double ms(Instant when)
     return double(when.msecs());
 }
 
-// A Store of its own whose clock stands still at `now`, holding a new Book: `checking`
-// and `savings` are its two accounts.
+// A Store of its own whose clock stands still on Saturday, March 15, 2025, 10:00 (New York
+// time), holding a new Book: `checking` and `savings` are its two accounts.
 class BridgeTest : public ::testing::Test
 {
 protected:
-    explicit BridgeTest(Instant now)
+    BridgeTest()
     {
-        store = std::make_unique<Store>(StoreOptions{temp.path(), nullptr, std::make_shared<NoNotifier>()});
-        store->setClock([now] { return now; });
-        checking = store->book().accounts.at(0);
-        savings = store->book().accounts.at(1);
+        store->setClock([] { return local(2025, 3, 15, 10); });
     }
-
-    void SetUp() override { ASSERT_TRUE(temp.isValid()); }
 
     // Books a line into `account` (checking when none is given).
     void line(Instant date, const char *amount, TxKind kind = TxKind::expense, const Account *account = nullptr,
@@ -72,12 +68,30 @@ protected:
         EXPECT_TRUE(store->add({.date = date,
                                 .accountID = (account ? *account : checking).id,
                                 .amount = d(amount),
-                                .category = QString::fromUtf8(category),
+                                .category = category,
                                 .kind = kind}));
+    }
+    Bill bill(const char *name, const char *amount, Instant due, Repeat repeats = Repeat::monthly, bool autopay = false)
+    {
+        const Bill b{.name = name, .amount = d(amount), .due = due, .repeats = repeats, .autopay = autopay};
+        EXPECT_TRUE(store->save(b));
+        return b;
+    }
+    Royalty royalty(const char *payer, const char *amount, Instant expected,
+                    RoyaltyStatus status = RoyaltyStatus::expected, Repeat repeats = Repeat::once)
+    {
+        const Royalty r{.payer = payer,
+                        .expectedAmount = d(amount),
+                        .expectedDate = expected,
+                        .status = status,
+                        .repeats = repeats};
+        EXPECT_TRUE(store->save(r));
+        return r;
     }
 
     QTemporaryDir temp;
-    std::unique_ptr<Store> store;
-    Account checking;
-    Account savings;
+    std::unique_ptr<Store> store =
+        std::make_unique<Store>(StoreOptions{temp.path(), nullptr, std::make_shared<NoNotifier>()});
+    Account checking = store->book().accounts.at(0);
+    Account savings = store->book().accounts.at(1);
 };

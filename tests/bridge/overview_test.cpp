@@ -1,6 +1,5 @@
 // What the dashboard and the calendar get from their C++ side: a month's grid with
-// each day's items and the header's sums, and the dashboard's figures, on a Store of
-// its own whose clock stands on Saturday, March 15, 2025, 10:00 (New York time).
+// each day's items and the header's sums, and the dashboard's figures.
 #include "calendarmonth.h"
 #include "dashboardsummary.h"
 
@@ -13,23 +12,6 @@ namespace {
 class Overview : public BridgeTest
 {
 protected:
-    Overview()
-        : BridgeTest(local(2025, 3, 15, 10))
-    {}
-
-    void bill(const char *name, const char *amount, Instant due, Repeat repeats = Repeat::monthly)
-    {
-        EXPECT_TRUE(
-            store->save(Bill{.name = QString::fromUtf8(name), .amount = d(amount), .due = due, .repeats = repeats}));
-    }
-    void royalty(const char *payer, const char *amount, Instant expected,
-                 RoyaltyStatus status = RoyaltyStatus::expected)
-    {
-        EXPECT_TRUE(store->save(Royalty{.payer = QString::fromUtf8(payer),
-                                        .expectedAmount = d(amount),
-                                        .expectedDate = expected,
-                                        .status = status}));
-    }
     CalendarGrid::Month month(int year, int month)
     {
         return CalendarGrid::month(*store, local(year, month, 1, 12), Qt::Sunday);

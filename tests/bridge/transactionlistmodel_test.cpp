@@ -40,13 +40,8 @@ QVariantMap form(bool income, const char *iso, const char *amount, const char *p
 class RegisterTest : public BridgeTest
 {
 protected:
-    RegisterTest()
-        : BridgeTest(at("2025-03-15T12:00:00Z"))
-    {}
-
     void SetUp() override
     {
-        BridgeTest::SetUp();
         for (const Transaction &t :
              {tx(checking, "2025-03-10T15:00:00Z", "-1200", "Landlord", "Rent / mortgage"),
               tx(checking, "2025-03-05T15:00:00Z", "-45.10", "Green Basket", "Groceries", "weekly shop"),
