@@ -104,7 +104,7 @@ FocusScope {
 
         objectName: "desk"
         anchors.fill: parent
-        active: !Store.locked
+        active: !Store.locked && !Store.loading
         visible: active
         focus: true
         // It takes no input while a sheet is open.
@@ -184,7 +184,7 @@ FocusScope {
 
         objectName: "sheetHost"
         anchors.fill: parent
-        sheet: Store.locked ? null : root.sheet
+        sheet: Store.locked || Store.loading ? null : root.sheet
         onDone: root.closeSheet()
     }
 
@@ -195,6 +195,14 @@ FocusScope {
         anchors.fill: parent
         visible: Store.locked
         focus: Store.locked
+    }
+
+    // A large money file still being read (once the books are unlocked).
+    LoadingOverlay {
+        objectName: "loadingOverlay"
+        anchors.fill: parent
+        visible: Store.loading && !Store.locked
+        focus: visible
     }
 
 }

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QString>
 
+#include <atomic>
 #include <optional>
 #include <string_view>
 
@@ -39,7 +40,8 @@ struct Decoded
 Decoded decode(std::string_view json);
 
 // Decodes the whole of an open file, mapped into memory rather than copied, so a large
-// file is neither read twice nor held twice.
-Decoded decodeFile(QFile &file);
+// file is neither read twice nor held twice. `progress`, when given, counts the bytes
+// read so far, for another thread to show.
+Decoded decodeFile(QFile &file, std::atomic<qint64> *progress = nullptr);
 
 } // namespace MoneyFile

@@ -719,11 +719,14 @@ public:
     // are read here, and the reader goes on after them.
     // `releasePages`: the text is a read-only mapping of a file, whose pages can be
     // handed back once read.
-    Decoder(Book &book, ViewStream &stream, bool releasePages)
+    // `progress`, when given, counts the bytes read for another thread to show.
+    Decoder(Book &book, ViewStream &stream, bool releasePages, std::atomic<qint64> *progress)
         : m_book(book)
         , m_stream(stream)
         , m_releasePages(releasePages)
         , m_released(stream.m_next)
+        , m_progress(progress)
+        , m_counted(stream.m_next)
     {}
     ~Decoder() { dropAhead(); }
     Decoder(const Decoder &) = delete;
@@ -1066,7 +1069,7 @@ private:
             p = *next == ']' ? nullptr : next;
             if (!p)
                 return true;
-            releaseBefore(p);
+            readUpTo(p);
         }
         return true;
     }
@@ -1102,7 +1105,7 @@ private:
         ahead->from = rest.data() + found + boundary.size() - 2;
         ahead->stream = m_stream;
         ahead->stream.m_next = ahead->from;
-        ahead->decoder = std::make_unique<Decoder>(ahead->book, ahead->stream, m_releasePages);
+        ahead->decoder = std::make_unique<Decoder>(ahead->book, ahead->stream, m_releasePages, m_progress);
         ahead->decoder->m_mayGoAhead = false;
         ahead->decoder->startList(Kind::Transaction, std::size_t(end - ahead->from));
         Ahead *a = ahead.get();
@@ -1126,6 +1129,7 @@ private:
         m_count += taken.size();
         p = ahead->next;
         last = ahead->last;
+        m_counted = p ? p : last; // the other thread counted its own bytes
         return true;
     }
 
@@ -1137,11 +1141,15 @@ private:
         }
     }
 
-    // A mapped file's pages already read are handed back as the reading goes on, so the
-    // file is not held in memory beside the Book it becomes; read again (an error's
-    // place), they come back from the file.
-    void releaseBefore(const char *p)
+    // Everything before p is read: counts it for `progress`, and hands a mapped file's
+    // pages back, so the file is not held in memory beside the Book it becomes (read
+    // again, for an error's place, they come back from the file).
+    void readUpTo(const char *p)
     {
+        if (m_progress && p - m_counted >= (1 << 20)) {
+            m_progress->fetch_add(p - m_counted, std::memory_order_relaxed);
+            m_counted = p;
+        }
         constexpr std::size_t step = 16u << 20;
         if (!m_releasePages || std::size_t(p - m_released) < step)
             return;
@@ -1391,6 +1399,8 @@ private:
     ViewStream &m_stream;
     bool m_releasePages;
     const char *m_released;
+    std::atomic<qint64> *m_progress;
+    const char *m_counted;
     bool m_plain = false; // within plainRecords
     bool m_mayGoAhead = true;
     FlatObject m_flat;
@@ -1448,11 +1458,11 @@ namespace MoneyFile {
 
 namespace {
 
-Decoded decodeText(std::string_view json, bool mapped)
+Decoded decodeText(std::string_view json, bool mapped, std::atomic<qint64> *progress)
 {
     Book book{.categories = {}};
     ViewStream stream{json.data(), json.data(), json.data() + json.size()};
-    Decoder decoder(book, stream, mapped);
+    Decoder decoder(book, stream, mapped, progress);
     // Iterative: deep nesting under an unknown key costs heap, not stack. Numbers as
     // text: amounts never pass through a double. UTF-8 is checked where a text is
     // kept (Decoder::String), not by the reader, which would then copy byte by byte.
@@ -1476,20 +1486,21 @@ Decoded decodeText(std::string_view json, bool mapped)
 
 Decoded decode(std::string_view json)
 {
-    return decodeText(json, false);
+    return decodeText(json, false, nullptr);
 }
 
-Decoded decodeFile(QFile &file)
+Decoded decodeFile(QFile &file, std::atomic<qint64> *progress)
 {
     const qint64 size = file.size();
     if (uchar *mapped = size > 0 ? file.map(0, size) : nullptr) {
-        Decoded decoded = decodeText(std::string_view(reinterpret_cast<const char *>(mapped), size_t(size)), true);
+        Decoded decoded =
+            decodeText(std::string_view(reinterpret_cast<const char *>(mapped), size_t(size)), true, progress);
         file.unmap(mapped);
         return decoded;
     }
     // Not every file can be mapped (a pipe, some network folders).
     const QByteArray bytes = file.readAll();
-    return decode(std::string_view(bytes.constData(), size_t(bytes.size())));
+    return decodeText(std::string_view(bytes.constData(), size_t(bytes.size())), false, progress);
 }
 
 } // namespace MoneyFile

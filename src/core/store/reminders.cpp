@@ -14,6 +14,9 @@ constexpr int reminderDelayMs = 1000;
 
 void Store::scheduleReminders()
 {
+    // The bills are not known yet; the end of the reading schedules them.
+    if (loading())
+        return;
     if (!m_reminderWork) {
         m_reminderWork = new QTimer(this);
         m_reminderWork->setSingleShot(true);

@@ -126,7 +126,18 @@ Store::Store(StoreOptions options, QObject *parent)
         keepFilesPrivate(m_dir, {moneyFileName, moneyFileName + QStringLiteral(".*"), lockFileName});
     }
 
-    load();
+    m_locked = requireUnlock();
+    const QFileInfo file(moneyFilePath());
+    if (file.exists() && file.size() >= options.readInBackgroundFrom) {
+        readInBackground(file.size());
+        return;
+    }
+    use(read(moneyFilePath(), nullptr));
+    started();
+}
+
+void Store::started()
+{
     if (m_book.accounts.empty()) {
         m_book.accounts.push_back({newId(), QStringLiteral("Main checking"), AccountKind::checking, {}, false});
         m_book.accounts.push_back({newId(), QStringLiteral("Savings"), AccountKind::savings, {}, false});
@@ -138,7 +149,6 @@ Store::Store(StoreOptions options, QObject *parent)
         assigned();
     }
     Money::setCode(m_book.currency);
-    m_locked = requireUnlock();
     if (m_lock)
         dailyBackup();
     else if (m_fromNewer)
@@ -147,7 +157,52 @@ Store::Store(StoreOptions options, QObject *parent)
         setStatus(tr("Coinhall is already open with this money file, so changes made here are not saved."));
 }
 
-Store::~Store() = default;
+void Store::readInBackground(qint64 size)
+{
+    m_fileBytes = size;
+    auto *ticks = new QTimer(this);
+    ticks->setInterval(100);
+    connect(ticks, &QTimer::timeout, this, &Store::loadProgressChanged);
+    ticks->start();
+    m_reader.reset(QThread::create([this, path = moneyFilePath()] {
+        auto done = std::make_shared<Read>(read(path, &m_bytesRead));
+        // Back on the Store's thread; dropped if the Store is gone by then.
+        QMetaObject::invokeMethod(
+            this,
+            [this, done] {
+                m_reader->wait();
+                m_reader.reset();
+                use(std::move(*done));
+                started();
+                Q_EMIT loadingChanged();
+                Q_EMIT loadProgressChanged();
+            },
+            Qt::QueuedConnection);
+    }));
+    connect(this, &Store::loadingChanged, ticks, &QObject::deleteLater);
+    m_reader->start();
+}
+
+double Store::loadProgress() const
+{
+    if (!loading())
+        return 1.0;
+    return m_fileBytes > 0 ? std::min(1.0, double(m_bytesRead.load()) / double(m_fileBytes)) : 0.0;
+}
+
+QString Store::loadingText() const
+{
+    const auto megabytes = [](qint64 bytes) { return QString::number((bytes + 999999) / 1000000); };
+    return tr("%1 · %2 of %3 MB")
+        .arg(moneyFileName, megabytes(qint64(loadProgress() * double(m_fileBytes))), megabytes(m_fileBytes));
+}
+
+Store::~Store()
+{
+    // A window closed while its books were still being read waits for the reading.
+    if (m_reader)
+        m_reader->wait();
+}
 
 QString Store::moneyFilePath() const
 {
@@ -159,15 +214,26 @@ QString Store::backupsFolder() const
     return m_dir + QStringLiteral("/Backups");
 }
 
-void Store::load()
+Store::Read Store::read(const QString &path, std::atomic<qint64> *progress)
 {
-    QFile file(moneyFilePath());
-    if (!file.exists())
+    Read result;
+    QFile file(path);
+    result.exists = file.exists();
+    if (!result.exists)
+        return result;
+    if (!file.open(QIODevice::ReadOnly))
+        result.openError = file.errorString();
+    else
+        result.decoded = MoneyFile::decodeFile(file, progress);
+    return result;
+}
+
+void Store::use(Read read)
+{
+    if (!read.exists)
         return;
-    if (!file.open(QIODevice::ReadOnly)) {
-        m_loadError = file.errorString();
-    } else {
-        MoneyFile::Decoded decoded = MoneyFile::decodeFile(file);
+    if (read.openError.isEmpty()) {
+        MoneyFile::Decoded &decoded = read.decoded;
         if (decoded.book) {
             m_book = std::move(*decoded.book);
             assigned();
@@ -183,8 +249,9 @@ void Store::load()
             return;
         }
         m_loadError = decoded.error;
+    } else {
+        m_loadError = read.openError;
     }
-    file.close();
 
     // The file cannot be used, but it is the user's: set it aside under a new name
     // before anything is written, so the next save cannot replace it.

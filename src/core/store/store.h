@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/moneyfile.h"
 #include "model/period.h"
 #include "model/records.h"
 #include "platform/authenticator.h"
@@ -10,11 +11,14 @@
 #include <QPointer>
 #include <QString>
 #include <QStringList>
+#include <QThread>
 #include <QTimer>
 
 #include <algorithm>
+#include <atomic>
 
 #include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -28,6 +32,9 @@ struct StoreOptions
     std::shared_ptr<Authenticator> authenticator;
     // Where bill reminders go; null means this platform's notification centre.
     std::shared_ptr<Notifier> notifier;
+    // A money file of at least this many bytes is read on another thread: the Store
+    // starts `loading`, with an empty Book, and fills in when the file is read.
+    qint64 readInBackgroundFrom = std::numeric_limits<qint64>::max();
 };
 
 // What a Store operation that changes data came to. True when the Book took the
@@ -110,6 +117,11 @@ class Store : public QObject
     Q_PROPERTY(QString dir READ dir CONSTANT FINAL)
     Q_PROPERTY(QString backupsFolder READ backupsFolder CONSTANT FINAL)
     Q_PROPERTY(bool writable READ writable CONSTANT FINAL)
+    Q_PROPERTY(bool loading READ loading NOTIFY loadingChanged FINAL)
+    // How much of the money file is read while `loading`, from 0 to 1.
+    Q_PROPERTY(double loadProgress READ loadProgress NOTIFY loadProgressChanged FINAL)
+    // What is being read while `loading`: "coinhall.json · 121 of 339 MB".
+    Q_PROPERTY(QString loadingText READ loadingText NOTIFY loadProgressChanged FINAL)
 
 public:
     static constexpr int backupsKept = 30;
@@ -149,6 +161,11 @@ public:
     bool fromNewerVersion() const { return m_fromNewer; }
     // Why the money file found at start was not used; empty when it was (or was absent).
     QString loadError() const { return m_loadError; }
+    // The money file is still being read (see StoreOptions::readInBackgroundFrom): the
+    // Book is empty until then, and nothing is written.
+    bool loading() const { return m_reader != nullptr; }
+    double loadProgress() const;
+    QString loadingText() const;
 
     // Writes the Book to the money file now. False (and `status` says why) on failure.
     bool save();
@@ -296,6 +313,8 @@ Q_SIGNALS:
     void requireUnlockChanged();
     // An unlock attempt was refused; the overlay stays.
     void unlockFailed();
+    void loadingChanged();
+    void loadProgressChanged();
 
 protected:
     // Keeps the file writes of one operation to one, at its end. Nestable.
@@ -325,7 +344,19 @@ protected:
     void sortNewestFirst(size_t appended);
 
 private:
-    void load();
+    // What reading the money file came to; made on any thread.
+    struct Read
+    {
+        bool exists = false;
+        QString openError;
+        MoneyFile::Decoded decoded;
+    };
+    static Read read(const QString &path, std::atomic<qint64> *progress);
+    // Takes the Book read, or sets aside a file that could not be used.
+    void use(Read read);
+    // The rest of the start once the Book is whole: defaults, backup, status line.
+    void started();
+    void readInBackground(qint64 size);
     // Keeps a copy of a money file whose over-long amounts were rounded as it was read
     // (`count` of them, the first at `first`) and says so.
     void keepUnrounded(int count, const QString &first);
@@ -346,6 +377,10 @@ private:
     bool m_pendingWrite = false;
     bool m_pendingNotify = false;
     std::unique_ptr<QLockFile> m_lock;
+    // The thread reading the money file at start, while `loading`.
+    std::unique_ptr<QThread> m_reader;
+    std::atomic<qint64> m_bytesRead = 0;
+    qint64 m_fileBytes = 0;
     std::shared_ptr<Authenticator> m_authenticator;
     static QPointer<Store> s_shared;
 

@@ -53,6 +53,32 @@ TEST_F(StoreStart, ExistingFileIsReadAndBackedUpOncePerDay)
     EXPECT_EQ(QDir(path("Backups")).entryList(QDir::Files).size(), 1);
 }
 
+// A large file is read on another thread: the Store starts empty and loading, then holds
+// the Book, tells its observers and makes the day's backup; an unreadable one is set
+// aside as at any start.
+TEST_F(StoreStart, ALargeFileIsReadInTheBackground)
+{
+    const Book saved = studioBook(2000);
+    put("coinhall.json", MoneyFile::encode(saved));
+    {
+        Store store({.dir = dir, .readInBackgroundFrom = 0});
+        QSignalSpy changed(&store, &Store::bookChanged);
+        EXPECT_TRUE(store.loading());
+        EXPECT_TRUE(store.book().accounts.empty());
+        EXPECT_FALSE(QFile::exists(backup()));
+        ASSERT_TRUE(waitFor([&] { return !store.loading(); }));
+        EXPECT_EQ(store.book(), saved);
+        EXPECT_GE(changed.count(), 1);
+        EXPECT_EQ(store.loadProgress(), 1.0);
+        EXPECT_EQ(readAll(backup()), MoneyFile::encode(saved));
+    }
+    put("coinhall.json", "{");
+    Store store({.dir = dir, .readInBackgroundFrom = 0});
+    ASSERT_TRUE(waitFor([&] { return !store.loading(); }));
+    EXPECT_EQ(keptAside().size(), 1);
+    EXPECT_EQ(store.book().accounts.size(), 2u);
+}
+
 // Today's backup is one of the thirty kept; the oldest names go.
 TEST_F(StoreStart, CrowdedBackupsKeepTheThirtyNewestTodaysAmongThem)
 {
