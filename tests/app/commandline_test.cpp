@@ -83,8 +83,8 @@ TEST_F(CommandLine, ReportShowsTheTilesAndBothCategoryListsAsTextAndTsv)
     // Today as the program sees it, in New York, whatever zone the test runs in.
     const QDate today = QDateTime::currentDateTime().toTimeZone(QTimeZone("America/New_York")).date();
     const QByteArray day = today.toString("MM/dd/yyyy").toLatin1();
-    write("bank.csv",
-          "Date,Description,Amount\n" + day + ",DISTROKID,500.00\n" + day + ",STARBUCKS,-6.45\n" + day + ",RENT,-1200\n");
+    write("bank.csv", "Date,Description,Amount\n" + day + ",DISTROKID,500.00\n" + day + ",STARBUCKS,-6.45\n" + day +
+                          ",RENT,-1200\n");
     ASSERT_EQ(onBooks({"import", "bank.csv", "--account", "Main checking"}).status, 0);
     {
         Store store(StoreOptions{books()});

@@ -86,8 +86,6 @@ int fail(const char *why)
 int main(int argc, char **argv)
 {
     QTemporaryDir home;
-    if (!home.isValid())
-        return fail("no temporary folder");
     for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
         qputenv(variable, QFile::encodeName(home.filePath(QString::fromLatin1(variable))));
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
@@ -165,7 +163,6 @@ TEST(LockScreen, LockedWindowOffersTheLockAndNothingOfTheBooks)
     };
     EXPECT_TRUE(inMain("COINHALL IS LOCKED"));
     EXPECT_TRUE(inMain("Unlock", QAccessible::Button));
-    EXPECT_TRUE(inMain("Account password", QAccessible::EditableText));
     // Not even the screens' keys are there to reach, nor anything of the books in any window.
     for (const char *key : {"Money out", "Transactions", "Console"})
         EXPECT_FALSE(inMain(key)) << key;

@@ -18,6 +18,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <tuple>
 
 using BridgeInput::idText;
 
@@ -77,13 +78,17 @@ protected:
         EXPECT_TRUE(store->save(b));
         return b;
     }
+    // One received came in as expected.
     Royalty royalty(const char *payer, const char *amount, Instant expected,
                     RoyaltyStatus status = RoyaltyStatus::expected, Repeat repeats = Repeat::once)
     {
+        const bool received = status == RoyaltyStatus::received;
         const Royalty r{.payer = payer,
                         .expectedAmount = d(amount),
                         .expectedDate = expected,
                         .status = status,
+                        .receivedAmount = received ? std::optional(d(amount)) : std::nullopt,
+                        .receivedDate = received ? std::optional(expected) : std::nullopt,
                         .repeats = repeats};
         EXPECT_TRUE(store->save(r));
         return r;
