@@ -153,10 +153,12 @@ TEST_F(Bills, PayingAnotherAmountLateKeepsTheSchedule)
     EXPECT_EQ(first().history.at(0).amount, d("12.5"));
     EXPECT_EQ(first().due, local(2025, 4, 1, 9));
 
-    // The stored record itself, paid from the account given, as a magnitude.
-    EXPECT_TRUE(store.pay(first(), d("-10"), today.addSecs(60), savings.id));
-    EXPECT_EQ(store.book().transactions.at(0).amount, d("-10"));
-    EXPECT_EQ(store.book().transactions.at(0).accountID, savings.id);
+    // The stored record itself, paid from the account given, as a magnitude, dated by a
+    // clock set back a day: the payments stay in the order made.
+    EXPECT_TRUE(store.pay(first(), d("-10"), today.addSecs(-86400), savings.id));
+    EXPECT_EQ(store.book().transactions.at(1).amount, d("-10"));
+    EXPECT_EQ(store.book().transactions.at(1).accountID, savings.id);
+    EXPECT_EQ(first().history.at(1).date, today.addSecs(-86400));
     EXPECT_EQ(first().history.at(1).dueDate, local(2025, 4, 1, 9));
     EXPECT_EQ(first().due, local(2025, 5, 1, 9));
     EXPECT_EQ(onDisk(), store.book());
