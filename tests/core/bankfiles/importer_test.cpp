@@ -139,25 +139,13 @@ TEST(Conversion, FlipNegatesAndSetsKindButKeepsTheFingerprint)
     EXPECT_EQ(lines[0].importHash, before[0].importHash);
 }
 
-namespace {
-
-Transaction earlier(const char *payee, const char *category)
-{
-    Transaction t;
-    t.payee = QString::fromUtf8(payee);
-    t.category = QString::fromUtf8(category);
-    return t;
-}
-
-} // namespace
-
 TEST(AutoCategory, HistoryFirstThenRulesThenSign)
 {
-    const std::vector<Transaction> history{
-        earlier("Transfer to Savings", "Transfer"), earlier("joe's diner", "Dining out"),
-        earlier("JOE'S DINER", "Groceries"),        earlier("DistroKid payout", "Transfer"),
-        earlier("Netflix", "Entertainment"),
-    };
+    const std::vector<Transaction> history{{.payee = "Transfer to Savings", .category = "Transfer"},
+                                           {.payee = "joe's diner", .category = "Dining out"},
+                                           {.payee = "JOE'S DINER", .category = "Groceries"},
+                                           {.payee = "DistroKid payout", .category = "Transfer"},
+                                           {.payee = "Netflix", .category = "Entertainment"}};
     const AutoCategory::Guesser guesser(history);
     auto both = [&](const char *payee, const char *amount) {
         const QString viaGuess = AutoCategory::guess(QString::fromUtf8(payee), d(amount), history);

@@ -30,17 +30,13 @@ TEST_F(BankFilesStore, ExportWritesEveryLineOldestFirstWithQuotedTextsAndUtcDays
 {
     Account closed{newId(), QStringLiteral("Old \"Card\""), AccountKind::credit, {}, true};
     EXPECT_TRUE(store.save(closed));
-    Transaction quoted = line(checking, "2025-03-02T04:30:00Z", "-1234.50", "Joe's \"Best\" Diner, LLC");
-    quoted.note = QStringLiteral("two\nlines, \"quoted\"");
-    quoted.cleared = true;
-    EXPECT_TRUE(store.add(quoted));
-    Transaction orphan = line(checking, "2025-01-15T17:00:00Z", "50.00", "Client", TxKind::deposit);
-    orphan.accountID = newId(); // its account was deleted
-    orphan.category = QStringLiteral("Café & more");
-    EXPECT_TRUE(store.add(orphan));
-    Transaction onCard = line(checking, "2025-02-01T00:00:00Z", "0.99", "Refund", TxKind::royalty);
-    onCard.accountID = closed.id;
-    EXPECT_TRUE(store.add(onCard));
+    EXPECT_TRUE(store.add({newId(), at("2025-03-02T04:30:00Z"), checking.id, d("-1234.50"), "Joe's \"Best\" Diner, LLC",
+                           "Groceries", "two\nlines, \"quoted\"", true}));
+    // The second line's account was deleted.
+    EXPECT_TRUE(store.add({newId(), at("2025-01-15T17:00:00Z"), newId(), d("50.00"), "Client", "Café & more", "", false,
+                           TxKind::deposit}));
+    EXPECT_TRUE(store.add({newId(), at("2025-02-01T00:00:00Z"), closed.id, d("0.99"), "Refund", "Groceries", "", false,
+                           TxKind::royalty}));
 
     const QString path = temp.filePath(QStringLiteral("Coinhall transactions.csv"));
     ASSERT_TRUE(store.exportCSV(path));

@@ -18,7 +18,6 @@ MoneyFile::Decoded decode(const QByteArray &json)
     return MoneyFile::decode(std::string_view(json.constData(), std::size_t(json.size())));
 }
 
-// The error text of a file that must not decode.
 std::string errorOf(const QByteArray &json)
 {
     const MoneyFile::Decoded decoded = decode(json);

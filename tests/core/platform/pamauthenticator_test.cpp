@@ -19,10 +19,8 @@ namespace {
 class PamConfig
 {
 public:
-    // Writes the file PAM reads for `service`.
     void add(const QString &service, const QByteArray &lines) { writeAll(m_dir.filePath(service), lines); }
 
-    // An executable shell script in the folder; returns its path.
     QString script(const QString &name, const QByteArray &body)
     {
         writeAll(m_dir.filePath(name), "#!/bin/sh\n" + body);

@@ -104,8 +104,6 @@ protected:
 
 } // namespace
 
-// -- The disk fills -----------------------------------------------------------
-
 TEST_F(Faults, DiskFullHalfwayThroughASaveKeepsTheOldFile)
 {
     Store store({dir});
@@ -163,8 +161,6 @@ TEST_F(Faults, DiskFullDuringAnExportKeepsTheEarlierExport)
     EXPECT_EQ(readAll(exported), store.exportText());
 }
 
-// -- The folder turns read-only -----------------------------------------------
-
 TEST_F(Faults, FolderTurnsReadOnlyWhileOpen)
 {
     Store store({dir});
@@ -184,8 +180,6 @@ TEST_F(Faults, FolderTurnsReadOnlyWhileOpen)
     EXPECT_TRUE(addOne(store));
     EXPECT_EQ(decodeFile(file()).transactions.size(), 42u);
 }
-
-// -- The money file is replaced -----------------------------------------------
 
 TEST_F(Faults, MoneyFileReplacedByWhatCannotBeRead)
 {
@@ -313,8 +307,6 @@ TEST_F(Faults, SixtyDigitAmountsAreRoundedTo38DigitsSaidAndKeptAsTheyWere)
     EXPECT_EQ(readAll(backup()), "earlier today");
 }
 
-// -- The backups folder -------------------------------------------------------
-
 TEST_F(Faults, BackupsFolderThatIsAFileStopsOnlyTheBackup)
 {
     const QByteArray goodBytes = MoneyFile::encode(good);
@@ -332,8 +324,6 @@ TEST_F(Faults, BackupsFolderThatIsAFileStopsOnlyTheBackup)
     EXPECT_TRUE(addOne(store));
     EXPECT_EQ(decodeFile(file()), store.book());
 }
-
-// -- The clock goes back ------------------------------------------------------
 
 // Backups are named by the computer's date, which the test cannot move; backups
 // named for the coming days are what a clock set back a day finds.

@@ -39,7 +39,6 @@ TEST_F(Ledger, UpdateKeepsALinesPlaceUnlessItsDateChanged)
     EXPECT_EQ(payees(), (std::vector<QString>{"C", "A", "B"}));
     EXPECT_EQ(onDisk(), store.book());
 
-    // An unknown id changes nothing.
     changes = 0;
     EXPECT_FALSE(store.update(line(checking, "2025-01-01T09:00:00Z", "-1", "Ghost")).changed);
     EXPECT_EQ(changes, 0);

@@ -24,7 +24,6 @@ protected:
         : StoreTest(local(2025, 3, 15, 12))
     {}
 
-    // Books a line of `kind` into checking.
     void enter(Instant date, const char *amount, const char *category, TxKind kind = TxKind::expense)
     {
         EXPECT_TRUE(store.add({.date = date,
