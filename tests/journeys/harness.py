@@ -112,14 +112,16 @@ def showing(node):
 class App:
     """One coinhall process on its own data folder, home and temporary folder."""
 
-    def __init__(self, exe, display, home, out_dir, label):
-        self.exe, self.display, self.home, self.out, self.label = exe, display, home, out_dir, label
-        self.data = os.path.join(home, "books")
+    def __init__(self, exe, out_dir, label, root, book_path=None):
+        self.exe, self.out, self.label = exe, out_dir, label
+        self.home = tempfile.mkdtemp(prefix=label + ".", dir=root)
+        self.data = os.path.join(self.home, "books")
+        os.makedirs(self.data, mode=0o700)
+        if book_path:
+            shutil.copy(book_path, os.path.join(self.data, "coinhall.json"))
         self.proc = None
-        self.step = "start"
+        self.doing = "start"
         self.runs = 0
-
-    # -- the process --------------------------------------------------------
 
     def env(self):
         env = dict(os.environ)
@@ -139,26 +141,28 @@ class App:
         self.stderr_path = os.path.join(self.out, f"{self.label}.{self.runs}.stderr")
         self.proc = subprocess.Popen([*wrap, self.exe, "--data-dir", self.data], env=self.env(), cwd=self.home,
                                      stdout=subprocess.DEVNULL, stderr=open(self.stderr_path, "wb"))
-        self.note("start")
-        self.window = wait_for("the main window", lambda: self.frame("QFS Coinhall"), 30, self.check_alive)
+        self.step("start")
+        self.window = self.until("the main window", lambda: self.frame("QFS Coinhall"), 30)
         # A new user meets the help on the first start, and closes it.
         helpframe = self.frame("QFS Coinhall Help")
         if helpframe:
-            self.note("close the help shown on the first start")
+            self.step("close the help shown on the first start")
             self.click(self.find("Done", "push button", within=helpframe))
-            wait_for("the help to close", lambda: not self.frame("QFS Coinhall Help"), 5, self.check_alive)
+            self.until("the help to close", lambda: not self.frame("QFS Coinhall Help"))
         # The keyboard to the main window, as a window manager gives it (Xvfb has none).
-        ids = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(self.proc.pid), "--name", "^QFS Coinhall$"],
-                             capture_output=True, text=True).stdout.split()
-        for window in ids:
+        for window in subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(self.proc.pid), "--name",
+                                      "^QFS Coinhall$"], capture_output=True, text=True).stdout.split():
             xdo("windowfocus", window)
         return self
 
-    def note(self, step):
+    def step(self, step):
         """The step now under way: named when the journey fails, printed with JOURNEYS_TRACE set."""
-        self.step = step
+        self.doing = step
         if os.environ.get("JOURNEYS_TRACE"):
             print(f"  {time.monotonic():.1f} {step}", flush=True)
+
+    def until(self, what, condition, timeout=5.0):
+        return wait_for(what, condition, timeout, self.check_alive)
 
     def check_alive(self):
         code = self.proc.poll()
@@ -179,19 +183,10 @@ class App:
         if code != 0:
             raise Failure(f"the window ended with status {code} on Ctrl+Q")
 
-    # -- the accessible tree ----------------------------------------------
-
-    def application(self):
+    def frame(self, title):
         for app in pyatspi.Registry.getDesktop(0):
             if app is not None and app.get_process_id() == self.proc.pid:
-                return app
-        return None
-
-    def frame(self, title):
-        app = self.application()
-        for f in app or ():
-            if f is not None and f.name == title and showing(f):
-                return f
+                return next((f for f in app if f is not None and f.name == title and showing(f)), None)
         return None
 
     def nodes(self, within=None):
@@ -213,19 +208,14 @@ class App:
             found = self.matches(name, role, within)
             return found[index] if len(found) > index else None
         what = f"{role or 'control'} {name!r}" if not callable(name) else f"a {role or 'control'} matching"
-        return wait_for(f"{what} on screen", look, timeout, self.check_alive)
-
-    def names(self, within=None):
-        return [n.name for n in self.nodes(within) if n.name]
+        return self.until(f"{what} on screen", look, timeout)
 
     def shows(self, *texts, within=None, timeout=10.0):
         """Waits until every text appears within some accessible name on screen."""
         def look():
-            names = self.names(within)
+            names = [n.name for n in self.nodes(within) if n.name]
             return all(any(t in n for n in names) for t in texts)
-        return wait_for(f"the screen to show {texts!r}", look, timeout, self.check_alive)
-
-    # -- real input ---------------------------------------------------------
+        return self.until(f"the screen to show {texts!r}", look, timeout)
 
     def click(self, node, button=1):
         box = node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
@@ -241,7 +231,6 @@ class App:
         self.click(self.find(name, role, within))
 
     def fill(self, node, text):
-        """Clicks a field, selects what it holds and types over it."""
         self.click(node)
         self.key("ctrl+a", "BackSpace")
         if text:
@@ -255,13 +244,6 @@ class App:
         xdo("key", "--delay", 30, *keys)
         self.check_alive()
 
-    def wheel(self, node, clicks):
-        box = node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-        xdo("mousemove", box.x + box.width // 2, box.y + box.height // 2)
-        xdo("click", "--repeat", abs(clicks), "--delay", 20, 5 if clicks > 0 else 4)
-
-    # -- the money file -----------------------------------------------------
-
     def book(self):
         """The money file as saved, amounts as exact decimals; None before the first save."""
         path = os.path.join(self.data, "coinhall.json")
@@ -270,10 +252,3 @@ class App:
         with open(path, encoding="utf-8") as f:
             return json.load(f, parse_float=Decimal, parse_int=Decimal)
 
-
-def fresh_home(root, label, book_path=None):
-    home = tempfile.mkdtemp(prefix=label + ".", dir=root)
-    os.makedirs(os.path.join(home, "books"), mode=0o700)
-    if book_path:
-        shutil.copy(book_path, os.path.join(home, "books", "coinhall.json"))
-    return home
