@@ -59,7 +59,6 @@ protected:
         writeAll(path(name), bytes);
         return path(name);
     }
-    static QByteArray read(const QString &file) { return QFile::exists(file) ? readAll(file) : "<missing>"; }
 
     // Every file and folder under `folder`, with sizes, to see that nothing changed.
     static QStringList listing(const QString &folder)

@@ -17,17 +17,17 @@ using CommandLine = AppTest;
 
 const QString harbor = QStringLiteral(COINHALL_TEST_DATA "/bank/harbor_checking.csv");
 
-TEST_F(CommandLine, ImportPreviewsWithoutWritingAndRefusesWhatItCannotUse)
+TEST_F(CommandLine, ImportPreviewsAndRefusesWithoutWritingAndCheckReadsGoodAndBrokenBooks)
 {
-    const Outcome run = onBooks({"import", harbor, "--account", "Savings", "--dry-run"});
+    Outcome run = onBooks({"import", harbor, "--account", "Savings", "--dry-run"});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.out, "Preview · 14 new · 1 already in · 2 unreadable\n");
 
     auto refused = [&](const QStringList &arguments, int status, const QString &err) {
-        const Outcome run = onBooks(QStringList{"import"} + arguments);
-        EXPECT_EQ(run.status, status) << qPrintable(arguments.join(' '));
-        EXPECT_EQ(run.err, err);
-        EXPECT_EQ(run.out, "");
+        const Outcome refusal = onBooks(QStringList{"import"} + arguments);
+        EXPECT_EQ(refusal.status, status) << qPrintable(arguments.join(' '));
+        EXPECT_EQ(refusal.err, err);
+        EXPECT_EQ(refusal.out, "");
     };
     refused(
         {harbor, "--account", "main checking"}, 2,
@@ -41,11 +41,34 @@ TEST_F(CommandLine, ImportPreviewsWithoutWritingAndRefusesWhatItCannotUse)
 
     ASSERT_EQ(onBooks({"import", harbor, "--account", "Savings"}).status, 0);
     const QStringList before = listing(books());
-    const QByteArray bytes = read(books() + "/coinhall.json");
+    const QByteArray bytes = readAll(books() + "/coinhall.json");
     EXPECT_EQ(onBooks({"import", harbor, "--account", "Savings", "--dry-run"}).out,
               "Preview · 0 new · 15 already in · 2 unreadable\n");
     EXPECT_EQ(listing(books()), before);
-    EXPECT_EQ(read(books() + "/coinhall.json"), bytes);
+    EXPECT_EQ(readAll(books() + "/coinhall.json"), bytes);
+
+    run = onBooks({"check"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, "OK: 2 accounts, 14 transactions, 0 bills, 0 royalties\n");
+    QByteArray broken = bytes;
+    broken.replace("\"deposit\"", "\"gift\"");
+    write("books/coinhall.json", broken);
+    const QStringList brokenBooks = listing(books());
+    run = onBooks({"check"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "transactions[0].kind: unknown value \"gift\"\n");
+    // A writing command leaves such a file alone instead of setting it aside.
+    run = onBooks({"import", harbor, "--account", "Savings"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "The money file " + books() +
+                           "/coinhall.json could not be used: transactions[0].kind: unknown value \"gift\"\n");
+    EXPECT_EQ(listing(books()), brokenBooks);
+    EXPECT_EQ(readAll(books() + "/coinhall.json"), broken);
+
+    QFile::remove(books() + "/coinhall.json");
+    run = onBooks({"check"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "There is no money file at " + books() + "/coinhall.json.\n");
 }
 
 TEST_F(CommandLine, ImportTakesTheColumnsAndFlipItIsGivenAndExportWritesThem)
@@ -64,13 +87,13 @@ TEST_F(CommandLine, ImportTakesTheColumnsAndFlipItIsGivenAndExportWritesThem)
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.out, "Saved out.csv.\n");
     EXPECT_EQ(
-        read(path("out.csv")),
+        readAll(path("out.csv")),
         "Date,Account,Payee,Category,Amount,Type,Cleared,Note\n"
         "2025-03-01,\"Savings\",\"PAYMENT RECEIVED\",\"Other spending\",200,deposit,yes,\"Imported\"\n"
         "2025-03-02,\"Savings\",\"Joe's \"\"Best\"\" Diner, LLC\",\"Other income\",-25.1,expense,yes,\"Imported\"\n");
 
     EXPECT_EQ(onBooks({"export", "out.journal", "--format", "ledger"}).out, "Saved out.journal.\n");
-    EXPECT_TRUE(read(path("out.journal")).contains("    Expenses:Other income"));
+    EXPECT_TRUE(readAll(path("out.journal")).contains("    Expenses:Other income"));
     EXPECT_EQ(onBooks({"export", "out.xml", "--format", "xml"}).err,
               "--format is csv or ledger, not \"xml\".\nSee coinhall --help.\n");
     const Outcome failed = onBooks({"export", path("no-such-folder/out.csv")});
@@ -122,34 +145,6 @@ TEST_F(CommandLine, ReportShowsTheTilesAndBothCategoryListsAsTextAndTsv)
     run = onBooks({"report", "--period", "next-year"});
     EXPECT_EQ(run.status, 2);
     EXPECT_TRUE(run.err.startsWith("Unknown period \"next-year\"")) << qPrintable(run.err);
-}
-
-TEST_F(CommandLine, CheckReadsAGoodAndABrokenFileAndNoCommandChangesABrokenOne)
-{
-    ASSERT_EQ(onBooks({"import", harbor, "--account", "Savings"}).status, 0);
-    Outcome run = onBooks({"check"});
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.out, "OK: 2 accounts, 14 transactions, 0 bills, 0 royalties\n");
-
-    QByteArray broken = read(books() + "/coinhall.json");
-    broken.replace("\"deposit\"", "\"gift\"");
-    write("books/coinhall.json", broken);
-    const QStringList before = listing(books());
-    run = onBooks({"check"});
-    EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.out, "transactions[0].kind: unknown value \"gift\"\n");
-    // A writing command leaves such a file alone instead of setting it aside.
-    run = onBooks({"import", harbor, "--account", "Savings"});
-    EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.err, "The money file " + books() +
-                           "/coinhall.json could not be used: transactions[0].kind: unknown value \"gift\"\n");
-    EXPECT_EQ(listing(books()), before);
-    EXPECT_EQ(read(books() + "/coinhall.json"), broken);
-
-    QFile::remove(books() + "/coinhall.json");
-    run = onBooks({"check"});
-    EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.err, "There is no money file at " + books() + "/coinhall.json.\n");
 }
 
 } // namespace

@@ -70,7 +70,7 @@ protected:
 
 } // namespace
 
-TEST_F(CommandLineUnlockTest, EveryCommandNeedsThePasswordAndShowsNothingWithoutIt)
+TEST_F(CommandLineUnlockTest, EveryCommandNeedsThePasswordAndNoneIsAskedWhenTheLockIsOff)
 {
     const QByteArray before = readAll(books() + "/coinhall.json");
     const QStringList files = listing(m_root.path());
@@ -86,10 +86,7 @@ TEST_F(CommandLineUnlockTest, EveryCommandNeedsThePasswordAndShowsNothingWithout
     }
     EXPECT_EQ(readAll(books() + "/coinhall.json"), before);
     EXPECT_EQ(listing(m_root.path()), files);
-}
 
-TEST_F(CommandLineUnlockTest, TheRightPasswordOpensTheBooksAndNoneIsAskedWhenTheLockIsOff)
-{
     Outcome c = run({"check"}, "open sesame\n");
     EXPECT_EQ(c.status, ExitStatus::ok);
     EXPECT_EQ(c.out, "OK: 1 accounts, 0 transactions, 0 bills, 0 royalties\n");

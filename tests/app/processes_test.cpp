@@ -118,7 +118,7 @@ protected:
     // What may not change while another process only reads the books.
     QStringList snapshot() const
     {
-        return listing(books()) << QString::fromLatin1(read(moneyFile()).toBase64())
+        return listing(books()) << QString::fromLatin1(readAll(moneyFile()).toBase64())
                                 << QFileInfo(moneyFile()).lastModified().toString(Qt::ISODateWithMs);
     }
 
@@ -183,8 +183,6 @@ TEST_F(WindowProcesses, WhileAWindowRunsOthersOnlyReadAndOnceItIsKilledTheyWrite
     EXPECT_EQ(run.status, 0) << qPrintable(run.err);
 }
 
-// -- kill -9 at random moments --------------------------------------------------
-
 // Checks that `after` holds the Book as the helper last said it was once a change was
 // saved ("<kind> <n> <lines> <rent payments> <note on Edited>"; tests/helpers/windowhelper.cpp),
 // and no more than the one change it may have been making. Returns how many it reported.
@@ -228,7 +226,7 @@ TEST_F(WindowProcesses, KilledAtRandomMomentsAlwaysLeavesWholeBooks)
 
     const QRegularExpression inProgress("^(coinhall\\.json|Backups/coinhall-\\d{4}-\\d\\d-\\d\\d\\.json)\\.saving$");
     int changesSeen = 0, writesCutShort = 0;
-    QByteArray bytes = read(moneyFile());
+    QByteArray bytes = readAll(moneyFile());
     Book before = MoneyFile::decode(std::string_view(bytes.constData(), size_t(bytes.size()))).book.value();
     for (int run = 0; run < runs; ++run) {
         SCOPED_TRACE(testing::Message() << "run " << run);
@@ -257,13 +255,13 @@ TEST_F(WindowProcesses, KilledAtRandomMomentsAlwaysLeavesWholeBooks)
             << qPrintable(running.process->errorString()) << running.err.constData();
 
         // The program's window only reads at start: the file is exactly as it was.
-        const QByteArray after = read(moneyFile());
+        const QByteArray after = readAll(moneyFile());
         if (!changing) {
             EXPECT_TRUE(after == bytes);
         }
         // A backup is whole or not there at all.
         if (QFileInfo::exists(todaysBackup())) {
-            EXPECT_TRUE(read(todaysBackup()) == bytes);
+            EXPECT_TRUE(readAll(todaysBackup()) == bytes);
         }
         // A write cut short is left only under its one in-progress name...
         const QStringList cutShort = strays();

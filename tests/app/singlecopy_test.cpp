@@ -15,7 +15,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-TEST(SingleCopy, ACopyTakesOverTheSocketOfOneThatDiedAndLaterStartsAskItToRaise)
+TEST(SingleCopy, OneCopyPerBooksTakesOverADeadOnesSocketAndIsAskedToRaise)
 {
     // A bound socket file that nobody listens on, as a crashed copy leaves it.
     const QString name = QStringLiteral("coinhall-test-") + QUuid::createUuid().toString(QUuid::Id128);
@@ -38,10 +38,8 @@ TEST(SingleCopy, ACopyTakesOverTheSocketOfOneThatDiedAndLaterStartsAskItToRaise)
         EXPECT_FALSE(later.get());
         EXPECT_EQ(raised.count(), start);
     }
-}
 
-TEST(SingleCopy, BooksInAnotherFolderHaveACopyOfTheirOwn)
-{
+    // Books in another folder have a copy of their own.
     const QString folder = QDir::temp().filePath(QStringLiteral("books"));
     EXPECT_EQ(SingleCopy::defaultName(folder), SingleCopy::defaultName(folder + QStringLiteral("/.")));
     EXPECT_NE(SingleCopy::defaultName(folder), SingleCopy::defaultName(folder + QStringLiteral("2")));

@@ -26,7 +26,7 @@ using Bridges = BridgeTest;
 
 } // namespace
 
-TEST_F(Bridges, AccountLinesCountTheMonthsLinesAndShowBalancesAndTheOpenTotal)
+TEST_F(Bridges, AccountsScreenCountsTheMonthsLinesShowsBalancesAndTakesTypedBudgets)
 {
     AccountsBridge screen;
     screen.setStore(store.get());
@@ -40,21 +40,16 @@ TEST_F(Bridges, AccountLinesCountTheMonthsLinesAndShowBalancesAndTheOpenTotal)
     EXPECT_EQ(column(screen.accounts(), "title"), (QStringList{"Main checking", "Savings (closed)"}));
     EXPECT_EQ(column(screen.accounts(), "balanceText"), (QStringList{"$354.98", "$240.00"}));
     EXPECT_EQ(screen.totalText(), "$354.98");
-}
 
-TEST_F(Bridges, BudgetCommitReadsTypedAmountsAndClearsOnAnythingElse)
-{
-    AccountsBridge screen;
-    screen.setStore(store.get());
     const qsizetype row = column(screen.budgets(), "name").indexOf("Groceries");
-    const int groceries = at(screen.budgets(), row).value("index").toInt();
+    const int groceries = screen.budgets().value(row).toMap().value("index").toInt();
     ASSERT_EQ(store->book().categories.at(size_t(groceries)).name, "Groceries");
     auto budget = [&] { return store->book().categories.at(size_t(groceries)).budget; };
     QSignalSpy writes(store.get(), &Store::bookChanged);
 
     EXPECT_TRUE(screen.commitBudget(groceries, QStringLiteral("$1,250.50")));
     EXPECT_EQ(budget(), d("1250.5"));
-    EXPECT_EQ(at(screen.budgets(), row).value("budget").toString(), "1250.5");
+    EXPECT_EQ(screen.budgets().value(row).toMap().value("budget").toString(), "1250.5");
     EXPECT_FALSE(screen.commitBudget(groceries, QStringLiteral("1250.50"))); // unchanged: not written
     EXPECT_TRUE(screen.commitBudget(groceries, QStringLiteral("lots")));
     EXPECT_EQ(budget(), std::nullopt);
@@ -85,7 +80,7 @@ TEST_F(Bridges, ReportTextsFollowThePeriod)
     EXPECT_EQ(reports.spendingText(), "$1,200.00");
 }
 
-TEST_F(Bridges, ImportColumnPickersNameEveryColumnAndDriveThePreview)
+TEST_F(Bridges, ImportSheetNamesTheColumnsDrivesThePreviewFlipsAndNeedsAnAccount)
 {
     const QString path = temp.filePath(QStringLiteral("cafe.csv"));
     writeAll(path, "Date,,Amount\n01/02/2025,Corner cafe,-4.50\n");
@@ -105,15 +100,10 @@ TEST_F(Bridges, ImportColumnPickersNameEveryColumnAndDriveThePreview)
     EXPECT_EQ(sheet.choices().at(ImportBridge::Date).toInt(), 1);
     sheet.setChoice(ImportBridge::Date, 0);
     EXPECT_EQ(sheet.previewTitle(), "Preview · 0 new · 0 already in · 1 unreadable");
-}
 
-TEST_F(Bridges, ImportFlipsTheSignsAndNeedsAnAccount)
-{
-    ImportBridge sheet;
-    sheet.setStore(store.get());
     sheet.open(QUrl::fromLocalFile(QStringLiteral(COINHALL_TEST_DATA "/bank/maple_card.csv")));
     sheet.setFlip(true);
-    EXPECT_EQ(at(sheet.previewLines(), 0).value("amountText").toString(), "+$289.00");
+    EXPECT_EQ(sheet.previewLines().value(0).toMap().value("amountText").toString(), "+$289.00");
 
     sheet.setAccount(QString());
     EXPECT_FALSE(sheet.hasPreview());
@@ -127,7 +117,7 @@ TEST_F(Bridges, ImportFlipsTheSignsAndNeedsAnAccount)
     EXPECT_EQ(store->book().transactions.front().accountID, savings.id);
 }
 
-TEST_F(Bridges, ABridgeFollowsOnlyTheStoreItHasNowAndForgetsOneThatIsGone)
+TEST_F(Bridges, ABridgeFollowsOnlyTheStoreItHasRefusesAnythingElseAndForgetsOneThatIsGone)
 {
     auto other = std::make_unique<Store>(
         StoreOptions{temp.filePath(QStringLiteral("other")), nullptr, std::make_shared<NoNotifier>()});
@@ -153,26 +143,22 @@ TEST_F(Bridges, ABridgeFollowsOnlyTheStoreItHasNowAndForgetsOneThatIsGone)
     EXPECT_EQ(screen.store(), nullptr);
     screen.setStore(store.get()); // followed again as any other
     EXPECT_EQ(screen.totalText(), "-$12.00");
-}
 
-TEST_F(Bridges, SomethingElseThanAStoreIsRefusedWithAWarningNamingTheBridge)
-{
-    AccountsBridge screen;
+    // Something else than a Store is refused with a warning that names the bridge.
+    AccountsBridge accounts;
     TransactionListModel lines;
-    screen.setStore(store.get());
+    accounts.setStore(store.get());
     lines.setStore(store.get());
-    line(local(2025, 3, 2, 12), "-5");
     QObject stranger;
     warnings.clear();
     qInstallMessageHandler(keepWarning);
-    screen.setStore(&stranger);
+    accounts.setStore(&stranger);
     lines.setStore(&stranger);
     qInstallMessageHandler(nullptr);
-
     EXPECT_EQ(warnings, (QStringList{"AccountsBridge: the store given is not a Store",
                                      "TransactionListModel: the store given is not a Store"}));
-    EXPECT_EQ(screen.store(), nullptr);
-    EXPECT_TRUE(screen.accounts().isEmpty());
+    EXPECT_EQ(accounts.store(), nullptr);
+    EXPECT_TRUE(accounts.accounts().isEmpty());
     EXPECT_EQ(lines.store(), nullptr);
     EXPECT_EQ(lines.count(), 0);
 }

@@ -31,12 +31,6 @@ public:
     void requestAuthorization() override {}
 };
 
-// The map at `i` of a list a bridge hands QML; empty past its end.
-inline QVariantMap at(const QVariantList &list, qsizetype i)
-{
-    return list.value(i).toMap();
-}
-
 // The text under `key` in each map of such a list.
 inline QStringList column(const QVariantList &list, const char *key)
 {
