@@ -27,13 +27,7 @@ protected:
         EXPECT_TRUE(store.save(b));
         return b;
     }
-    static std::vector<QString> names(const std::vector<Bill> &bills)
-    {
-        std::vector<QString> out;
-        for (const Bill &b : bills)
-            out.push_back(b.name);
-        return out;
-    }
+    static std::vector<QString> names(const std::vector<Bill> &bills) { return each(bills, &Bill::name); }
     const Bill &first() const { return store.book().bills.at(0); }
 };
 

@@ -44,6 +44,15 @@ inline Book studioBook(int lines = 0)
     return book;
 }
 
+// One text field of each record, in order.
+template <class Record> std::vector<QString> each(const std::vector<Record> &records, QString Record::*field)
+{
+    std::vector<QString> out;
+    for (const Record &r : records)
+        out.push_back(r.*field);
+    return out;
+}
+
 // The permission bits in octal ("600"), or "missing"; a link's own.
 inline std::string modeOf(const QString &path)
 {
@@ -103,13 +112,7 @@ protected:
     }
 
     Book onDisk() const { return decodeFile(temp.path() + QStringLiteral("/coinhall.json")); }
-    std::vector<QString> payees() const
-    {
-        std::vector<QString> out;
-        for (const Transaction &t : store.book().transactions)
-            out.push_back(t.payee);
-        return out;
-    }
+    std::vector<QString> payees() const { return each(store.book().transactions, &Transaction::payee); }
 
     Instant today;
     QTemporaryDir temp;
