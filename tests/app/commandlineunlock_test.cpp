@@ -19,11 +19,8 @@ using ExeTesting::Outcome;
 QString contents(std::FILE *file)
 {
     std::rewind(file);
-    QByteArray bytes;
-    char chunk[4096];
-    for (size_t n; (n = std::fread(chunk, 1, sizeof chunk, file)) > 0;)
-        bytes.append(chunk, qsizetype(n));
-    return QString::fromUtf8(bytes);
+    QFile written;
+    return written.open(file, QIODevice::ReadOnly) ? QString::fromUtf8(written.readAll()) : QString("<unreadable>");
 }
 
 void setRequireUnlock(bool on)

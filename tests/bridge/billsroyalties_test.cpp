@@ -5,6 +5,8 @@
 
 #include "bridgetesting.h"
 
+#include <tuple>
+
 namespace {
 
 Bill every(Repeat repeats, const char *amount)

@@ -18,7 +18,6 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <tuple>
 
 using BridgeInput::idText;
 
