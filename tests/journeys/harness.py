@@ -203,12 +203,9 @@ class App:
         test = name if callable(name) else (lambda n: n == name)
         return [n for n in self.nodes(within) if test(n.name) and (role is None or n.getRoleName() == role)]
 
-    def find(self, name, role=None, within=None, timeout=10.0, index=0):
-        def look():
-            found = self.matches(name, role, within)
-            return found[index] if len(found) > index else None
+    def find(self, name, role=None, within=None, timeout=10.0):
         what = f"{role or 'control'} {name!r}" if not callable(name) else f"a {role or 'control'} matching"
-        return self.until(f"{what} on screen", look, timeout)
+        return self.until(f"{what} on screen", lambda: next(iter(self.matches(name, role, within)), None), timeout)
 
     def shows(self, *texts, within=None, timeout=10.0):
         """Waits until every text appears within some accessible name on screen."""

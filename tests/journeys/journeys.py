@@ -214,10 +214,9 @@ def every_screen(j):
     j.start()
     book = j.book()
     lines = book["transactions"] if book else []
-    for key in ("Transactions", "Bills", "Royalties", "Calendar", "Reports", "Accounts", "Dashboard"):
+    for key in ("Transactions", "Bills", "Royalties", "Calendar", "Accounts", "Dashboard", "Reports"):
         j.step(f"show {key}")
         j.screen(key)
-    j.screen("Reports")
     for period in ("Last month", "This year", "Last 12 months", "Last year", "This month"):
         j.step(f"Reports period {period!r}")
         j.press(period, within=j.find("Period", "page tab list"))
@@ -339,13 +338,11 @@ def expect_focus(j, name, after):
 def keyboard_only(j):
     j.start()
     j.step("Shift+Tab back to 'Money out'")
-    for _ in range(30):
+
+    def on_money_out():
         node = focused(j)
-        if node is not None and node.name == "Money out" and node.getRoleName() == "push button":
-            break
-        j.key("shift+Tab")
-    else:
-        raise Failure("30 presses of Shift+Tab never reached 'Money out'")
+        return node is not None and node.name == "Money out" and node.getRoleName() == "push button"
+    j.until("Shift+Tab to reach 'Money out'", lambda: on_money_out() or j.key("shift+Tab"), 10)
     j.key("Return")
     j.find("Money out", "dialog")
     j.step("type the amount where the sheet put the cursor")
