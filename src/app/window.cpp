@@ -5,6 +5,7 @@
 #include "store/store.h"
 
 #include <QDateTime>
+#include <QElapsedTimer>
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
@@ -56,6 +57,23 @@ void reportFirstFrame(QQuickWindow *window)
     });
 }
 
+// With COINHALL_STALLS set, prints each time the window's thread was kept from its
+// events (and so from drawing) for more than 50 ms, so a launcher can measure it.
+void reportStalls(QObject *owner)
+{
+    if (!qEnvironmentVariableIsSet("COINHALL_STALLS"))
+        return;
+    auto *tick = new QTimer(owner);
+    auto last = std::make_shared<QElapsedTimer>();
+    last->start();
+    tick->setInterval(10);
+    QObject::connect(tick, &QTimer::timeout, owner, [last] {
+        if (const qint64 gap = last->restart(); gap > 50)
+            std::fprintf(stderr, "stall %lld ms\n", static_cast<long long>(gap));
+    });
+    tick->start();
+}
+
 } // namespace
 
 void prepareWindowApplication()
@@ -83,8 +101,9 @@ int runWindow(int &argc, char **argv, const QString &dataDir, const std::functio
         return 0;
 
     // Up to about 200,000 lines the books are read before the first frame, in well under
-    // a second; a larger money file is read while the window shows how far it got.
-    Store store({.dir = dataDir, .readInBackgroundFrom = 64 << 20});
+    // a second; a larger money file is read while the window shows how far it got. From
+    // 20,000 lines on (about 7 MB), saving would hold up drawing: it goes to another thread.
+    Store store({.dir = dataDir, .readInBackgroundFrom = 64 << 20, .saveInBackgroundFrom = 20000});
     Store::setShared(&store);
 
     QQmlApplicationEngine engine;
@@ -94,6 +113,7 @@ int runWindow(int &argc, char **argv, const QString &dataDir, const std::functio
     if (!window)
         return 1;
     reportFirstFrame(window);
+    reportStalls(window);
     QObject::connect(&singleCopy, &SingleCopy::raiseRequested, window, [window] { bringForward(window); });
 
     // Once the window is up: permission for bill reminders, then the first schedule.

@@ -86,6 +86,8 @@ QString change(Store &store, qint64 n)
 void keepChanging(Store &store, qint64 n)
 {
     const QString kind = change(store, n);
+    // A large Book is written on another thread: the change is told once it is on disk.
+    store.finishSaving();
     const Book &book = store.book();
     const auto edited = std::find_if(book.transactions.begin(), book.transactions.end(),
                                      [](const Transaction &t) { return t.payee == QLatin1String("Edited"); });

@@ -10,6 +10,7 @@
 
 Saved Store::importTransactions(const std::vector<Transaction> &txs, const QString &fileName)
 {
+    settle();
     if (!txs.empty()) {
         OneWrite once(*this);
         m_book.transactions.insert(m_book.transactions.end(), txs.begin(), txs.end());

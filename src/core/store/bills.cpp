@@ -16,6 +16,7 @@ constexpr int dueDateSteps = 400;
 void Store::setClock(std::function<Instant()> now)
 {
     m_clock = std::move(now);
+    m_sums.reset();
 }
 
 Instant Store::now() const
@@ -66,6 +67,7 @@ std::vector<Instant> Store::dueDates(const Bill &bill, const ClosedRange &range)
 
 Saved Store::pay(const Bill &passed, std::optional<Decimal> amount, Instant on, std::optional<QUuid> accountID)
 {
+    settle();
     // A copy: the caller may hand in the stored record itself, which changes below.
     const Bill bill = passed;
     if (findById(m_book.bills, bill.id) == m_book.bills.end())
@@ -109,6 +111,7 @@ Saved Store::pay(const Bill &passed, std::optional<Decimal> amount, Instant on, 
 
 Saved Store::skip(const Bill &bill)
 {
+    settle();
     const auto stored = findById(m_book.bills, bill.id);
     if (stored == m_book.bills.end())
         return {};
@@ -122,6 +125,7 @@ Saved Store::skip(const Bill &bill)
 
 Saved Store::save(const Bill &bill)
 {
+    settle();
     upsertById(m_book.bills, bill);
     assigned();
     return done(tr("Saved bill %1.").arg(bill.name));
@@ -129,6 +133,7 @@ Saved Store::save(const Bill &bill)
 
 Saved Store::deleteBill(const Bill &bill)
 {
+    settle();
     if (!eraseById(m_book.bills, bill.id))
         return {};
     assigned();

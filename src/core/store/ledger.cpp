@@ -29,13 +29,21 @@ void restoreOrder(std::vector<Transaction> &lines, size_t appended)
         return;
     }
     std::stable_sort(oldEnd, lines.end(), newerFirst);
-    std::inplace_merge(lines.begin(), oldEnd, lines.end(), newerFirst);
+    if (appended > 16) {
+        std::inplace_merge(lines.begin(), oldEnd, lines.end(), newerFirst);
+        return;
+    }
+    // A few lines (one change in the window) are each moved to their place: the merge
+    // would first take a buffer as large as the whole list.
+    for (auto line = oldEnd; line != lines.end(); ++line)
+        std::rotate(std::upper_bound(lines.begin(), line, *line, newerFirst), line, line + 1);
 }
 
 } // namespace
 
 Saved Store::add(const Transaction &tx)
 {
+    settle();
     {
         OneWrite once(*this);
         m_book.transactions.push_back(tx);
@@ -47,6 +55,7 @@ Saved Store::add(const Transaction &tx)
 
 Saved Store::update(const Transaction &tx)
 {
+    settle();
     auto &lines = m_book.transactions;
     const auto found = findById(lines, tx.id);
     if (found == lines.end())
@@ -65,6 +74,7 @@ Saved Store::update(const Transaction &tx)
 
 Saved Store::save(const TransactionEdit &edit)
 {
+    settle();
     Transaction tx;
     if (edit.id) {
         const std::optional<Transaction> stored = findById(std::as_const(m_book.transactions), *edit.id);
@@ -97,6 +107,7 @@ Saved Store::save(const TransactionEdit &edit)
 
 Saved Store::deleteTransaction(const Transaction &tx)
 {
+    settle();
     // Copies: `tx` may be one of the lines being removed.
     const QUuid id = tx.id;
     const std::optional<QUuid> pair = tx.transferPairID;
@@ -148,6 +159,7 @@ bool isSending(const Transaction &side)
 
 Saved Store::transfer(const QUuid &from, const QUuid &to, const Decimal &amount, Instant date, const QString &note)
 {
+    settle();
     const TransferEdit edit{from, to, amount.magnitude(), date, note};
     auto [sending, receiving] = transferSides(edit, accountName(from), accountName(to));
     {
@@ -176,6 +188,7 @@ std::optional<TransferEdit> Store::transferOf(const Transaction &side) const
 
 Saved Store::updateTransfer(const Transaction &side, const TransferEdit &edit)
 {
+    settle();
     // Copies: `side` may be one of the lines replaced below.
     const Transaction given = side;
     const std::optional<Transaction> stored = findById(std::as_const(m_book.transactions), given.id);
@@ -215,12 +228,45 @@ void Store::sortNewestFirst(size_t appended)
     restoreOrder(m_book.transactions, appended);
 }
 
+Decimal Store::Sums::of(const QUuid &account) const
+{
+    for (const auto &[id, sum] : all)
+        if (id == account)
+            return sum;
+    return {};
+}
+
+const Store::Sums &Store::sums() const
+{
+    if (m_sums)
+        return *m_sums;
+    Sums &s = m_sums.emplace();
+    s.at = now();
+    for (const Transaction &t : m_book.transactions) {
+        auto entry = std::find_if(s.all.begin(), s.all.end(), [&](const auto &e) { return e.first == t.accountID; });
+        if (entry == s.all.end())
+            entry = s.all.insert(s.all.end(), {t.accountID, Decimal()});
+        entry->second += t.amount;
+        if (t.date > s.at)
+            s.later.push_back(&t);
+    }
+    return s;
+}
+
 Decimal Store::balance(const Account &account, Instant upTo) const
 {
+    const Sums &s = sums();
     Decimal sum = account.opening;
-    for (const Transaction &t : m_book.transactions)
-        if (t.accountID == account.id && t.date <= upTo)
-            sum += t.amount;
+    if (upTo < s.at) { // a balance in the past: through the lines
+        for (const Transaction &t : m_book.transactions)
+            if (t.accountID == account.id && t.date <= upTo)
+                sum += t.amount;
+        return sum;
+    }
+    sum += s.of(account.id);
+    for (const Transaction *t : s.later)
+        if (t->accountID == account.id && t->date > upTo)
+            sum -= t->amount;
     return sum;
 }
 
@@ -234,14 +280,9 @@ std::vector<Account> Store::activeAccounts() const
 
 Decimal Store::totalBalance() const
 {
-    // One pass over the lines, however many accounts there are.
-    const std::vector<Account> active = activeAccounts();
     Decimal total;
-    for (const Account &a : active)
-        total += a.opening;
-    for (const Transaction &t : m_book.transactions)
-        if (std::any_of(active.begin(), active.end(), [&](const Account &a) { return a.id == t.accountID; }))
-            total += t.amount;
+    for (const Account &a : activeAccounts())
+        total += a.opening + sums().of(a.id);
     return total;
 }
 
@@ -258,6 +299,7 @@ QString Store::accountName(const QUuid &id) const
 
 Saved Store::save(const Account &account)
 {
+    settle();
     upsertById(m_book.accounts, account);
     assigned();
     return done();
@@ -271,6 +313,7 @@ bool Store::hasTransactions(const Account &account) const
 
 Saved Store::deleteAccount(const Account &account)
 {
+    settle();
     if (hasTransactions(account) || !eraseById(m_book.accounts, account.id))
         return {};
     assigned();

@@ -106,9 +106,25 @@ std::vector<MonthFlow> monthly(const Book &book, Instant now, int months)
 {
     Q_ASSERT(months >= 0);
     std::vector<MonthFlow> flows;
+    std::vector<ClosedRange> ranges;
     for (int back = months - 1; back >= 0; --back) {
-        const ClosedRange month = Calendar::monthRange(Calendar::addMonths(now, -back));
-        flows.push_back({month.lower, income(book, month), spending(book, month)});
+        ranges.push_back(Calendar::monthRange(Calendar::addMonths(now, -back)));
+        flows.push_back({ranges.back().lower, {}, {}});
+    }
+    if (ranges.empty())
+        return flows;
+    // One pass for all the months: the chart follows every change of a large Book.
+    const ClosedRange all{ranges.front().lower, ranges.back().upper};
+    for (const Transaction &t : book.transactions) {
+        const bool in = counts(t, all, Side::in);
+        if (!in && !counts(t, all, Side::out))
+            continue;
+        for (std::size_t i = 0; i < ranges.size(); ++i) {
+            if (ranges[i].lower <= t.date && t.date <= ranges[i].upper) {
+                (in ? flows[i].in : flows[i].out) += in ? t.amount : t.amount.negated();
+                break;
+            }
+        }
     }
     return flows;
 }

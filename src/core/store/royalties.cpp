@@ -47,6 +47,7 @@ Decimal Store::royaltiesReceivedThisYear() const
 
 Saved Store::receive(const Royalty &passed, const Decimal &amount, Instant on, std::optional<QUuid> accountID)
 {
+    settle();
     // A copy: the caller may hand in the stored record itself, which changes below.
     const Royalty royalty = passed;
     const auto stored = findById(m_book.royalties, royalty.id);
@@ -102,6 +103,7 @@ Saved Store::receive(const Royalty &passed, const Decimal &amount, Instant on, s
 
 Saved Store::save(const Royalty &royalty)
 {
+    settle();
     upsertById(m_book.royalties, royalty);
     assigned();
     return done();
@@ -109,6 +111,7 @@ Saved Store::save(const Royalty &royalty)
 
 Saved Store::deleteRoyalty(const Royalty &royalty)
 {
+    settle();
     if (!eraseById(m_book.royalties, royalty.id))
         return {};
     assigned();

@@ -111,6 +111,7 @@ Store::Store(StoreOptions options, QObject *parent)
     , m_dir(options.dir.isEmpty() ? defaultDir() : QDir(options.dir).absolutePath())
     , m_authenticator(std::move(options.authenticator))
     , m_notifier(std::move(options.notifier))
+    , m_saveInBackgroundFrom(options.saveInBackgroundFrom)
 {
     makePrivateFolder(m_dir);
 
@@ -199,9 +200,11 @@ QString Store::loadingText() const
 
 Store::~Store()
 {
-    // A window closed while its books were still being read waits for the reading.
+    // A window closed while its books were still being read waits for the reading, and
+    // one closed right after a change for its write.
     if (m_reader)
         m_reader->wait();
+    finishSaving();
 }
 
 QString Store::moneyFilePath() const
@@ -293,6 +296,7 @@ void Store::keepUnrounded(int count, const QString &first)
 
 Saved Store::setBook(Book book)
 {
+    settle();
     m_book = std::move(book);
     assigned();
     return done();
@@ -300,6 +304,7 @@ Saved Store::setBook(Book book)
 
 void Store::assigned()
 {
+    m_sums.reset();
     if (m_oneWriteDepth > 0) {
         m_pendingWrite = m_pendingWrite || !m_loading;
         m_pendingNotify = true;
@@ -349,6 +354,11 @@ bool Store::save()
     if (!m_lock)
         return fail(tr("another Coinhall has this money file open"));
 
+    if (m_book.transactions.size() >= m_saveInBackgroundFrom) {
+        saveInBackground();
+        m_saveError.clear();
+        return true;
+    }
     const QByteArray bytes = MoneyFile::encode(m_book);
     QString reason;
     if (!writeFileAtomically(moneyFilePath(), bytes, &reason, ownerOnlyFile))
@@ -358,6 +368,49 @@ bool Store::save()
     keepFolderPrivate(backupsFolder());
     m_saveError.clear();
     return true;
+}
+
+void Store::saveInBackground()
+{
+    auto encoded = std::make_shared<std::promise<void>>();
+    m_encoded = encoded->get_future().share();
+    m_saving = std::thread([this, encoded, before = std::move(m_saving), path = moneyFilePath(),
+                            folders = QStringList{m_dir, backupsFolder()}]() mutable {
+        const QByteArray bytes = MoneyFile::encode(m_book);
+        encoded->set_value();
+        // The earlier write lands first, so the file never goes back to an older Book.
+        if (before.joinable())
+            before.join();
+        QString reason;
+        const bool written = writeFileAtomically(path, bytes, &reason, ownerOnlyFile);
+        if (written) {
+            for (const QString &folder : folders)
+                keepFolderPrivate(folder);
+        }
+        QMetaObject::invokeMethod(
+            this,
+            [this, written, reason] {
+                if (written)
+                    return;
+                m_saveError = tr("Could not save: %1").arg(reason);
+                setStatus(m_saveError);
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void Store::finishSaving()
+{
+    if (m_saving.joinable())
+        m_saving.join();
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall); // a failure to report
+}
+
+void Store::settle()
+{
+    m_sums.reset(); // a change is about to begin
+    if (m_encoded.valid())
+        m_encoded.wait();
 }
 
 Saved Store::done(const QString &text)

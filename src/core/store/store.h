@@ -18,9 +18,11 @@
 #include <atomic>
 
 #include <functional>
+#include <future>
 #include <limits>
 #include <memory>
 #include <optional>
+#include <thread>
 #include <vector>
 
 // How a Store is made. The defaults are the running program's.
@@ -35,6 +37,10 @@ struct StoreOptions
     // A money file of at least this many bytes is read on another thread: the Store
     // starts `loading`, with an empty Book, and fills in when the file is read.
     qint64 readInBackgroundFrom = std::numeric_limits<qint64>::max();
+    // A Book of at least this many lines is saved on another thread: an operation's
+    // outcome then tells only what went wrong at once, and a write that fails later
+    // puts "Could not save: <reason>" in the status line.
+    std::size_t saveInBackgroundFrom = std::numeric_limits<std::size_t>::max();
 };
 
 // What a Store operation that changes data came to. True when the Book took the
@@ -167,8 +173,11 @@ public:
     double loadProgress() const;
     QString loadingText() const;
 
-    // Writes the Book to the money file now. False (and `status` says why) on failure.
+    // Writes the Book to the money file now (or, for a large Book, starts writing it).
+    // False (and `status` says why) on failure.
     bool save();
+    // Waits until every change is in the money file, or its failure in the status line.
+    void finishSaving();
     // Asks the owner to prove who they are; `locked` clears on success. An empty
     // password is never checked, since failed-login counting (pam_faillock) would count
     // it against the owner: it opens the books only on a computer that cannot check
@@ -331,7 +340,13 @@ protected:
     };
 
     // The Book to change in place; follow with assigned().
-    Book &mutableBook() { return m_book; }
+    Book &mutableBook()
+    {
+        settle();
+        return m_book;
+    }
+    // Waits until no background save is reading the Book: every change calls it first.
+    void settle();
     // The change hook: the Book was assigned.
     void assigned();
     // Writes an export's bytes to `path`; "Saved <file name>." or "Could not save: ...".
@@ -357,6 +372,8 @@ private:
     // The rest of the start once the Book is whole: defaults, backup, status line.
     void started();
     void readInBackground(qint64 size);
+    // Encodes the Book on another thread, then writes it after the write before it.
+    void saveInBackground();
     // Keeps a copy of a money file whose over-long amounts were rounded as it was read
     // (`count` of them, the first at `first`) and says so.
     void keepUnrounded(int count, const QString &first);
@@ -381,6 +398,10 @@ private:
     std::unique_ptr<QThread> m_reader;
     std::atomic<qint64> m_bytesRead = 0;
     qint64 m_fileBytes = 0;
+    // The last background save, and when its encoding stops reading the Book.
+    std::size_t m_saveInBackgroundFrom;
+    std::thread m_saving;
+    std::shared_future<void> m_encoded;
     std::shared_ptr<Authenticator> m_authenticator;
     static QPointer<Store> s_shared;
 
@@ -393,4 +414,17 @@ private:
 
     // The Store's clock (bills.cpp); empty means Instant::now. Tests pin it.
     std::function<Instant()> m_clock;
+
+    // Each account's sum of all its lines, and the lines dated after `at`: made by the
+    // first balance asked for after a change, so the screens that show balances after
+    // every change do not each go through all the lines (ledger.cpp).
+    struct Sums
+    {
+        Instant at;
+        std::vector<std::pair<QUuid, Decimal>> all;
+        std::vector<const Transaction *> later;
+        Decimal of(const QUuid &account) const;
+    };
+    const Sums &sums() const;
+    mutable std::optional<Sums> m_sums;
 };

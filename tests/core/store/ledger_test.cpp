@@ -58,6 +58,7 @@ TEST_F(Ledger, TransferMakesTwoLinkedSidesWhateverTheSign)
                                true, TxKind::transfer, out.id}));
     EXPECT_NE(out.id, in.id);
     EXPECT_EQ(changes, 1); // one change, one write
+    EXPECT_EQ(store.status(), "Moved $50.00.");
 
     EXPECT_TRUE(store.transfer(checking.id, QUuid::createUuid(), d("1"), at("2025-03-03T09:00:00Z"), {}));
     EXPECT_EQ(store.book().transactions[0].payee, "Transfer to ");
@@ -157,4 +158,37 @@ TEST_F(Ledger, CategoryPickersLeaveOutTransfer)
     const QStringList spending = store.categories(false), income = store.categories(true);
     EXPECT_TRUE(spending.contains("Groceries") && !spending.contains("Royalties") && !spending.contains("Transfer"));
     EXPECT_TRUE(income.contains("Royalties") && !income.contains("Groceries") && !income.contains("Transfer"));
+}
+
+// The transaction editor's save: its side gives the sign, and money in filed under
+// Royalties is a royalty; a changed line keeps what the editor does not show.
+TEST_F(Ledger, TheEditorsSideGivesTheSignAndKindAndAChangedLineKeepsTheRest)
+{
+    EXPECT_TRUE(
+        store.save(TransactionEdit{{}, false, at("2025-03-14T09:30:00.250Z"), d("4.5"), "Cafe", "", checking.id}));
+    EXPECT_EQ(store.status(), "Spent $4.50 · Cafe.");
+    Transaction spent = store.book().transactions[0];
+    EXPECT_EQ(spent.amount, d("-4.5"));
+    EXPECT_EQ(spent.kind, TxKind::expense);
+    EXPECT_EQ(spent.date, at("2025-03-14T09:30:00Z")); // whole seconds, as the file keeps them
+    EXPECT_TRUE(store.save(
+        TransactionEdit{{}, true, at("2025-03-14T12:00:00Z"), d("-312.4"), "Label", "Royalties", savings.id}));
+    EXPECT_EQ(store.status(), "Logged $312.40 · Label.");
+    EXPECT_EQ(store.book().transactions[0].amount, d("312.4"));
+    EXPECT_EQ(store.book().transactions[0].kind, TxKind::royalty);
+    EXPECT_TRUE(store.save(TransactionEdit{{}, true, at("2025-03-14T13:00:00Z"), d("5"), "Club", "Gigs", savings.id}));
+    EXPECT_EQ(store.book().transactions[0].kind, TxKind::deposit);
+
+    spent.kind = TxKind::bill;
+    spent.importHash = QStringLiteral("abc123");
+    spent.transferPairID = newId();
+    EXPECT_TRUE(store.update(spent));
+    EXPECT_TRUE(store.save(TransactionEdit{spent.id, false, spent.date, d("5"), "Cafe LLC", "", checking.id}));
+    EXPECT_EQ(store.book().transactions.size(), 3u);
+    const Transaction saved = store.book().transactions[2];
+    EXPECT_EQ(saved.id, spent.id);
+    EXPECT_EQ(saved.payee, "Cafe LLC");
+    EXPECT_EQ(saved.kind, TxKind::bill) << "a bill payment stays one";
+    EXPECT_EQ(saved.importHash, spent.importHash);
+    EXPECT_EQ(saved.transferPairID, spent.transferPairID);
 }

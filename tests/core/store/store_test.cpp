@@ -79,6 +79,28 @@ TEST_F(StoreStart, ALargeFileIsReadInTheBackground)
     EXPECT_EQ(store.book().accounts.size(), 2u);
 }
 
+// A large Book is saved on another thread: changes made one after another land in
+// order, the last is in the file once the Store closes, and a write that fails later
+// says so in the status line.
+TEST_F(StoreStart, ALargeBookIsSavedInTheBackground)
+{
+    Book last;
+    {
+        Store store({.dir = dir, .saveInBackgroundFrom = 0});
+        for (int i = 0; i < 20; ++i)
+            EXPECT_TRUE(store.add(line(store.book().accounts[0], "2025-03-04T09:00:00Z", "-1")));
+        last = store.book();
+    }
+    EXPECT_EQ(decodeFile(file()), last);
+
+    Store store({.dir = dir, .saveInBackgroundFrom = 0});
+    QFile::remove(file());
+    QDir().mkpath(file()); // nothing can be written there
+    EXPECT_TRUE(store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-2")));
+    store.finishSaving();
+    EXPECT_EQ(store.status(), "Could not save: Is a directory");
+}
+
 // Today's backup is one of the thirty kept; the oldest names go.
 TEST_F(StoreStart, CrowdedBackupsKeepTheThirtyNewestTodaysAmongThem)
 {
