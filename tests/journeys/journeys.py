@@ -68,7 +68,6 @@ class Journey(App):
         self.saves = 0
 
     def sheet(self, opener, title, role="push button", within=None):
-        """Presses `opener` and gives the sheet that opens."""
         self.step(f"open {title!r}")
         self.press(opener, role, within)
         return self.find(title, "dialog")
@@ -80,7 +79,6 @@ class Journey(App):
             self.fill(self.find(lambda n: n.startswith(label), "text", within=dialog), text)
 
     def enter(self, opener, title, fields, check, key="Save", within=None):
-        """Opens a sheet, fills it in and saves it."""
         s = self.sheet(opener, title, within=within)
         self.fill_in(s, fields)
         self.save(s, check, key)
@@ -226,7 +224,6 @@ def every_screen(j):
     j.screen("Transactions")
 
     def shown(what, keep, *also, action=lambda: None):
-        """Does `action`, then the line count shows the lines `keep` takes."""
         j.step(f"Transactions, {what}")
         action()
         n = sum(1 for t in lines if keep(t))
