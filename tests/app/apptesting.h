@@ -14,6 +14,7 @@ struct Outcome
     int status = -1;
     QString out;
     QString err;
+    auto all() const { return std::tuple(status, out, err); }
 };
 
 // Runs the real coinhall executable in a private root folder: its own data,

@@ -20,14 +20,11 @@ const QString harbor = QStringLiteral(COINHALL_TEST_DATA "/bank/harbor_checking.
 TEST_F(CommandLine, ImportPreviewsAndRefusesWithoutWritingAndCheckReadsGoodAndBrokenBooks)
 {
     Outcome run = onBooks({"import", harbor, "--account", "Savings", "--dry-run"});
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.out, "Preview · 14 new · 1 already in · 2 unreadable\n");
+    EXPECT_EQ(std::tuple(run.status, run.out), std::tuple(0, "Preview · 14 new · 1 already in · 2 unreadable\n"));
 
     auto refused = [&](const QStringList &arguments, int status, const QString &err) {
-        const Outcome refusal = onBooks(QStringList{"import"} + arguments);
-        EXPECT_EQ(refusal.status, status) << qPrintable(arguments.join(' '));
-        EXPECT_EQ(refusal.err, err);
-        EXPECT_EQ(refusal.out, "");
+        EXPECT_EQ(onBooks(QStringList{"import"} + arguments).all(), std::tuple(status, "", err))
+            << qPrintable(arguments.join(' '));
     };
     refused(
         {harbor, "--account", "main checking"}, 2,
@@ -44,31 +41,27 @@ TEST_F(CommandLine, ImportPreviewsAndRefusesWithoutWritingAndCheckReadsGoodAndBr
     const QByteArray bytes = readAll(books() + "/coinhall.json");
     EXPECT_EQ(onBooks({"import", harbor, "--account", "Savings", "--dry-run"}).out,
               "Preview · 0 new · 15 already in · 2 unreadable\n");
-    EXPECT_EQ(listing(books()), before);
-    EXPECT_EQ(readAll(books() + "/coinhall.json"), bytes);
+    EXPECT_EQ(std::tuple(listing(books()), readAll(books() + "/coinhall.json")), std::tuple(before, bytes));
 
     run = onBooks({"check"});
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.out, "OK: 2 accounts, 14 transactions, 0 bills, 0 royalties\n");
-    QByteArray broken = bytes;
-    broken.replace("\"deposit\"", "\"gift\"");
+    EXPECT_EQ(std::tuple(run.status, run.out),
+              std::tuple(0, "OK: 2 accounts, 14 transactions, 0 bills, 0 royalties\n"));
+    const QByteArray broken = QByteArray(bytes).replace("\"deposit\"", "\"gift\"");
     write("books/coinhall.json", broken);
     const QStringList brokenBooks = listing(books());
     run = onBooks({"check"});
-    EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.out, "transactions[0].kind: unknown value \"gift\"\n");
+    EXPECT_EQ(std::tuple(run.status, run.out), std::tuple(1, "transactions[0].kind: unknown value \"gift\"\n"));
     // A writing command leaves such a file alone instead of setting it aside.
     run = onBooks({"import", harbor, "--account", "Savings"});
-    EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.err, "The money file " + books() +
-                           "/coinhall.json could not be used: transactions[0].kind: unknown value \"gift\"\n");
-    EXPECT_EQ(listing(books()), brokenBooks);
-    EXPECT_EQ(readAll(books() + "/coinhall.json"), broken);
+    EXPECT_EQ(std::tuple(run.status, run.err),
+              std::tuple(1, "The money file " + books() +
+                                "/coinhall.json could not be used: transactions[0].kind: unknown value \"gift\"\n"));
+    EXPECT_EQ(std::tuple(listing(books()), readAll(books() + "/coinhall.json")), std::tuple(brokenBooks, broken));
 
     QFile::remove(books() + "/coinhall.json");
     run = onBooks({"check"});
-    EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.err, "There is no money file at " + books() + "/coinhall.json.\n");
+    EXPECT_EQ(std::tuple(run.status, run.err),
+              std::tuple(1, "There is no money file at " + books() + "/coinhall.json.\n"));
 }
 
 TEST_F(CommandLine, ImportTakesTheColumnsAndFlipItIsGivenAndExportWritesThem)
@@ -84,8 +77,7 @@ TEST_F(CommandLine, ImportTakesTheColumnsAndFlipItIsGivenAndExportWritesThem)
               "Preview · 2 new · 0 already in · 0 unreadable\nImported 2 transactions from card.csv.\n");
 
     const Outcome run = onBooks({"export", "out.csv"});
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.out, "Saved out.csv.\n");
+    EXPECT_EQ(std::tuple(run.status, run.out), std::tuple(0, "Saved out.csv.\n"));
     EXPECT_EQ(
         readAll(path("out.csv")),
         "Date,Account,Payee,Category,Amount,Type,Cleared,Note\n"
@@ -97,8 +89,7 @@ TEST_F(CommandLine, ImportTakesTheColumnsAndFlipItIsGivenAndExportWritesThem)
     EXPECT_EQ(onBooks({"export", "out.xml", "--format", "xml"}).err,
               "--format is csv or ledger, not \"xml\".\nSee coinhall --help.\n");
     const Outcome failed = onBooks({"export", path("no-such-folder/out.csv")});
-    EXPECT_EQ(failed.status, 1);
-    EXPECT_EQ(failed.err, "Could not save: No such file or directory\n");
+    EXPECT_EQ(std::tuple(failed.status, failed.err), std::tuple(1, "Could not save: No such file or directory\n"));
 }
 
 TEST_F(CommandLine, ReportShowsTheTilesAndBothCategoryListsAsTextAndTsv)
@@ -143,8 +134,8 @@ TEST_F(CommandLine, ReportShowsTheTilesAndBothCategoryListsAsTextAndTsv)
     EXPECT_EQ(onBooks({"report", "--period", "last-year", "--tsv"}).out,
               "income\t\t0\nspending\t\t0\nnet\t\t0\nroyalty-share\t\t\n");
     run = onBooks({"report", "--period", "next-year"});
-    EXPECT_EQ(run.status, 2);
-    EXPECT_TRUE(run.err.startsWith("Unknown period \"next-year\"")) << qPrintable(run.err);
+    EXPECT_EQ(std::tuple(run.status, run.err.startsWith("Unknown period \"next-year\"")), std::tuple(2, true))
+        << qPrintable(run.err);
 }
 
 } // namespace

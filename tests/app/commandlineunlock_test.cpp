@@ -49,16 +49,13 @@ protected:
     // Runs a command on the test's books with `typed` on standard input.
     Outcome run(const QStringList &command, const QByteArray &typed)
     {
-        std::FILE *in = std::tmpfile();
-        std::FILE *out = std::tmpfile();
-        std::FILE *err = std::tmpfile();
+        std::FILE *in = std::tmpfile(), *out = std::tmpfile(), *err = std::tmpfile();
         std::fwrite(typed.constData(), 1, size_t(typed.size()), in);
         std::rewind(in);
         const CommandLineUnlock unlock{in, std::make_shared<PamAuthenticator>(QStringLiteral("coinhall"), path("pam"))};
-        Outcome outcome;
-        outcome.status = runCommandLine(QStringList{"--data-dir", books()} + command, out, err, unlock);
-        outcome.out = contents(out);
-        outcome.err = contents(err);
+        // Braces run in order: the command first, then what it wrote is read.
+        const Outcome outcome{runCommandLine(QStringList{"--data-dir", books()} + command, out, err, unlock),
+                              contents(out), contents(err)};
         for (std::FILE *f : {in, out, err})
             std::fclose(f);
         return outcome;
@@ -75,27 +72,23 @@ TEST_F(CommandLineUnlockTest, EveryCommandNeedsThePasswordAndNoneIsAskedWhenTheL
          {QStringList{"check"}, QStringList{"report"}, QStringList{"export", path("out.csv")},
           QStringList{"import", path("bank.csv"), "--account", "Studio account"}}) {
         for (const QByteArray &typed : {QByteArray("wrong\n"), QByteArray(""), QByteArray("open sesame!\n")}) {
-            const Outcome c = run(command, typed);
-            EXPECT_EQ(c.status, ExitStatus::failed) << qPrintable(command.join(' ')) << " " << typed.constData();
-            EXPECT_EQ(c.out, "");
-            EXPECT_EQ(c.err, "That password did not open Coinhall, so nothing was read or changed.\n");
+            EXPECT_EQ(run(command, typed).all(),
+                      std::tuple(ExitStatus::failed, "",
+                                 "That password did not open Coinhall, so nothing was read or changed.\n"))
+                << qPrintable(command.join(' ')) << " " << typed.constData();
         }
     }
-    EXPECT_EQ(readAll(books() + "/coinhall.json"), before);
-    EXPECT_EQ(listing(m_root.path()), files);
-
-    Outcome c = run({"check"}, "open sesame\n");
-    EXPECT_EQ(c.status, ExitStatus::ok);
-    EXPECT_EQ(c.out, "OK: 1 accounts, 0 transactions, 0 bills, 0 royalties\n");
-    EXPECT_EQ(c.err, "");
+    EXPECT_EQ(std::tuple(readAll(books() + "/coinhall.json"), listing(m_root.path())), std::tuple(before, files));
+    EXPECT_EQ(run({"check"}, "open sesame\n").all(),
+              std::tuple(ExitStatus::ok, "OK: 1 accounts, 0 transactions, 0 bills, 0 royalties\n", ""));
 
     // A line typed on Windows ends in CR LF.
-    c = run({"import", path("bank.csv"), "--account", "Studio account"}, "open sesame\r\n");
+    Outcome c = run({"import", path("bank.csv"), "--account", "Studio account"}, "open sesame\r\n");
     EXPECT_EQ(c.status, ExitStatus::ok) << qPrintable(c.err);
     EXPECT_TRUE(c.out.endsWith("Imported 1 transactions from bank.csv.\n")) << qPrintable(c.out);
 
     setRequireUnlock(false);
     c = run({"check"}, "");
-    EXPECT_EQ(c.status, ExitStatus::ok);
-    EXPECT_EQ(c.out, "OK: 1 accounts, 1 transactions, 0 bills, 0 royalties\n");
+    EXPECT_EQ(std::tuple(c.status, c.out),
+              std::tuple(ExitStatus::ok, "OK: 1 accounts, 1 transactions, 0 bills, 0 royalties\n"));
 }

@@ -161,8 +161,7 @@ TEST(LockScreen, LockedWindowOffersTheLockAndNothingOfTheBooks)
                    (role < 0 || node.section('\t', 1, 1).toInt() == role) && node.section('\t', 2).contains(text);
         });
     };
-    EXPECT_TRUE(inMain("COINHALL IS LOCKED"));
-    EXPECT_TRUE(inMain("Unlock", QAccessible::Button));
+    EXPECT_EQ(std::tuple(inMain("COINHALL IS LOCKED"), inMain("Unlock", QAccessible::Button)), std::tuple(true, true));
     // Not even the screens' keys are there to reach, nor anything of the books in any window.
     for (const char *key : {"Money out", "Transactions", "Console"})
         EXPECT_FALSE(inMain(key)) << key;

@@ -166,20 +166,18 @@ TEST_F(WindowProcesses, WhileAWindowRunsOthersOnlyReadAndOnceItIsKilledTheyWrite
 
     // The command line refuses to write and goes on reading.
     const QString harbor = QStringLiteral(COINHALL_TEST_DATA "/bank/harbor_checking.csv");
-    Outcome run = onBooks({"import", harbor, "--account", "Savings"});
-    EXPECT_EQ(run.status, 3);
-    EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err, "Coinhall is open with the money file in " + books() +
-                           ", so nothing was changed. Close Coinhall and try again.\n");
+    EXPECT_EQ(onBooks({"import", harbor, "--account", "Savings"}).all(),
+              std::tuple(3, "",
+                         "Coinhall is open with the money file in " + books() +
+                             ", so nothing was changed. Close Coinhall and try again.\n"));
     EXPECT_EQ(onBooks({"import", harbor, "--account", "Savings", "--dry-run"}).out,
               "Preview · 14 new · 1 already in · 2 unreadable\n");
-    EXPECT_EQ(snapshot(), before);
-    EXPECT_FALSE(QFileInfo::exists(todaysBackup()));
+    EXPECT_EQ(std::tuple(snapshot(), QFileInfo::exists(todaysBackup())), std::tuple(before, false));
 
     // kill -9 leaves the lock file behind; the lock of a process that is gone is taken over.
     first.killHard();
     ASSERT_TRUE(QFileInfo::exists(books() + "/coinhall.lock"));
-    run = onBooks({"import", harbor, "--account", "Savings"});
+    const Outcome run = onBooks({"import", harbor, "--account", "Savings"});
     EXPECT_EQ(run.status, 0) << qPrintable(run.err);
 }
 
@@ -245,9 +243,7 @@ TEST_F(WindowProcesses, KilledAtRandomMomentsAlwaysLeavesWholeBooks)
                 giveUpMs);
         } else {
             // Somewhere in the saves, once they have begun.
-            if (changing) {
-                EXPECT_TRUE(running.waitFor("\n")) << running.out.constData() << running.err.constData();
-            }
+            EXPECT_TRUE(!changing || running.waitFor("\n")) << running.out.constData() << running.err.constData();
             QThread::msleep(random.bounded(startMs));
         }
         running.killHard();
@@ -256,13 +252,9 @@ TEST_F(WindowProcesses, KilledAtRandomMomentsAlwaysLeavesWholeBooks)
 
         // The program's window only reads at start: the file is exactly as it was.
         const QByteArray after = readAll(moneyFile());
-        if (!changing) {
-            EXPECT_TRUE(after == bytes);
-        }
+        EXPECT_TRUE(changing || after == bytes);
         // A backup is whole or not there at all.
-        if (QFileInfo::exists(todaysBackup())) {
-            EXPECT_TRUE(readAll(todaysBackup()) == bytes);
-        }
+        EXPECT_TRUE(!QFileInfo::exists(todaysBackup()) || readAll(todaysBackup()) == bytes);
         // A write cut short is left only under its one in-progress name...
         const QStringList cutShort = strays();
         writesCutShort += int(cutShort.size());
@@ -272,10 +264,8 @@ TEST_F(WindowProcesses, KilledAtRandomMomentsAlwaysLeavesWholeBooks)
         // ...which the next start clears away; it decodes the file and opens it as it
         // is, with nothing to report.
         Store next(StoreOptions{books()});
-        EXPECT_TRUE(next.writable());
-        EXPECT_EQ(next.loadError(), "");
-        EXPECT_EQ(next.status(), "");
-        EXPECT_EQ(strays(), QStringList());
+        EXPECT_EQ(std::tuple(next.writable(), next.loadError(), next.status(), strays()),
+                  std::tuple(true, "", "", QStringList()));
         if (changing)
             changesSeen += checkChanges(before, next.book(), running.out);
         if (HasFailure())

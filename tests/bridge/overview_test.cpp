@@ -45,8 +45,8 @@ TEST_F(Overview, ADaysItemsComeAsBillsThenRoyaltiesThenMoneyInAndOut)
                                          "Money out -14.5 4"}));
     EXPECT_EQ(CalendarGrid::helpText(m.days[11]), "Rent: $1,200.00\nPhone: $65.50\nASCAP: $20.00\nBMI: $80.00\n"
                                                   "Money in: $500.00\nMoney out: -$14.50");
-    EXPECT_TRUE(m.days[12].items.empty()); // the line at 23:59:59 stays on the 12th
-    EXPECT_TRUE(m.days[19].items.empty());
+    // The line at 23:59:59 stays on the 12th.
+    EXPECT_EQ(std::tuple(m.days[12].items.empty(), m.days[19].items.empty()), std::tuple(true, true));
     EXPECT_EQ(items(m, 21), QStringList{"Money out -7 4"});
 }
 
@@ -94,12 +94,10 @@ TEST_F(Overview, TheMonthObjectStepsFollowsTheBookAndCountsWhatACellHides)
     calendar.setLines(3);
     EXPECT_EQ(day20(), "2 +4 more");
     calendar.setLines(0);
-    EXPECT_EQ(calendar.lines(), 1);
-    EXPECT_EQ(day20(), "0 +6 more");
+    EXPECT_EQ(std::tuple(calendar.lines(), day20()), std::tuple(1, "0 +6 more"));
 
     calendar.step(-3);
-    EXPECT_EQ(month(), "December 2024 0 0");
-    EXPECT_EQ(calendar.days().size(), 31);
+    EXPECT_EQ(std::tuple(month(), calendar.days().size()), std::tuple("December 2024 0 0", 31));
     calendar.showToday();
     calendar.setFirstDayOfWeek(Qt::Monday);
     EXPECT_EQ(month(), "March 2025 15 5");
@@ -126,8 +124,7 @@ TEST_F(Overview, DashboardTilesBalancesAtNowAndTheFirstFivePendingRoyalties)
     EXPECT_DOUBLE_EQ(months.value(5).toMap().value("out").toDouble(), 1020.01);
 
     line(local(2025, 3, 5, 12), "20.01", TxKind::deposit);
-    EXPECT_EQ(summary.netText(), "$0.00");
-    EXPECT_FALSE(summary.netNegative());
+    EXPECT_EQ(std::tuple(summary.netText(), summary.netNegative()), std::tuple("$0.00", false));
 
     for (int day = 1; day <= 7; ++day)
         royalty(QByteArray::number(day).prepend("Payer ").constData(), "10", local(2025, 4, 8 - day, 12));

@@ -91,8 +91,7 @@ TEST_F(RegisterTest, RowsCarryWhatTheLineShowsAndFiltersCombineAndSummariseThem)
     model.setAccountFilter(idText(savings.id));
     EXPECT_EQ(QStringList({model.linesText(), model.inText()}), (QStringList{"0 lines", "In $0.00"}));
     model.setFlow(TransactionListModel::MoneyIn);
-    EXPECT_EQ(payees(), QStringList{"Label Co"});
-    EXPECT_EQ(model.outText(), "Out $0.00");
+    EXPECT_EQ(std::tuple(payees(), model.outText()), std::tuple(QStringList{"Label Co"}, "Out $0.00"));
 }
 
 TEST_F(RegisterTest, SearchIgnoresCaseLooksInPayeeCategoryAndNoteAndWidensAgain)
@@ -132,19 +131,18 @@ TEST_F(RegisterTest, ChangesOfTheBookMoveOnlyTheRowsConcerned)
 
     EXPECT_TRUE(store->add(tx(checking, "2025-03-07T15:00:00Z", "-9", "Hardware store", "Household")));
     ASSERT_EQ(inserted.count(), 1);
-    EXPECT_EQ(inserted.at(0).at(1).toInt(), 1) << "the new line lands between the 10th and the 5th";
-    EXPECT_EQ(payees().at(1), "Hardware store");
+    EXPECT_EQ(std::tuple(inserted.at(0).at(1).toInt(), payees().at(1)), std::tuple(1, "Hardware store"))
+        << "the new line lands between the 10th and the 5th";
 
     bridge.setCleared(model.idAt(3), false);
     ASSERT_EQ(changed.count(), 1);
-    EXPECT_EQ(changed.at(0).at(0).value<QModelIndex>().row(), 3);
-    EXPECT_FALSE(model.get(3).value("cleared").toBool());
+    EXPECT_EQ(std::tuple(changed.at(0).at(0).value<QModelIndex>().row(), model.get(3).value("cleared").toBool()),
+              std::tuple(3, false));
 
     bridge.deleteTransaction(model.idAt(0));
     ASSERT_EQ(removed.count(), 1);
-    EXPECT_EQ(removed.at(0).at(1).toInt(), 0);
-    EXPECT_EQ(resets.count(), 0) << "the list keeps its place";
-    EXPECT_EQ(model.linesText(), "4 lines");
+    EXPECT_EQ(std::tuple(removed.at(0).at(1).toInt(), resets.count(), model.linesText()), std::tuple(0, 0, "4 lines"))
+        << "removed at 0; no reset: the list keeps its place";
 }
 
 // What the Store makes of an edit (its sign, kind, status line and what a change keeps)
@@ -155,20 +153,16 @@ TEST_F(RegisterTest, TheEditorsFormReachesTheStoreAndComesBackForAChange)
     in["category"] = "Gigs";
     ASSERT_TRUE(bridge.saveTransaction(in));
     const Transaction logged = store->book().transactions.front();
-    EXPECT_EQ(logged.amount, d("312.4"));
-    EXPECT_EQ(logged.accountID, savings.id);
-    EXPECT_EQ(logged.date, at("2025-03-14T12:00:00Z"));
-    EXPECT_EQ(logged.category, "Gigs");
+    EXPECT_EQ(std::tuple(logged.amount, logged.accountID, logged.date, logged.category),
+              std::tuple(d("312.4"), savings.id, at("2025-03-14T12:00:00Z"), "Gigs"));
 
     QVariantMap edited = bridge.transaction(idText(logged.id));
-    EXPECT_EQ(edited["magnitude"].toString(), "312.40");
-    EXPECT_TRUE(edited["income"].toBool());
-    edited["amount"] = edited["magnitude"];
-    edited["payee"] = "Club Mercury";
+    EXPECT_EQ(std::tuple(edited["magnitude"].toString(), edited["income"].toBool()), std::tuple("312.40", true));
+    edited.insert({{"amount", edited.value("magnitude")}, {"payee", "Club Mercury"}});
     ASSERT_TRUE(bridge.saveTransaction(edited));
-    EXPECT_EQ(store->book().transactions.front().id, logged.id);
-    EXPECT_EQ(store->book().transactions.front().payee, "Club Mercury");
-    EXPECT_EQ(store->book().transactions.size(), 5u);
+    const Transaction &changed = store->book().transactions.front();
+    EXPECT_EQ(std::tuple(changed.id, changed.payee, store->book().transactions.size()),
+              std::tuple(logged.id, "Club Mercury", 5u));
     EXPECT_FALSE(bridge.transaction(model.idAt(1))["income"].toBool()) << "Landlord";
 
     ASSERT_TRUE(bridge.transfer(idText(checking.id), idText(savings.id), "-250", ms(at("2025-03-14T14:00:00Z")), ""));
@@ -190,8 +184,7 @@ TEST_F(RegisterTest, BadInputSavesNothingAndAFailedSaveIsNotHiddenByTheEditorsMe
     late["date"] = ms(at("9999-12-31T01:30:00Z")) + 86400000.0;
     EXPECT_FALSE(bridge.saveTransaction(late));
     EXPECT_FALSE(bridge.transfer(idText(checking.id), idText(savings.id), "10", late["date"].toDouble(), QString()));
-    EXPECT_EQ(store->book().transactions.size(), 4u);
-    EXPECT_EQ(store->status(), "");
+    EXPECT_EQ(std::tuple(store->book().transactions.size(), store->status()), std::tuple(4u, ""));
 
     // A failed save's message is not hidden by the editor's: a second Store on the same
     // folder may not write the money file.

@@ -57,8 +57,7 @@ function menuItem(testCase, row, menu, index) {
 }
 // Where `item` is drawn, in the window's coordinates.
 function sceneRect(item) {
-    const corner = item.mapToItem(null, 0, 0)
-    const end = item.mapToItem(null, item.width, item.height)
+    const [corner, end] = [item.mapToItem(null, 0, 0), item.mapToItem(null, item.width, item.height)]
     return Qt.rect(corner.x, corner.y, end.x - corner.x, end.y - corner.y)
 }
 // Types `text` into whatever has the keyboard, one key at a time; `retype` replaces

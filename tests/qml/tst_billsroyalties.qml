@@ -116,9 +116,9 @@ TestCase {
         H.retype(testCase, findChild(editor, "payerField").field, "BMI")
         H.retype(testCase, findChild(editor, "amountField").field, "about 400")
         mouseClick(save)
-        compare(findChild(editor, "problem").text,
-                "The expected amount is not an amount. Type it like 250.00, or leave it empty.")
-        compare(royalties.expected.length, 0, "the sheet stays open and nothing is saved")
+        compare([findChild(editor, "problem").text, royalties.expected.length],
+                ["The expected amount is not an amount. Type it like 250.00, or leave it empty.", 0],
+                "the sheet stays open and nothing is saved")
         H.retype(testCase, findChild(editor, "amountField").field, "420")
         mouseClick(findChild(editor, "followField"))
         mouseClick(save)
@@ -135,7 +135,6 @@ TestCase {
         const remove = H.menuItem(testCase, line, line.menu, 2)
         compare(remove.text, "Delete")
         mouseClick(remove)
-        compare(royalties.expected.length, 0)
-        verify(findChild(screen, "noExpectedNote").visible)
+        compare([royalties.expected.length, findChild(screen, "noExpectedNote").visible], [0, true])
     }
 }

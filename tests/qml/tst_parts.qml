@@ -26,10 +26,8 @@ TestCase {
     }
     function test_amountsAndLooks(row) {
         const shown = H.make(testCase, testCase, "AmountText {}", { amount: row.amount })
-        compare(shown.text, row.text)
-        compare(shown.color, row.negative ? Looks.current.soft : Tokens.positive)
-        compare([Fmt.money(row.amount) === "", Fmt.parse(row.amount) === ""], [row.text === "", row.text === ""])
-        compare(Fmt.date(NaN), "")
+        compare([shown.text, shown.color], [row.text, row.negative ? Looks.current.soft : Tokens.positive])
+        compare([Fmt.money(row.amount) === "", Fmt.parse(row.amount) === "", Fmt.date(NaN)], [row.text === "", row.text === "", ""])
         // An old or unknown look id still opens a look.
         compare([Looks.named("crimson").name, Looks.named("").name], ["Rose Gold", "Studio"])
     }
@@ -38,8 +36,8 @@ TestCase {
     function test_everySymbolDrawsAGlyphAndOnlyANamedIconIsRead() {
         for (const symbol of Object.keys(Icons.table)) {
             const icon = H.make(testCase, testCase, "Icon { size: 20 }", { symbol: symbol })
-            verify(icon.implicitWidth > 10 && icon.implicitWidth < 30, symbol + " is " + icon.implicitWidth + " wide")
-            compare(icon.fontInfo.pixelSize, 20)
+            compare([icon.implicitWidth > 10 && icon.implicitWidth < 30, icon.fontInfo.pixelSize], [true, 20],
+                    symbol + " is " + icon.implicitWidth + " wide")
         }
         ignoreWarning(/no icon for the symbol no.such.symbol/)
         compare(H.make(testCase, testCase, "Icon { symbol: \"no.such.symbol\" }").text, "")
@@ -79,9 +77,8 @@ TestCase {
         compare(H.keys(sheet), ["Delete", "Cancel", "Add bill"])
         const extras = H.spy(testCase, sheet, "extra")
         mouseClick(H.key(sheet, "Delete"))
-        compare(extras.count, 1)
         const box = sheet.picker.box
-        compare([box.textAt(0), box.textAt(1), box.displayText], ["Main checking", "Savings", ""])
+        compare([extras.count, box.textAt(0), box.textAt(1), box.displayText], [1, "Main checking", "Savings", ""])
         box.forceActiveFocus(Qt.TabFocusReason)
         keyClick(Qt.Key_Down)
         keyClick(Qt.Key_Down)
@@ -117,8 +114,7 @@ TestCase {
         tryCompare(field.popup, "opened", true)
         mouseClick(H.first(field.popup.contentItem, i => i.day === 14 && i.month === 0 && i.year === 2031))
         tryCompare(field.popup, "visible", false)
-        compare(field.button.text, "Jan 14, 2031")
         const picked = new Date(field.date)
-        compare([picked.getHours(), picked.getMinutes()], [9, 30])
+        compare([field.button.text, picked.getHours(), picked.getMinutes()], ["Jan 14, 2031", 9, 30])
     }
 }

@@ -65,9 +65,9 @@ TestCase {
                 "the category guessed, the focus moved on, nothing saved yet")
         editor.amountField.field.forceActiveFocus()
         keyClick(Qt.Key_Return)
-        compare(done.count, 1)
         const saved = ledger.transaction(everything.idAt(0))
-        compare([Fmt.date(saved.date), saved.payee, saved.category, saved.amount], [dayText(-1), "corner CAFE", "Dining out", "-4.5"])
+        compare([done.count, Fmt.date(saved.date), saved.payee, saved.category, saved.amount],
+                [1, dayText(-1), "corner CAFE", "Dining out", "-4.5"])
     }
 
     function test_changingALineKeepsItsSideAndOffersDelete() {
@@ -93,9 +93,8 @@ TestCase {
         const sheet = CHSheet.editTx(ledger.transaction(everything.idAt(1)))
         const change = H.make(testCase, testCase, "TransferEditor {}", { sheet: sheet })
         waitForRendering(change)
-        compare([sheet.kind, change.title], ["transfer", "Change transfer"])
-        compare([change.fromPicker.box.displayText, change.toPicker.box.displayText, change.amountField.text],
-                ["Main checking", "Savings", "250.00"])
+        compare([sheet.kind, change.title, change.fromPicker.box.displayText, change.toPicker.box.displayText,
+                 change.amountField.text], ["transfer", "Change transfer", "Main checking", "Savings", "250.00"])
         H.retype(testCase, change.amountField.field, "300")
         keyClick(Qt.Key_Return)
         compare([everything.count, everything.get(0).amount, everything.get(1).amount, Store.status],
@@ -110,8 +109,7 @@ TestCase {
         waitForRendering(screen)
         const opened = H.spy(testCase, screen, "openSheet")
         mouseDoubleClickSequence(screen.list.itemAtIndex(0))
-        compare(opened.signalArguments[0][0].record.payee, "Green Basket")
-        verify(screen.list.activeFocus)
+        compare([opened.signalArguments[0][0].record.payee, screen.list.activeFocus], ["Green Basket", true])
         keyClick(Qt.Key_Return)
         compare(opened.count, 2)
         const pending = H.menuItem(testCase, screen.list.itemAtIndex(0), screen.menu, 0)

@@ -71,11 +71,10 @@ TestCase {
         tryVerify(() => picker.popup.contentItem.itemAtIndex(4) !== null)
         mouseClick(picker.popup.contentItem.itemAtIndex(4))
         tryCompare(picker.popup, "visible", false)
-        compare([Prefs.look, window.color, window.helpWindow.color], ["carbon", Looks.carbon.bg, Looks.carbon.bg])
-        verify(window.themeMenu.itemAt(4).checked)
+        compare([Prefs.look, window.color, window.helpWindow.color, window.themeMenu.itemAt(4).checked],
+                ["carbon", Looks.carbon.bg, Looks.carbon.bg, true])
         choose(window.themeMenu, 1)
-        compare([Prefs.look, picker.displayText], ["ice", "Ice Blue"])
-        verify(!window.themeMenu.itemAt(4).checked)
+        compare([Prefs.look, picker.displayText, window.themeMenu.itemAt(4).checked], ["ice", "Ice Blue", false])
     }
 
     // The help opens by itself on the first run only; the help key, the Help menu and the
@@ -161,7 +160,6 @@ TestCase {
         tryVerify(() => rows.contentHeight > rows.height, 1000, "the rows scroll")
         const below = window.rootView.mapToItem(null, 0, 0)
         mouseWheel(rows, rows.width / 2, rows.height / 2, 0, -360)
-        verify(rows.contentY > 0)
-        compare(window.rootView.mapToItem(null, 0, 0), below)
+        compare([rows.contentY > 0, window.rootView.mapToItem(null, 0, 0)], [true, below])
     }
 }

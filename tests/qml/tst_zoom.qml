@@ -58,8 +58,7 @@ TestCase {
         const [height, width, size] = [item.height, menu.width, menu.font.pointSize]
         QFZoom.setValue(2.0)
         tryCompare(item, "height", Math.round(height * 2), 1000, "item height at 200%")
-        compare(menu.font.pointSize, size * 2)
-        verify(menu.width >= width * 1.9, "menu width " + menu.width + " was " + width)
+        compare([menu.font.pointSize, menu.width >= width * 1.9], [size * 2, true], "menu width " + menu.width + " was " + width)
         menu.close()
     }
 
