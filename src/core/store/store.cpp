@@ -204,7 +204,8 @@ Store::~Store()
     // one closed right after a change for its write.
     if (m_reader)
         m_reader->wait();
-    finishSaving();
+    if (m_saving.joinable())
+        m_saving.join();
 }
 
 QString Store::moneyFilePath() const
