@@ -138,7 +138,7 @@ TransactionListModel::SearchKeys TransactionListModel::makeKeys(const std::vecto
 }
 
 std::vector<int> TransactionListModel::matching(const std::vector<Transaction> &lines, const SearchKeys &keys,
-                                                const Filter &filter, const std::vector<int> *within)
+                                                const Filter &filter, const std::vector<int> *within, size_t enough)
 {
     const bool searching = !filter.needle.isEmpty();
     const bool fieldByField = filter.needle.contains(keySeparator);
@@ -171,30 +171,61 @@ std::vector<int> TransactionListModel::matching(const std::vector<Transaction> &
         matches.reserve(within->size());
         std::copy_if(within->begin(), within->end(), std::back_inserter(matches), passes);
     } else {
-        for (int i = 0; i < int(lines.size()); ++i)
+        for (int i = 0; i < int(lines.size()) && matches.size() < enough; ++i)
             if (passes(i))
                 matches.push_back(i);
     }
     return matches;
 }
 
+namespace {
+
+// The lines of `rows`, in order, and `rows` made to point at them.
+std::vector<Transaction> takeRows(const std::vector<Transaction> &lines, std::vector<int> &rows)
+{
+    std::vector<Transaction> taken;
+    taken.reserve(rows.size());
+    for (size_t row = 0; row < rows.size(); ++row) {
+        taken.push_back(lines[size_t(rows[row])]);
+        rows[row] = int(row);
+    }
+    return taken;
+}
+
+} // namespace
+
 void TransactionListModel::refilter()
 {
+    static const std::vector<Transaction> none;
+    const std::vector<Transaction> &book = m_store ? m_store->book().transactions : none;
+    const bool whole = m_limit == 0;
+    const bool sameSource = whole == m_whole;
+    std::vector<Transaction> grown; // a short list grows into the whole one
+    if (whole && !m_whole)
+        grown = book;
+    const std::vector<Transaction> &lines = !whole ? book : m_whole ? m_lines : grown;
     Filter next = currentFilter();
-    if (!next.needle.isEmpty() && !m_keys.covers(m_lines.size()))
-        m_keys = makeKeys(m_lines);
+    if (!next.needle.isEmpty() && (!sameSource || !m_keys.covers(lines.size())))
+        m_keys = makeKeys(lines);
 
     // A longer search over the same other filters can only drop lines: look only at those found.
-    const bool narrows = next.account == m_applied.account && next.flow == m_applied.flow &&
+    // (A short list holds only the first of its matches, too few to narrow within.)
+    const bool narrows = whole && sameSource && next.account == m_applied.account && next.flow == m_applied.flow &&
                          next.monthOnly == m_applied.monthOnly && next.month == m_applied.month &&
                          next.needle.contains(m_applied.needle);
-    std::vector<int> matches = matching(m_lines, m_keys, next, narrows ? &m_matches : nullptr);
+    std::vector<int> matches =
+        matching(lines, m_keys, next, narrows ? &m_matches : nullptr, whole ? SIZE_MAX : size_t(m_limit));
+    std::vector<int> rows = cut(matches);
+    std::vector<Transaction> listed = whole ? std::move(grown) : takeRows(lines, rows);
 
     const int before = count();
     beginResetModel();
+    if (!whole || !m_whole)
+        m_lines = std::move(listed);
+    m_whole = whole;
     m_applied = std::move(next);
     m_matches = std::move(matches);
-    m_rows = cut(m_matches);
+    m_rows = std::move(rows);
     endResetModel();
     if (count() != before)
         emit countChanged();
@@ -203,7 +234,11 @@ void TransactionListModel::refilter()
 
 void TransactionListModel::reloadBook()
 {
-    std::vector<Transaction> lines = m_store ? m_store->book().transactions : std::vector<Transaction>{};
+    const bool whole = m_limit == 0;
+    static const std::vector<Transaction> none;
+    const std::vector<Transaction> &book = m_store ? m_store->book().transactions : none;
+    std::vector<Transaction> lines = whole ? book : std::vector<Transaction>{};
+    const std::vector<Transaction> &from = whole ? lines : book;
     QHash<QUuid, QString> names;
     if (m_store)
         for (const Account &a : m_store->book().accounts)
@@ -213,9 +248,11 @@ void TransactionListModel::reloadBook()
     Filter filter = currentFilter();
     SearchKeys keys;
     if (!filter.needle.isEmpty())
-        keys = makeKeys(lines);
-    std::vector<int> matches = matching(lines, keys, filter, nullptr);
+        keys = makeKeys(from);
+    std::vector<int> matches = matching(from, keys, filter, nullptr, whole ? SIZE_MAX : size_t(m_limit));
     std::vector<int> rows = cut(matches);
+    if (!whole)
+        lines = takeRows(book, rows);
 
     // Tell the view what happened to its rows: lines added or removed in one place
     // (a new line, a transfer, a delete) as such, so the list keeps its place.
@@ -249,6 +286,7 @@ void TransactionListModel::reloadBook()
 
     auto takeOver = [&] {
         m_lines = std::move(lines);
+        m_whole = whole;
         m_accountNames = std::move(names);
         m_keys = std::move(keys);
         m_applied = std::move(filter);

@@ -10,6 +10,7 @@
 #include <QVariantMap>
 #include <QtQml/qqmlregistration.h>
 
+#include <limits>
 #include <vector>
 
 class Store;
@@ -132,8 +133,10 @@ private:
     void updateSummary();
 
     static SearchKeys makeKeys(const std::vector<Transaction> &lines);
+    // The lines that pass `filter` (among `within`, when given), the first `enough` at most.
     static std::vector<int> matching(const std::vector<Transaction> &lines, const SearchKeys &keys,
-                                     const Filter &filter, const std::vector<int> *within);
+                                     const Filter &filter, const std::vector<int> *within,
+                                     size_t enough = std::numeric_limits<size_t>::max());
 
     StoreLink m_store;
     QString m_accountFilter;
@@ -143,14 +146,17 @@ private:
     int m_limit = 0;
 
     // A copy of the Book's lines, so rows stay readable between a change and its signal.
+    // A list cut to `limit` (the dashboard's latest lines) copies only its own: copying
+    // a large Book at every change would cost far more than such a list shows.
     std::vector<Transaction> m_lines;
+    bool m_whole = true; // m_lines is the whole Book, not only the listed lines
     QHash<QUuid, QString> m_accountNames;
     // Empty until a search needs them; then one entry per line of m_lines.
     SearchKeys m_keys;
 
     Filter m_applied;           // the filter m_matches was made with
-    std::vector<int> m_matches; // every line that passes it, as indexes into m_lines
-    std::vector<int> m_rows;    // the listed ones: m_matches cut to `limit`
+    std::vector<int> m_matches; // the lines that pass it: into m_lines when whole, else the Book
+    std::vector<int> m_rows;    // the listed ones, as indexes into m_lines
 
     QString m_linesText;
     QString m_inText;

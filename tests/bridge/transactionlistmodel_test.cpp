@@ -80,6 +80,12 @@ TEST_F(RegisterTest, RowsCarryWhatTheLineShowsAndFiltersCombineAndSummariseThem)
     EXPECT_EQ(model.rowOf(model.idAt(3)), 3);
     model.setLimit(2);
     EXPECT_EQ(payees(), (QStringList{"Landlord", "Green Basket"}));
+    // A short list keeps only its own lines, and still follows the Book.
+    const Transaction kiosk = tx(checking, "2025-03-11T15:00:00Z", "-3", "Kiosk", "Groceries");
+    EXPECT_TRUE(store->add(kiosk));
+    EXPECT_EQ(payees(), (QStringList{"Kiosk", "Landlord"}));
+    EXPECT_TRUE(store->deleteTransaction(kiosk));
+    EXPECT_EQ(payees(), (QStringList{"Landlord", "Green Basket"}));
     model.setLimit(0);
     EXPECT_EQ(payees(), (QStringList{"Landlord", "Green Basket", "Label Co", "Corner cafe"}));
     EXPECT_EQ(QStringList({model.linesText(), model.inText(), model.outText()}),
