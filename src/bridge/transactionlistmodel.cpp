@@ -194,10 +194,15 @@ std::vector<Transaction> takeRows(const std::vector<Transaction> &lines, std::ve
 
 } // namespace
 
-void TransactionListModel::refilter()
+const std::vector<Transaction> &TransactionListModel::bookLines() const
 {
     static const std::vector<Transaction> none;
-    const std::vector<Transaction> &book = m_store ? m_store->book().transactions : none;
+    return m_store ? m_store->book().transactions : none;
+}
+
+void TransactionListModel::refilter()
+{
+    const std::vector<Transaction> &book = bookLines();
     const bool whole = m_limit == 0;
     const bool sameSource = whole == m_whole;
     std::vector<Transaction> grown; // a short list grows into the whole one
@@ -235,8 +240,7 @@ void TransactionListModel::refilter()
 void TransactionListModel::reloadBook()
 {
     const bool whole = m_limit == 0;
-    static const std::vector<Transaction> none;
-    const std::vector<Transaction> &book = m_store ? m_store->book().transactions : none;
+    const std::vector<Transaction> &book = bookLines();
     std::vector<Transaction> lines = whole ? book : std::vector<Transaction>{};
     const std::vector<Transaction> &from = whole ? lines : book;
     QHash<QUuid, QString> names;

@@ -138,6 +138,9 @@ private:
                                      const Filter &filter, const std::vector<int> *within,
                                      size_t enough = std::numeric_limits<size_t>::max());
 
+    // The Book's lines; none without a Store.
+    const std::vector<Transaction> &bookLines() const;
+
     StoreLink m_store;
     QString m_accountFilter;
     Flow m_flow = AllLines;
