@@ -18,7 +18,10 @@ QVariantList DashboardSummary::monthMaps(const Store &store, int count)
 {
     const QLocale locale;
     QVariantList months;
-    for (const MonthFlow &flow : Reports::monthly(store.book(), store.now(), count)) {
+    const Instant now = store.now();
+    const std::span<const Transaction> lines =
+        count > 0 ? store.linesWithin(Reports::lastMonths(now, count)) : std::span<const Transaction>();
+    for (const MonthFlow &flow : Reports::monthly(lines, now, count)) {
         months << QVariantMap{
             {QStringLiteral("month"), double(flow.month.msecs())},
             {QStringLiteral("monthText"), locale.toString(flow.month.toLocal().date(), QStringLiteral("MMM"))},
@@ -41,8 +44,8 @@ void DashboardSummary::reload()
         total = m_store->totalBalance();
         // One month range shared by the three monthly tiles.
         const ClosedRange month = Calendar::monthRange(m_store->now());
-        in = Reports::income(m_store->book(), month);
-        out = Reports::spending(m_store->book(), month);
+        in = Reports::income(m_store->linesWithin(month), month);
+        out = Reports::spending(m_store->linesWithin(month), month);
         royalties = m_store->royaltiesReceivedThisYear();
 
         const Instant now = m_store->now();

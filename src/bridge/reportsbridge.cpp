@@ -60,7 +60,10 @@ void ReportsBridge::reload()
     PeriodReport report;
     QVariantList monthly;
     if (m_store) {
-        report = Reports::periodReport(m_store->book(), reportPeriod(m_period), m_store->now());
+        const ReportPeriod period = reportPeriod(m_period);
+        const Instant now = m_store->now();
+        report = Reports::periodReport(m_store->linesWithin(periodRange(period, now)), m_store->book().categories,
+                                       period, now);
         monthly = DashboardSummary::monthMaps(*m_store, DashboardSummary::chartMonths);
     } else {
         report.royaltyShare = royaltyShare({}, Decimal());

@@ -129,7 +129,7 @@ int report(const QString &dir, const QStringList &arguments, std::FILE *out, std
     static const Book newBook;
     const Book &book = state.book ? *state.book : newBook;
     Money::setCode(book.currency);
-    const PeriodReport figures = Reports::periodReport(book, period, Instant::now());
+    const PeriodReport figures = Reports::periodReport(book.transactions, book.categories, period, Instant::now());
     if (options.has(QStringLiteral("--tsv")))
         printTsv(figures, out);
     else

@@ -17,14 +17,14 @@ bool newerFirst(const Transaction &a, const Transaction &b)
 // Restores newest-first order after `appended` lines were added at the end.
 //
 // The result is always that of a stable sort by date, descending. When the lines
-// before the new ones are already in order (the usual case), the new lines are
+// before the new ones are in order (known, or checked when not), the new lines are
 // sorted among themselves and merged in: a stable merge keeps an old line ahead of a
 // new one with the same date, which is where a stable sort of the whole list puts it.
-void restoreOrder(std::vector<Transaction> &lines, size_t appended)
+void restoreOrder(std::vector<Transaction> &lines, size_t appended, bool inOrder)
 {
     appended = std::min(appended, lines.size());
     const auto oldEnd = lines.end() - std::ptrdiff_t(appended);
-    if (!std::is_sorted(lines.begin(), oldEnd, newerFirst)) {
+    if (!inOrder && !std::is_sorted(lines.begin(), oldEnd, newerFirst)) {
         std::stable_sort(lines.begin(), lines.end(), newerFirst);
         return;
     }
@@ -43,12 +43,18 @@ void restoreOrder(std::vector<Transaction> &lines, size_t appended)
 
 Saved Store::add(const Transaction &tx)
 {
+    // The balance sums follow one new line without going through all the others.
+    std::optional<Sums> sums = std::exchange(m_sums, std::nullopt);
     settle();
     {
         OneWrite once(*this);
         m_book.transactions.push_back(tx);
         sortNewestFirst(1);
         assigned();
+        if (sums) {
+            sums->added(tx, m_book.transactions);
+            m_sums = std::move(sums);
+        }
     }
     return done();
 }
@@ -74,7 +80,8 @@ Saved Store::update(const Transaction &tx)
 
 Saved Store::save(const TransactionEdit &edit)
 {
-    settle();
+    // Only reads until add() or update(), which settle first: a background save may
+    // read the Book too, and the balance sums are kept for add().
     Transaction tx;
     if (edit.id) {
         const std::optional<Transaction> stored = findById(std::as_const(m_book.transactions), *edit.id);
@@ -225,7 +232,25 @@ Saved Store::updateTransfer(const Transaction &side, const TransferEdit &edit)
 
 void Store::sortNewestFirst(size_t appended)
 {
-    restoreOrder(m_book.transactions, appended);
+    restoreOrder(m_book.transactions, appended, m_newestFirst);
+    m_newestFirst = true;
+}
+
+void Store::putNewestFirst(std::vector<Transaction> &lines)
+{
+    restoreOrder(lines, 0, false);
+}
+
+std::span<const Transaction> Store::linesWithin(const ClosedRange &range) const
+{
+    const std::vector<Transaction> &lines = m_book.transactions;
+    if (!m_newestFirst)
+        return lines;
+    const auto first =
+        std::partition_point(lines.begin(), lines.end(), [&](const Transaction &t) { return t.date > range.upper; });
+    const auto last =
+        std::partition_point(first, lines.end(), [&](const Transaction &t) { return t.date >= range.lower; });
+    return {first, last};
 }
 
 Decimal Store::Sums::of(const QUuid &account) const
@@ -234,6 +259,21 @@ Decimal Store::Sums::of(const QUuid &account) const
         if (id == account)
             return sum;
     return {};
+}
+
+void Store::Sums::added(const Transaction &line, const std::vector<Transaction> &lines)
+{
+    auto entry = std::find_if(all.begin(), all.end(), [&](const auto &e) { return e.first == line.accountID; });
+    if (entry == all.end())
+        entry = all.insert(all.end(), {line.accountID, Decimal()});
+    entry->second += line.amount;
+    // The lines moved; those dated after `at` lead the newest-first list.
+    later.clear();
+    for (const Transaction &t : lines) {
+        if (t.date <= at)
+            break;
+        later.push_back(&t);
+    }
 }
 
 const Store::Sums &Store::sums() const

@@ -21,7 +21,7 @@ inline bool counts(const Transaction &t, const ClosedRange &range, Side side)
     return side == Side::in ? t.amount.signum() > 0 : t.amount.isNegative();
 }
 
-Decimal total(const std::vector<Transaction> &lines, const ClosedRange &range, Side side)
+Decimal total(std::span<const Transaction> lines, const ClosedRange &range, Side side)
 {
     Decimal sum;
     for (const Transaction &t : lines)
@@ -69,7 +69,7 @@ private:
     CategoryTotals m_rows;
 };
 
-CategoryTotals byCategory(const std::vector<Transaction> &lines, const ClosedRange &range, Side side)
+CategoryTotals byCategory(std::span<const Transaction> lines, const ClosedRange &range, Side side)
 {
     Groups groups;
     for (const Transaction &t : lines)
@@ -82,27 +82,33 @@ CategoryTotals byCategory(const std::vector<Transaction> &lines, const ClosedRan
 
 namespace Reports {
 
-Decimal income(const Book &book, const ClosedRange &range)
+Decimal income(std::span<const Transaction> lines, const ClosedRange &range)
 {
-    return total(book.transactions, range, Side::in);
+    return total(lines, range, Side::in);
 }
 
-Decimal spending(const Book &book, const ClosedRange &range)
+Decimal spending(std::span<const Transaction> lines, const ClosedRange &range)
 {
-    return total(book.transactions, range, Side::out);
+    return total(lines, range, Side::out);
 }
 
-CategoryTotals incomeByCategory(const Book &book, const ClosedRange &range)
+CategoryTotals incomeByCategory(std::span<const Transaction> lines, const ClosedRange &range)
 {
-    return byCategory(book.transactions, range, Side::in);
+    return byCategory(lines, range, Side::in);
 }
 
-CategoryTotals spendingByCategory(const Book &book, const ClosedRange &range)
+CategoryTotals spendingByCategory(std::span<const Transaction> lines, const ClosedRange &range)
 {
-    return byCategory(book.transactions, range, Side::out);
+    return byCategory(lines, range, Side::out);
 }
 
-std::vector<MonthFlow> monthly(const Book &book, Instant now, int months)
+ClosedRange lastMonths(Instant now, int months)
+{
+    Q_ASSERT(months >= 1);
+    return {Calendar::monthRange(Calendar::addMonths(now, 1 - months)).lower, Calendar::monthRange(now).upper};
+}
+
+std::vector<MonthFlow> monthly(std::span<const Transaction> lines, Instant now, int months)
 {
     Q_ASSERT(months >= 0);
     std::vector<MonthFlow> flows;
@@ -115,7 +121,7 @@ std::vector<MonthFlow> monthly(const Book &book, Instant now, int months)
         return flows;
     // One pass for all the months: the chart follows every change of a large Book.
     const ClosedRange all{ranges.front().lower, ranges.back().upper};
-    for (const Transaction &t : book.transactions) {
+    for (const Transaction &t : lines) {
         const bool in = counts(t, all, Side::in);
         if (!in && !counts(t, all, Side::out))
             continue;
@@ -129,23 +135,24 @@ std::vector<MonthFlow> monthly(const Book &book, Instant now, int months)
     return flows;
 }
 
-PeriodReport periodReport(const Book &book, ReportPeriod period, Instant now)
+PeriodReport periodReport(std::span<const Transaction> lines, const std::vector<Category> &categories,
+                          ReportPeriod period, Instant now)
 {
     PeriodReport report;
     report.period = period;
     report.range = periodRange(period, now);
-    report.income = income(book, report.range);
-    report.spending = spending(book, report.range);
-    const CategoryTotals incomeRows = incomeByCategory(book, report.range);
+    report.income = income(lines, report.range);
+    report.spending = spending(lines, report.range);
+    const CategoryTotals incomeRows = incomeByCategory(lines, report.range);
     report.royaltyShare = royaltyShare(incomeRows, report.income);
     // The first category of a name decides its budget.
     std::vector<std::pair<QString, Decimal>> budgets;
-    for (const Category &c : book.categories)
+    for (const Category &c : categories)
         if (c.budget && std::none_of(budgets.begin(), budgets.end(), [&c](const auto &b) { return b.first == c.name; }))
             budgets.emplace_back(c.name, *c.budget);
     const int months = budgetMonths(period);
     report.incomeLines = categoryLines(incomeRows, report.income, {}, months);
-    report.spendingLines = categoryLines(spendingByCategory(book, report.range), report.spending, budgets, months);
+    report.spendingLines = categoryLines(spendingByCategory(lines, report.range), report.spending, budgets, months);
     return report;
 }
 

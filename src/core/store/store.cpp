@@ -109,9 +109,9 @@ QString Store::defaultDir()
 Store::Store(StoreOptions options, QObject *parent)
     : QObject(parent)
     , m_dir(options.dir.isEmpty() ? defaultDir() : QDir(options.dir).absolutePath())
+    , m_saveInBackgroundFrom(options.saveInBackgroundFrom)
     , m_authenticator(std::move(options.authenticator))
     , m_notifier(std::move(options.notifier))
-    , m_saveInBackgroundFrom(options.saveInBackgroundFrom)
 {
     makePrivateFolder(m_dir);
 
@@ -229,6 +229,10 @@ Store::Read Store::read(const QString &path, std::atomic<qint64> *progress)
         result.openError = file.errorString();
     else
         result.decoded = MoneyFile::decodeFile(file, progress);
+    // In order here, where a big book is read off the window's thread: a check when
+    // the file is already newest first, as Coinhall writes it.
+    if (result.decoded.book)
+        putNewestFirst(result.decoded.book->transactions);
     return result;
 }
 
@@ -240,6 +244,7 @@ void Store::use(Read read)
         MoneyFile::Decoded &decoded = read.decoded;
         if (decoded.book) {
             m_book = std::move(*decoded.book);
+            m_newestFirst = true;
             assigned();
             if (m_book.version > MoneyFile::version) {
                 // What a newer Coinhall wrote may hold more than this one knows; a save
@@ -299,6 +304,8 @@ Saved Store::setBook(Book book)
 {
     settle();
     m_book = std::move(book);
+    putNewestFirst(m_book.transactions);
+    m_newestFirst = true;
     assigned();
     return done();
 }

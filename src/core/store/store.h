@@ -22,6 +22,7 @@
 #include <limits>
 #include <memory>
 #include <optional>
+#include <span>
 #include <thread>
 #include <vector>
 
@@ -146,6 +147,9 @@ public:
     static QString defaultDir();
 
     const Book &book() const { return m_book; }
+    // The lines dated within `range`, newest first: a slice of the Book's lines found by
+    // their dates, so a month's figures do not go through decades of lines.
+    std::span<const Transaction> linesWithin(const ClosedRange &range) const;
     // Replaces the whole Book: saves it (unless still loading) and tells observers.
     Saved setBook(Book book);
 
@@ -343,6 +347,7 @@ protected:
     Book &mutableBook()
     {
         settle();
+        m_newestFirst = false; // whatever the caller does to the lines
         return m_book;
     }
     // Waits until no background save is reading the Book: every change calls it first.
@@ -357,6 +362,8 @@ protected:
     // Puts the transactions back in newest-first order (a stable sort by date) after
     // `appended` lines were added at the end.
     void sortNewestFirst(size_t appended);
+    // Sorts lines of unknown order newest first (a stable sort by date).
+    static void putNewestFirst(std::vector<Transaction> &lines);
 
 private:
     // What reading the money file came to; made on any thread.
@@ -424,7 +431,11 @@ private:
         std::vector<std::pair<QUuid, Decimal>> all;
         std::vector<const Transaction *> later;
         Decimal of(const QUuid &account) const;
+        // Follows a line added to `lines` (newest first, the line already in place).
+        void added(const Transaction &line, const std::vector<Transaction> &lines);
     };
     const Sums &sums() const;
     mutable std::optional<Sums> m_sums;
+    // Whether the Book's lines are known to be newest first; false after mutableBook().
+    bool m_newestFirst = true;
 };

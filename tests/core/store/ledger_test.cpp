@@ -124,9 +124,21 @@ TEST_F(Ledger, BalancesCountLinesUpToTheExactInstant)
     EXPECT_EQ(store.balance(studio), d("500"));
     EXPECT_EQ(store.totalBalance(), d("525"));
 
+    // Lines added after a balance was asked count at once; one dated tomorrow only
+    // in the balance that includes the future.
+    Transaction tomorrow = line(studio, "2025-03-01T12:00:00Z", "-7");
+    tomorrow.date = today.addSecs(86400);
+    EXPECT_TRUE(store.add(tomorrow));
+    EXPECT_TRUE(store.add(line(studio, "2025-03-02T08:00:00Z", "0.10")));
+    EXPECT_EQ(store.balance(studio, today), d("500.1"));
+    EXPECT_EQ(store.balance(studio), d("493.1"));
+    EXPECT_EQ(store.totalBalance(), d("518.1"));
+    EXPECT_TRUE(store.deleteTransaction(tomorrow));
+    EXPECT_EQ(store.balance(studio), d("500.1"));
+
     studio.archived = true;
     EXPECT_TRUE(store.save(studio));
-    EXPECT_EQ(store.balance(studio), d("500"));
+    EXPECT_EQ(store.balance(studio), d("500.1"));
     EXPECT_EQ(store.totalBalance(), d("25"));
     EXPECT_EQ(store.activeAccounts().size(), 2u);
     EXPECT_EQ(store.account(studio.id)->name, "Studio");
