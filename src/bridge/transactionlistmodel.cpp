@@ -4,6 +4,7 @@
 #include "model/money.h"
 #include "store/store.h"
 
+#include <QLocale>
 #include <QStringMatcher>
 
 #include <algorithm>
@@ -22,7 +23,7 @@ TransactionListModel::TransactionListModel(QObject *parent)
     : QAbstractListModel(parent)
     , m_store(this, [this] { reloadBook(); })
 {
-    updateSummary();
+    showSummary({}, {});
 }
 
 void TransactionListModel::setStore(QObject *store)
@@ -178,71 +179,122 @@ std::vector<int> TransactionListModel::matching(const std::vector<Transaction> &
     return matches;
 }
 
-namespace {
-
-// The lines of `rows`, in order, and `rows` made to point at them.
-std::vector<Transaction> takeRows(const std::vector<Transaction> &lines, std::vector<int> &rows)
-{
-    std::vector<Transaction> taken;
-    taken.reserve(rows.size());
-    for (size_t row = 0; row < rows.size(); ++row) {
-        taken.push_back(lines[size_t(rows[row])]);
-        rows[row] = int(row);
-    }
-    return taken;
-}
-
-} // namespace
-
 const std::vector<Transaction> &TransactionListModel::bookLines() const
 {
     static const std::vector<Transaction> none;
     return m_store ? m_store->book().transactions : none;
 }
 
+const Transaction *TransactionListModel::lineAt(int row) const
+{
+    if (row < 0 || row >= count())
+        return nullptr;
+    // Between a change of the Book and its signal a row may point past its end.
+    const std::vector<Transaction> &lines = bookLines();
+    const size_t i = size_t(m_rows[size_t(row)]);
+    return i < lines.size() ? &lines[i] : nullptr;
+}
+
 void TransactionListModel::refilter()
 {
-    const std::vector<Transaction> &book = bookLines();
-    const bool whole = m_limit == 0;
-    const bool sameSource = whole == m_whole;
-    std::vector<Transaction> grown; // a short list grows into the whole one
-    if (whole && !m_whole)
-        grown = book;
-    const std::vector<Transaction> &lines = !whole ? book : m_whole ? m_lines : grown;
+    const std::vector<Transaction> &lines = bookLines();
     Filter next = currentFilter();
-    if (!next.needle.isEmpty() && (!sameSource || !m_keys.covers(lines.size())))
+    if (!next.needle.isEmpty() && !m_keys.covers(lines.size()))
         m_keys = makeKeys(lines);
 
     // A longer search over the same other filters can only drop lines: look only at those found.
     // (A short list holds only the first of its matches, too few to narrow within.)
-    const bool narrows = whole && sameSource && next.account == m_applied.account && next.flow == m_applied.flow &&
+    const bool whole = m_limit == 0;
+    const bool narrows = whole && m_appliedWhole && next.account == m_applied.account && next.flow == m_applied.flow &&
                          next.monthOnly == m_applied.monthOnly && next.month == m_applied.month &&
                          next.needle.contains(m_applied.needle);
     std::vector<int> matches =
         matching(lines, m_keys, next, narrows ? &m_matches : nullptr, whole ? SIZE_MAX : size_t(m_limit));
     std::vector<int> rows = cut(matches);
-    std::vector<Transaction> listed = whole ? std::move(grown) : takeRows(lines, rows);
 
     const int before = count();
     beginResetModel();
-    if (!whole || !m_whole)
-        m_lines = std::move(listed);
-    m_whole = whole;
+    m_appliedWhole = whole;
     m_applied = std::move(next);
     m_matches = std::move(matches);
     m_rows = std::move(rows);
+    Listed list = listed(lines, m_rows);
+    m_rowIds = std::move(list.ids);
+    m_seenChange = m_store ? m_store->changeCount() : 0;
     endResetModel();
     if (count() != before)
         emit countChanged();
-    updateSummary();
+    showSummary(list.in.total(), list.out.total());
+}
+
+TransactionListModel::Listed TransactionListModel::listed(const std::vector<Transaction> &lines,
+                                                          const std::vector<int> &rows)
+{
+    // One pass over lines that may be spread over hundreds of megabytes.
+    Listed list;
+    list.ids.reserve(rows.size());
+    for (int i : rows) {
+        const Transaction &t = lines[size_t(i)];
+        list.ids.push_back(t.id);
+        if (t.amount.signum() > 0)
+            list.in.add(t.amount);
+        else if (t.amount.signum() < 0)
+            list.out.add(t.amount);
+    }
+    return list;
+}
+
+bool TransactionListModel::followAdded()
+{
+    if (!m_store || m_limit != 0 || !m_appliedWhole || m_store->changeCount() != m_seenChange + 1)
+        return false;
+    const Filter filter = currentFilter();
+    auto unfiltered = [](const Filter &f) {
+        return f.account.isNull() && f.flow == AllLines && !f.monthOnly && f.needle.isEmpty();
+    };
+    const std::optional<Store::Added> added = m_store->lastAdded();
+    const std::vector<Transaction> &lines = bookLines();
+    if (!added || !unfiltered(filter) || !unfiltered(m_applied) || lines.size() != m_rows.size() + added->count ||
+        added->at > m_rows.size())
+        return false;
+
+    // Every line is listed, in the Book's order: row r shows line r.
+    const size_t at = added->at;
+    const size_t n = added->count;
+    // Until the view is told, its rows are the old ones, which are now n lines on.
+    for (size_t row = at; row < m_rows.size(); ++row)
+        m_rows[row] += int(n);
+    beginInsertRows({}, int(at), int(at + n - 1));
+    std::vector<int> joining(n);
+    std::vector<QUuid> ids;
+    for (size_t i = 0; i < n; ++i) {
+        const Transaction &t = lines[at + i];
+        joining[i] = int(at + i);
+        ids.push_back(t.id);
+        if (t.amount.signum() > 0)
+            m_in += t.amount;
+        else if (t.amount.signum() < 0)
+            m_out += t.amount;
+    }
+    m_rows.insert(m_rows.begin() + std::ptrdiff_t(at), joining.begin(), joining.end());
+    m_rowIds.insert(m_rowIds.begin() + std::ptrdiff_t(at), ids.begin(), ids.end());
+    m_matches = m_rows;
+    m_keys = {};
+    m_seenChange = m_store->changeCount();
+    endInsertRows();
+    emit countChanged();
+    showSummary(m_in, m_out);
+    return true;
 }
 
 void TransactionListModel::reloadBook()
 {
+    // A line added to the whole list, unfiltered (the register as it opens), joins it
+    // without a pass over the others: at a million lines that pass is most of a change.
+    if (followAdded())
+        return;
     const bool whole = m_limit == 0;
-    const std::vector<Transaction> &book = bookLines();
-    std::vector<Transaction> lines = whole ? book : std::vector<Transaction>{};
-    const std::vector<Transaction> &from = whole ? lines : book;
+    const std::vector<Transaction> &lines = bookLines();
     QHash<QUuid, QString> names;
     if (m_store)
         for (const Account &a : m_store->book().accounts)
@@ -252,86 +304,74 @@ void TransactionListModel::reloadBook()
     Filter filter = currentFilter();
     SearchKeys keys;
     if (!filter.needle.isEmpty())
-        keys = makeKeys(from);
-    std::vector<int> matches = matching(from, keys, filter, nullptr, whole ? SIZE_MAX : size_t(m_limit));
+        keys = makeKeys(lines);
+    std::vector<int> matches = matching(lines, keys, filter, nullptr, whole ? SIZE_MAX : size_t(m_limit));
     std::vector<int> rows = cut(matches);
-    if (!whole)
-        lines = takeRows(book, rows);
+    Listed list = listed(lines, rows);
+    std::vector<QUuid> &ids = list.ids;
 
     // Tell the view what happened to its rows: lines added or removed in one place
-    // (a new line, a transfer, a delete) as such, so the list keeps its place.
-    const size_t common = std::min(rows.size(), m_rows.size());
-    auto sameRow = [&](size_t newRow, size_t oldRow) {
-        return lines[size_t(rows[newRow])].id == m_lines[size_t(m_rows[oldRow])].id;
-    };
+    // (a new line, a transfer, a delete) as such, so the list keeps its place. The
+    // rows kept may show changed lines (an edit, a renamed account): the view is told
+    // they changed, and only the rows it shows read them again.
+    const size_t common = std::min(ids.size(), m_rowIds.size());
     size_t prefix = 0;
-    while (prefix < common && sameRow(prefix, prefix))
+    while (prefix < common && ids[prefix] == m_rowIds[prefix])
         ++prefix;
     size_t suffix = 0;
-    while (suffix < common - prefix && sameRow(rows.size() - 1 - suffix, m_rows.size() - 1 - suffix))
+    while (suffix < common - prefix && ids[ids.size() - 1 - suffix] == m_rowIds[m_rowIds.size() - 1 - suffix])
         ++suffix;
-    const size_t removed = m_rows.size() - prefix - suffix;
-    const size_t inserted = rows.size() - prefix - suffix;
-
-    // Rows kept whose content changed (an edit, a renamed account).
-    const bool namesChanged = names != m_accountNames;
-    int firstChanged = -1;
-    int lastChanged = -1;
-    for (size_t row = 0; row < rows.size(); ++row) {
-        if (row >= prefix && row < rows.size() - suffix)
-            continue;
-        const size_t oldRow = row < prefix ? row : m_rows.size() - (rows.size() - row);
-        if (namesChanged || !(lines[size_t(rows[row])] == m_lines[size_t(m_rows[oldRow])])) {
-            if (firstChanged < 0)
-                firstChanged = int(row);
-            lastChanged = int(row);
-        }
-    }
+    const size_t removed = m_rowIds.size() - prefix - suffix;
+    const size_t inserted = ids.size() - prefix - suffix;
 
     auto takeOver = [&] {
-        m_lines = std::move(lines);
-        m_whole = whole;
+        m_appliedWhole = whole;
         m_accountNames = std::move(names);
         m_keys = std::move(keys);
         m_applied = std::move(filter);
         m_matches = std::move(matches);
         m_rows = std::move(rows);
+        m_rowIds = std::move(ids);
+        m_seenChange = m_store ? m_store->changeCount() : 0;
     };
     const int before = count();
+    if ((removed > 0) != (inserted > 0)) {
+        // Until the view is told, its rows are the old ones: point them at the same
+        // lines where these now are in the Book (a removed one, at nothing).
+        std::vector<int> old(m_rowIds.size(), std::numeric_limits<int>::max());
+        std::copy_n(rows.begin(), prefix, old.begin());
+        std::copy_n(rows.end() - std::ptrdiff_t(suffix), suffix, old.end() - std::ptrdiff_t(suffix));
+        m_rows = std::move(old);
+    }
     if (removed > 0 && inserted > 0) {
         beginResetModel();
         takeOver();
         endResetModel();
-    } else if (removed > 0) {
-        beginRemoveRows({}, int(prefix), int(prefix + removed - 1));
-        takeOver();
-        endRemoveRows();
-    } else if (inserted > 0) {
-        beginInsertRows({}, int(prefix), int(prefix + inserted - 1));
-        takeOver();
-        endInsertRows();
     } else {
-        takeOver();
+        if (removed > 0) {
+            beginRemoveRows({}, int(prefix), int(prefix + removed - 1));
+            takeOver();
+            endRemoveRows();
+        } else if (inserted > 0) {
+            beginInsertRows({}, int(prefix), int(prefix + inserted - 1));
+            takeOver();
+            endInsertRows();
+        } else {
+            takeOver();
+        }
+        if (count() > 0)
+            emit dataChanged(index(0), index(count() - 1));
     }
-    if (firstChanged >= 0 && !(removed > 0 && inserted > 0))
-        emit dataChanged(index(firstChanged), index(lastChanged));
     if (count() != before)
         emit countChanged();
-    updateSummary();
+    showSummary(list.in.total(), list.out.total());
 }
 
-void TransactionListModel::updateSummary()
+void TransactionListModel::showSummary(const Decimal &in, const Decimal &out)
 {
-    Decimal in;
-    Decimal out;
-    for (int i : m_rows) {
-        const Decimal &amount = m_lines[size_t(i)].amount;
-        if (amount.signum() > 0)
-            in += amount;
-        else if (amount.signum() < 0)
-            out += amount;
-    }
-    const QString linesText = QString::number(count()) + QStringLiteral(" lines");
+    m_in = in;
+    m_out = out;
+    const QString linesText = QLocale().toString(count()) + QStringLiteral(" lines");
     const QString inText = QStringLiteral("In ") + Money::s(in);
     const QString outText = QStringLiteral("Out ") + Money::s(out);
     if (linesText == m_linesText && inText == m_inText && outText == m_outText)
@@ -344,9 +384,8 @@ void TransactionListModel::updateSummary()
 
 QString TransactionListModel::idAt(int row) const
 {
-    if (row < 0 || row >= count())
-        return {};
-    return idText(m_lines[size_t(m_rows[size_t(row)])].id);
+    const Transaction *t = lineAt(row);
+    return t ? idText(t->id) : QString();
 }
 
 int TransactionListModel::rowOf(const QString &txId) const
@@ -354,8 +393,8 @@ int TransactionListModel::rowOf(const QString &txId) const
     const QUuid id(txId);
     if (id.isNull())
         return -1;
-    for (size_t row = 0; row < m_rows.size(); ++row)
-        if (m_lines[size_t(m_rows[row])].id == id)
+    for (size_t row = 0; row < m_rowIds.size(); ++row)
+        if (m_rowIds[row] == id)
             return int(row);
     return -1;
 }
@@ -380,7 +419,10 @@ QVariant TransactionListModel::data(const QModelIndex &index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return {};
-    const Transaction &t = m_lines[size_t(m_rows[size_t(index.row())])];
+    const Transaction *line = lineAt(index.row());
+    if (!line)
+        return {};
+    const Transaction &t = *line;
     switch (role) {
     case TxIdRole:
         return idText(t.id);

@@ -20,8 +20,9 @@ class Store;
 // category and note. Follows every change of the Book.
 //
 // Built for large Books: the lower-cased search keys are made once per Book (when a
-// search needs them), a search that only grows narrows the lines already found, and a change of the Book that adds,
-// removes or edits a few lines tells the view about those rows only, so the list keeps its place.
+// search needs them), a search that only grows narrows the lines already found, and a
+// change of the Book that adds or removes a few lines tells the view about those rows
+// only, so the list keeps its place.
 class TransactionListModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -127,10 +128,13 @@ private:
     };
 
     void reloadBook();
+    // Follows a change that only added lines, when it can; false when not.
+    bool followAdded();
     void refilter();
     Filter currentFilter() const;
     std::vector<int> cut(const std::vector<int> &matches) const;
-    void updateSummary();
+    // Shows the listed lines' count and these sums of their amounts in and out.
+    void showSummary(const Decimal &in, const Decimal &out);
 
     static SearchKeys makeKeys(const std::vector<Transaction> &lines);
     // The lines that pass `filter` (among `within`, when given), the first `enough` at most.
@@ -140,6 +144,16 @@ private:
 
     // The Book's lines; none without a Store.
     const std::vector<Transaction> &bookLines() const;
+    // The line listed in `row`; null outside the list.
+    const Transaction *lineAt(int row) const;
+    // The ids of the lines in `rows`, and the sums of their amounts in and out.
+    struct Listed
+    {
+        std::vector<QUuid> ids;
+        DecimalSum in;
+        DecimalSum out;
+    };
+    static Listed listed(const std::vector<Transaction> &lines, const std::vector<int> &rows);
 
     StoreLink m_store;
     QString m_accountFilter;
@@ -148,18 +162,21 @@ private:
     bool m_monthOnly = false;
     int m_limit = 0;
 
-    // A copy of the Book's lines, so rows stay readable between a change and its signal.
-    // A list cut to `limit` (the dashboard's latest lines) copies only its own: copying
-    // a large Book at every change would cost far more than such a list shows.
-    std::vector<Transaction> m_lines;
-    bool m_whole = true; // m_lines is the whole Book, not only the listed lines
+    // The rows point into the Store's own lines, which are not copied: a copy of a large
+    // Book at every change would cost more than the whole change. The listed lines' ids
+    // tell the next change which rows came and went.
     QHash<QUuid, QString> m_accountNames;
-    // Empty until a search needs them; then one entry per line of m_lines.
+    // Empty until a search needs them; then one entry per line of the Book.
     SearchKeys m_keys;
 
     Filter m_applied;           // the filter m_matches was made with
-    std::vector<int> m_matches; // the lines that pass it: into m_lines when whole, else the Book
-    std::vector<int> m_rows;    // the listed ones, as indexes into m_lines
+    bool m_appliedWhole = true; // and whether it was for the whole list or one cut to `limit`
+    std::vector<int> m_matches; // the lines that pass it, as indexes into the Book's lines
+    std::vector<int> m_rows;    // the listed ones
+    std::vector<QUuid> m_rowIds;
+    quint64 m_seenChange = 0; // the Store's changeCount() the rows were made at
+    Decimal m_in;             // the listed amounts above zero, summed
+    Decimal m_out;            // and those below
 
     QString m_linesText;
     QString m_inText;

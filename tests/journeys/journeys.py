@@ -227,7 +227,7 @@ def every_screen(j):
         j.step(f"Transactions, {what}")
         action()
         n = sum(1 for t in lines if keep(t))
-        j.shows(f"{n} line" + ("" if n == 1 else "s"), *also)
+        j.shows(f"{n:,} line" + ("" if n == 1 else "s"), *also)
     flow = j.find("Flow", "panel")
     shown("every line", lambda t: True)
     shown("money out only", lambda t: t["amount"] < 0, "In $0.00", action=lambda: j.press("Money out", within=flow))

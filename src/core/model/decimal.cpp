@@ -640,3 +640,50 @@ std::strong_ordering operator<=>(const Decimal &a, const Decimal &b)
 {
     return DecimalMath::compare(a, b);
 }
+
+namespace {
+
+Decimal partial(i128 sum, int exponent)
+{
+    // Made canonical (trailing zeros stripped) like every Decimal; well inside the range.
+    return sum == 0 ? Decimal() : *DecimalMath::finish(sum < 0, magnitudeOf(sum), exponent);
+}
+
+} // namespace
+
+void DecimalSum::addSlowly(const Decimal &amount)
+{
+    const i128 c = amount.coefficient();
+    const bool small = c > -partLimit && c < partLimit;
+    for (Part &part : m_parts) {
+        if (part.used && part.exponent == amount.exponent()) {
+            // This exponent's sum is full (or the amount is large): it joins the rest.
+            m_rest += partial(part.sum, part.exponent);
+            part.sum = 0;
+            if (small) {
+                part.sum = c;
+                return;
+            }
+            m_rest += amount;
+            return;
+        }
+    }
+    if (small) {
+        for (Part &part : m_parts) {
+            if (!part.used) {
+                part = {true, amount.exponent(), c};
+                return;
+            }
+        }
+    }
+    m_rest += amount;
+}
+
+Decimal DecimalSum::total() const
+{
+    Decimal sum = m_rest;
+    for (const Part &part : m_parts)
+        if (part.used)
+            sum += partial(part.sum, part.exponent);
+    return sum;
+}

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <array>
 #include <compare>
 #include <cstdint>
 #include <optional>
@@ -81,4 +82,40 @@ private:
 
     __int128 m_coefficient = 0;
     int m_exponent = 0;
+};
+
+// A running total of many amounts, exact like Decimal's own sum and much quicker: the
+// amounts of one exponent (nearly all of a Book's have two places) are added as plain
+// integers, and only those few partial sums are added as Decimals at the end.
+class DecimalSum
+{
+public:
+    void add(const Decimal &amount)
+    {
+        const __int128 c = amount.coefficient();
+        for (Part &part : m_parts) {
+            if (!part.used || part.exponent != amount.exponent())
+                continue;
+            if (c > -partLimit && c < partLimit && part.sum > -partLimit && part.sum < partLimit) {
+                part.sum += c;
+                return;
+            }
+            break;
+        }
+        addSlowly(amount);
+    }
+    Decimal total() const;
+
+private:
+    // Each partial sum stays below 2 * 10^18 in size, far inside what a Decimal holds.
+    static constexpr __int128 partLimit = 1'000'000'000'000'000'000;
+    struct Part
+    {
+        bool used = false;
+        int exponent = 0;
+        __int128 sum = 0;
+    };
+    void addSlowly(const Decimal &amount);
+    std::array<Part, 4> m_parts;
+    Decimal m_rest;
 };

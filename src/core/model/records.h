@@ -150,6 +150,9 @@ struct Transaction
     std::optional<QString> importHash;   // fingerprint of the bank line it came from
     friend bool operator==(const Transaction &, const Transaction &) = default;
 };
+// Every member may be moved as bytes (Qt's strings are relocatable), which is how a
+// new line is shifted into its place among a million others (ledger.cpp).
+Q_DECLARE_TYPEINFO(Transaction, Q_RELOCATABLE_TYPE);
 
 // A name transactions are filed under, with an optional monthly budget.
 struct Category

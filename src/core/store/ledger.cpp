@@ -5,6 +5,8 @@
 #include "model/money.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstring>
 #include <utility>
 
 namespace {
@@ -14,29 +16,47 @@ bool newerFirst(const Transaction &a, const Transaction &b)
     return a.date > b.date;
 }
 
+// Moves the line at `from` back to `to`, the lines between one place on: as bytes, the
+// way Qt's own containers move relocatable types, not a million moves of each member.
+void moveBack(Transaction *to, Transaction *from)
+{
+    static_assert(QTypeInfo<Transaction>::isRelocatable);
+    alignas(Transaction) std::byte held[sizeof(Transaction)];
+    std::memcpy(held, static_cast<void *>(from), sizeof(Transaction));
+    std::memmove(static_cast<void *>(to + 1), static_cast<const void *>(to), size_t(from - to) * sizeof(Transaction));
+    std::memcpy(static_cast<void *>(to), held, sizeof(Transaction));
+}
+
 // Restores newest-first order after `appended` lines were added at the end.
 //
 // The result is always that of a stable sort by date, descending. When the lines
 // before the new ones are in order (known, or checked when not), the new lines are
 // sorted among themselves and merged in: a stable merge keeps an old line ahead of a
 // new one with the same date, which is where a stable sort of the whole list puts it.
-void restoreOrder(std::vector<Transaction> &lines, size_t appended, bool inOrder)
+//
+// Returns where the last line added landed.
+size_t restoreOrder(std::vector<Transaction> &lines, size_t appended, bool inOrder)
 {
     appended = std::min(appended, lines.size());
     const auto oldEnd = lines.end() - std::ptrdiff_t(appended);
     if (!inOrder && !std::is_sorted(lines.begin(), oldEnd, newerFirst)) {
         std::stable_sort(lines.begin(), lines.end(), newerFirst);
-        return;
+        return 0;
     }
     std::stable_sort(oldEnd, lines.end(), newerFirst);
     if (appended > 16) {
         std::inplace_merge(lines.begin(), oldEnd, lines.end(), newerFirst);
-        return;
+        return 0;
     }
     // A few lines (one change in the window) are each moved to their place: the merge
     // would first take a buffer as large as the whole list.
-    for (auto line = oldEnd; line != lines.end(); ++line)
-        std::rotate(std::upper_bound(lines.begin(), line, *line, newerFirst), line, line + 1);
+    size_t place = lines.size() - 1;
+    for (auto line = oldEnd; line != lines.end(); ++line) {
+        const auto to = std::upper_bound(lines.begin(), line, *line, newerFirst);
+        moveBack(&*to, &*line);
+        place = size_t(to - lines.begin());
+    }
+    return place;
 }
 
 } // namespace
@@ -49,7 +69,11 @@ Saved Store::add(const Transaction &tx)
     {
         OneWrite once(*this);
         m_book.transactions.push_back(tx);
-        sortNewestFirst(1);
+        const bool inOrder = m_newestFirst;
+        m_adding = Added{restoreOrder(m_book.transactions, 1, inOrder), 1};
+        m_newestFirst = true;
+        if (!inOrder) // the whole list was sorted: lines moved everywhere
+            m_adding.reset();
         assigned();
         if (sums) {
             sums->added(tx, m_book.transactions);
@@ -282,14 +306,19 @@ const Store::Sums &Store::sums() const
         return *m_sums;
     Sums &s = m_sums.emplace();
     s.at = now();
+    std::vector<DecimalSum> sums; // beside s.all
     for (const Transaction &t : m_book.transactions) {
         auto entry = std::find_if(s.all.begin(), s.all.end(), [&](const auto &e) { return e.first == t.accountID; });
-        if (entry == s.all.end())
+        if (entry == s.all.end()) {
             entry = s.all.insert(s.all.end(), {t.accountID, Decimal()});
-        entry->second += t.amount;
+            sums.emplace_back();
+        }
+        sums[size_t(entry - s.all.begin())].add(t.amount);
         if (t.date > s.at)
             s.later.push_back(&t);
     }
+    for (size_t i = 0; i < sums.size(); ++i)
+        s.all[i].second = sums[i].total();
     return s;
 }
 

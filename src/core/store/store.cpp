@@ -312,6 +312,8 @@ Saved Store::setBook(Book book)
 
 void Store::assigned()
 {
+    ++m_changeCount;
+    m_lastAdded = std::exchange(m_adding, std::nullopt);
     m_sums.reset();
     if (m_oneWriteDepth > 0) {
         m_pendingWrite = m_pendingWrite || !m_loading;

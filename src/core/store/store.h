@@ -150,6 +150,17 @@ public:
     // The lines dated within `range`, newest first: a slice of the Book's lines found by
     // their dates, so a month's figures do not go through decades of lines.
     std::span<const Transaction> linesWithin(const ClosedRange &range) const;
+    // The changes of the Book so far: each is one step of changeCount().
+    quint64 changeCount() const { return m_changeCount; }
+    // Lines that the latest change only added, side by side: where the first of them is
+    // in the Book's lines and how many. Nothing for any other change, so that a view of
+    // a large Book can follow a new line without going through all the others.
+    struct Added
+    {
+        size_t at = 0;
+        size_t count = 0;
+    };
+    std::optional<Added> lastAdded() const { return m_lastAdded; }
     // Replaces the whole Book: saves it (unless still loading) and tells observers.
     Saved setBook(Book book);
 
@@ -438,4 +449,7 @@ private:
     mutable std::optional<Sums> m_sums;
     // Whether the Book's lines are known to be newest first; false after mutableBook().
     bool m_newestFirst = true;
+    quint64 m_changeCount = 0;
+    std::optional<Added> m_adding; // what the change under way only added, if that
+    std::optional<Added> m_lastAdded;
 };

@@ -157,3 +157,31 @@ TEST(Decimal, ParsingAndRoundingMatchReference)
         EXPECT_EQ(parsed->toDouble(), std::stod(oracle::text(expected))); // strtod rounds correctly
     }
 }
+
+// A running total of many amounts is the exact sum, canonical, whatever the mix of
+// exponents (more than it sums apart), signs, and sizes that outgrow its partial sums.
+TEST(Decimal, ARunningTotalIsTheExactSum)
+{
+    Generator gen;
+    DecimalSum total;
+    Decimal oneByOne;
+    for (int i = 0; i < 20000; ++i) {
+        const long digits = i % 1000 == 0 ? 20 : gen.range(1, 18);
+        const Decimal x = d((gen.range(0, 1) ? "-" : "") + gen.digits(digits) + "e" + std::to_string(gen.range(-6, 2)));
+        total.add(x);
+        oneByOne += x;
+    }
+    for (int i = 0; i < 5; ++i) { // outgrows a partial sum of one exponent
+        total.add(d("999999999999999999"));
+        oneByOne += d("999999999999999999");
+    }
+    EXPECT_EQ(t(total.total()), t(oneByOne));
+    EXPECT_TRUE(isCanonical(total.total()));
+
+    DecimalSum cents;
+    cents.add(d("1.50"));
+    cents.add(d("0.50"));
+    EXPECT_EQ(t(cents.total()), "2");
+    EXPECT_TRUE(isCanonical(cents.total()));
+    EXPECT_EQ(t(DecimalSum().total()), "0");
+}
