@@ -23,11 +23,11 @@ inline bool counts(const Transaction &t, const ClosedRange &range, Side side)
 
 Decimal total(std::span<const Transaction> lines, const ClosedRange &range, Side side)
 {
-    Decimal sum;
+    DecimalSum sum;
     for (const Transaction &t : lines)
         if (counts(t, range, side))
-            sum += t.amount;
-    return side == Side::in ? sum : sum.negated();
+            sum.add(t.amount);
+    return side == Side::in ? sum.total() : sum.total().negated();
 }
 
 // Sums per exact category text.
@@ -38,7 +38,7 @@ Decimal total(std::span<const Transaction> lines, const ClosedRange &range, Side
 class Groups
 {
 public:
-    Decimal &operator[](const QString &name)
+    DecimalSum &operator[](const QString &name)
     {
         const std::pair<const void *, qsizetype> place(name.constData(), name.size());
         auto known = m_byPlace.constFind(place);
@@ -47,18 +47,18 @@ public:
             if (named == m_byText.cend()) {
                 named = m_byText.insert(name, int(m_rows.size()));
                 m_rows.emplace_back(name, Decimal());
+                m_sums.emplace_back();
             }
             known = m_byPlace.insert(place, *named);
         }
-        return m_rows[size_t(*known)].second;
+        return m_sums[size_t(*known)];
     }
 
     // The groups, largest sum first.
     CategoryTotals take(Side side)
     {
-        if (side == Side::out)
-            for (auto &row : m_rows)
-                row.second = row.second.negated();
+        for (size_t i = 0; i < m_rows.size(); ++i)
+            m_rows[i].second = side == Side::in ? m_sums[i].total() : m_sums[i].total().negated();
         std::sort(m_rows.begin(), m_rows.end(), [](const auto &a, const auto &b) { return a.second > b.second; });
         return std::move(m_rows);
     }
@@ -67,6 +67,7 @@ private:
     QHash<std::pair<const void *, qsizetype>, int> m_byPlace;
     QHash<QString, int> m_byText;
     CategoryTotals m_rows;
+    std::vector<DecimalSum> m_sums; // one per row
 };
 
 CategoryTotals byCategory(std::span<const Transaction> lines, const ClosedRange &range, Side side)
@@ -74,7 +75,7 @@ CategoryTotals byCategory(std::span<const Transaction> lines, const ClosedRange 
     Groups groups;
     for (const Transaction &t : lines)
         if (counts(t, range, side))
-            groups[t.category] += t.amount;
+            groups[t.category].add(t.amount);
     return groups.take(side);
 }
 
