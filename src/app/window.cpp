@@ -1,6 +1,7 @@
 #include "window.h"
 
 #include "help/helptexts.h"
+#include "renderer.h"
 #include "singlecopy.h"
 #include "store/store.h"
 
@@ -83,6 +84,7 @@ void prepareWindowApplication()
     QGuiApplication::setApplicationDisplayName(AppInfo::displayName());
     QQuickStyle::setStyle(QStringLiteral("Basic"));
     registerFonts();
+    chooseRenderer();
 }
 
 void connectEngine(QQmlEngine &engine, Store &store)

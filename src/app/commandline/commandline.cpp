@@ -64,6 +64,14 @@ Options:
                   (the folder "QFS Coinhall" in ~/.local/share).
   --selftest      Run the built-in checks, print the report and exit with 0 when
                   all pass, else 1. Looks at nothing else and touches no user folder.
+  --renderer software|gpu
+                  Draw the window with Qt Quick's own software renderer, or
+                  with the graphics card through OpenGL. Without it (and without
+                  COINHALL_RENDERER=software|gpu in the environment) Coinhall
+                  uses the software renderer where OpenGL is itself drawn in
+                  software (llvmpipe) or there is none, else the graphics card.
+                  With COINHALL_DEBUG set, the choice and why go to standard
+                  error.
   --help          Show this text.
   --version       Show the version.
 
@@ -113,6 +121,11 @@ Split split(const QStringList &arguments)
                 s.error = QStringLiteral("--data-dir needs a folder.");
             else
                 s.dir = QDir(arguments.at(++i)).absolutePath();
+        } else if (a == QLatin1String("--renderer")) {
+            // Read again by the window; here only checked.
+            const QString value = i + 1 < arguments.size() ? arguments.at(++i) : QString();
+            if (value != QLatin1String("software") && value != QLatin1String("gpu"))
+                s.error = QStringLiteral("--renderer is software or gpu.");
         } else if (a == QLatin1String("--help")) {
             s.help = true;
         } else if (a == QLatin1String("--version")) {
