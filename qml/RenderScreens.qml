@@ -144,6 +144,9 @@ Main {
 
         function onFrameSwapped() {
             root.helpFrames += 1
+            // Nothing in it moves, so the second frame is asked for.
+            if (root.helpFrames < 2)
+                root.helpWindow.update()
         }
     }
 

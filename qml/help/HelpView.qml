@@ -129,7 +129,9 @@ FocusScope {
                 contentWidth: width
                 contentHeight: page.implicitHeight
                 boundsBehavior: Flickable.StopAtBounds
-                ScrollBar.vertical: ScrollBar {}
+                ScrollBar.vertical: SteadyScrollBar {
+                    shown: reader.contentHeight > reader.height
+                }
 
                 ColumnLayout {
                     id: page

@@ -48,11 +48,11 @@ Item {
         contentWidth: root.logicalWidth * root.zoom
         contentHeight: root.logicalHeight * root.zoom
 
-        ScrollBar.horizontal: ScrollBar {
-            policy: root.scrollsH ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
+        ScrollBar.horizontal: SteadyScrollBar {
+            shown: root.scrollsH
         }
-        ScrollBar.vertical: ScrollBar {
-            policy: root.scrollsV ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
+        ScrollBar.vertical: SteadyScrollBar {
+            shown: root.scrollsV
         }
 
         Item {

@@ -144,8 +144,8 @@ FocusScope {
             // Dragging belongs to the fields; the wheel and the bar scroll.
             interactive: false
 
-            ScrollBar.vertical: ScrollBar {
-                policy: scroller.scrolls ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
+            ScrollBar.vertical: SteadyScrollBar {
+                shown: scroller.scrolls
             }
 
             WheelHandler {

@@ -63,8 +63,8 @@ Flickable {
     onContentHeightChanged: Qt.callLater(settleBar)
     onHeightChanged: Qt.callLater(settleBar)
 
-    ScrollBar.vertical: ScrollBar {
-        policy: root.barShown ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
+    ScrollBar.vertical: SteadyScrollBar {
+        shown: root.barShown
     }
 
     WheelHandler {
