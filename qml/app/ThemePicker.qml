@@ -101,6 +101,8 @@ ColumnLayout {
                 implicitHeight: contentHeight
                 model: box.popup.visible ? box.delegateModel : null
                 currentIndex: box.highlightedIndex
+                highlightMoveDuration: 0
+                highlightResizeDuration: 0
             }
 
             background: Rectangle {

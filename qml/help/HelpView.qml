@@ -69,6 +69,10 @@ FocusScope {
                 currentIndex: root.topic
                 keyNavigationEnabled: true
                 activeFocusOnTab: true
+                // The view's own (invisible) highlight would otherwise grow to the row's
+                // width over half a second, drawing a frame each step.
+                highlightMoveDuration: 0
+                highlightResizeDuration: 0
                 onCurrentIndexChanged: root.topic = currentIndex
 
                 delegate: ItemDelegate {

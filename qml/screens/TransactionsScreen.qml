@@ -202,6 +202,7 @@ Item {
                 keyNavigationEnabled: true
                 activeFocusOnTab: true
                 highlightMoveDuration: 0
+                highlightResizeDuration: 0
                 // Rows are built a little beyond the view so a fast scroll does not show gaps.
                 cacheBuffer: 400
                 Accessible.role: Accessible.List

@@ -166,6 +166,8 @@ SheetFrame {
         boundsBehavior: Flickable.StopAtBounds
         activeFocusOnTab: count > 0
         keyNavigationEnabled: true
+        highlightMoveDuration: 0
+        highlightResizeDuration: 0
         Accessible.role: Accessible.List
         Accessible.name: bridge.previewTitle
 
