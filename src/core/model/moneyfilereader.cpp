@@ -1065,6 +1065,11 @@ private:
             }
             if (!EndObject(rapidjson::SizeType(record.count)))
                 return false;
+            if (m_sliceLines && m_book.transactions.size() == m_sliceLines) {
+                m_slices.push_back(std::move(m_book.transactions));
+                m_book.transactions.clear();
+                m_book.transactions.reserve(m_sliceLines);
+            }
             last = after;
             p = *next == ']' ? nullptr : next;
             if (!p)
@@ -1107,6 +1112,7 @@ private:
         ahead->stream.m_next = ahead->from;
         ahead->decoder = std::make_unique<Decoder>(ahead->book, ahead->stream, m_releasePages, m_progress);
         ahead->decoder->m_mayGoAhead = false;
+        ahead->decoder->m_sliceLines = sliceLines;
         ahead->decoder->startList(Kind::Transaction, std::size_t(end - ahead->from));
         Ahead *a = ahead.get();
         a->thread = std::thread([a] {
@@ -1123,10 +1129,17 @@ private:
         ahead->thread.join();
         if (!ahead->ok)
             return false;
-        std::vector<Transaction> &taken = ahead->book.transactions;
-        m_book.transactions.insert(m_book.transactions.end(), std::make_move_iterator(taken.begin()),
-                                   std::make_move_iterator(taken.end()));
-        m_count += taken.size();
+        // Each slice is handed back as soon as it is moved: the second half of a big Book
+        // is never held twice.
+        const auto moveIn = [this](std::vector<Transaction> &slice) {
+            m_book.transactions.insert(m_book.transactions.end(), std::make_move_iterator(slice.begin()),
+                                       std::make_move_iterator(slice.end()));
+            m_count += slice.size();
+            std::vector<Transaction>().swap(slice);
+        };
+        for (std::vector<Transaction> &slice : ahead->decoder->m_slices)
+            moveIn(slice);
+        moveIn(ahead->book.transactions);
         p = ahead->next;
         last = ahead->last;
         m_counted = p ? p : last; // the other thread counted its own bytes
@@ -1225,7 +1238,7 @@ private:
             // pages beyond the lines really read are never touched. Every line needs its
             // required keys and two ids, well over this many bytes.
             m_book.transactions.clear();
-            m_book.transactions.reserve(textLeft / 160 + 1);
+            m_book.transactions.reserve(m_sliceLines ? m_sliceLines : textLeft / 160 + 1);
             break;
         case Kind::Bill:
             m_book.bills.clear();
@@ -1403,6 +1416,11 @@ private:
     const char *m_counted;
     bool m_plain = false; // within plainRecords
     bool m_mayGoAhead = true;
+    // The other thread's lines, in slices of this many (0: one list), so that they can be
+    // handed over a slice at a time.
+    static constexpr std::size_t sliceLines = 1u << 13;
+    std::size_t m_sliceLines = 0;
+    std::vector<std::vector<Transaction>> m_slices;
     FlatObject m_flat;
     std::unique_ptr<Ahead> m_ahead;
 

@@ -7,6 +7,7 @@
 #include <QUuid>
 
 #include <array>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -70,7 +71,8 @@ template <> struct EnumTexts<AccountKind>
 // The symbol name shown beside an account of this kind ("building.columns").
 QString iconName(AccountKind kind);
 
-enum class TxKind { deposit, expense, transfer, royalty, bill };
+// One byte: it sits beside `cleared` in every one of a Book's lines.
+enum class TxKind : std::uint8_t { deposit, expense, transfer, royalty, bill };
 template <> struct EnumTexts<TxKind>
 {
     static constexpr std::array<std::pair<TxKind, const char *>, 5> table{{
@@ -153,6 +155,8 @@ struct Transaction
 // Every member may be moved as bytes (Qt's strings are relocatable), which is how a
 // new line is shifted into its place among a million others (ledger.cpp).
 Q_DECLARE_TYPEINFO(Transaction, Q_RELOCATABLE_TYPE);
+// A big Book holds a million of these; a member added or reordered carelessly shows here.
+static_assert(sizeof(Transaction) <= 192);
 
 // A name transactions are filed under, with an optional monthly budget.
 struct Category
