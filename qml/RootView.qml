@@ -86,6 +86,19 @@ FocusScope {
 
     Component.onCompleted: welcomeOnce()
 
+    // What the desktop asks for (its menu's actions, a reminder clicked), by the names
+    // of --open. A sheet already open keeps what the user typed: it is not replaced.
+    function openFromOutside(what: string) {
+        if (what === "bills")
+            showScreen("bills")
+        else if (sheet !== null)
+            return
+        else if (what === "money-in" || what === "money-out")
+            openSheet(CHSheet.newTx(what === "money-in"))
+        else if (what === "import")
+            openSheet(CHSheet.importCSV())
+    }
+
     // While locked, the overlay draws its own ground: nothing but it shows.
     Rectangle {
         anchors.fill: parent

@@ -22,15 +22,16 @@ public:
     static QString defaultName(const QString &dataDir = {});
 
     // True when this is the first copy (it now listens); false when another copy
-    // answered and was asked to raise its window.
-    bool claim();
+    // answered and was asked to raise its window, and to show `open` there (a name of
+    // `--open`; empty for the window as it is).
+    bool claim(const QString &open = {});
 
 Q_SIGNALS:
-    // A later copy asked this one to bring its window to the front.
-    void raiseRequested();
+    // A later copy asked this one to bring its window to the front, showing `open`.
+    void raiseRequested(const QString &open);
 
 private:
-    bool askRunningCopy();
+    bool askRunningCopy(const QString &open);
 
     QString m_name;
     QLocalServer m_server;

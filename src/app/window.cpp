@@ -1,5 +1,6 @@
 #include "window.h"
 
+#include "commandline/commandline.h"
 #include "help/helptexts.h"
 #include "renderer.h"
 #include "singlecopy.h"
@@ -98,8 +99,9 @@ int runWindow(int &argc, char **argv, const QString &dataDir, const std::functio
     QGuiApplication app(argc, argv);
     prepareWindowApplication();
 
+    const QString open = openArgument(QCoreApplication::arguments());
     SingleCopy singleCopy(SingleCopy::defaultName(dataDir));
-    if (!singleCopy.claim())
+    if (!singleCopy.claim(open))
         return 0;
 
     // Up to about 200,000 lines the books are read before the first frame, in well under
@@ -116,7 +118,16 @@ int runWindow(int &argc, char **argv, const QString &dataDir, const std::functio
         return 1;
     reportFirstFrame(window);
     reportStalls(window);
-    QObject::connect(&singleCopy, &SingleCopy::raiseRequested, window, [window] { bringForward(window); });
+    // A sheet or screen asked for by the desktop: shown once the books are open.
+    const auto show = [window](const QString &what) {
+        if (auto *rootView = window->property("rootView").value<QObject *>(); rootView && !what.isEmpty())
+            QMetaObject::invokeMethod(rootView, "openFromOutside", Q_ARG(QString, what));
+    };
+    show(open);
+    QObject::connect(&singleCopy, &SingleCopy::raiseRequested, window, [window, show](const QString &what) {
+        bringForward(window);
+        show(what);
+    });
 
     // Once the window is up: permission for bill reminders, then the first schedule.
     QTimer::singleShot(0, &store, [] {

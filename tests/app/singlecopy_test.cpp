@@ -33,9 +33,12 @@ TEST(SingleCopy, OneCopyPerBooksTakesOverADeadOnesSocketAndIsAskedToRaise)
     ASSERT_TRUE(first.claim());
     for (int start = 1; start <= 2; ++start) {
         // A later start, as another process makes it: on its own thread, blocking.
-        std::future<bool> later = std::async(std::launch::async, [name] { return SingleCopy(name).claim(); });
+        const QString open = start == 2 ? QStringLiteral("money-in") : QString();
+        std::future<bool> later =
+            std::async(std::launch::async, [name, open] { return SingleCopy(name).claim(open); });
         EXPECT_TRUE(raised.wait(5000));
         EXPECT_EQ(std::tuple(later.get(), raised.count()), std::tuple(false, start));
+        EXPECT_EQ(raised.last().value(0).toString(), open);
     }
 
     // Books in another folder have a copy of their own.

@@ -47,6 +47,19 @@ TestCase {
         }
     }
 
+    // The desktop's actions open their sheet, but never over one the user is filling in.
+    function test_desktopActionsOpenTheirSheetOrScreen() {
+        const view = makeWindow().rootView
+        view.openFromOutside("money-in")
+        compare([view.sheet.kind, view.sheet.income], ["newTx", true])
+        view.openFromOutside("import")
+        view.openFromOutside("bills")
+        compare([view.sheet.kind, view.screen], ["newTx", "bills"])
+        view.closeSheet()
+        view.openFromOutside("import")
+        compare(view.sheet.kind, "importCSV")
+    }
+
     function test_menusByKeyboardAndTheTheme() {
         const window = makeWindow()
         const bar = window.menuBar

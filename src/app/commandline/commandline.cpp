@@ -64,6 +64,10 @@ Options:
                   (the folder "QFS Coinhall" in ~/.local/share).
   --selftest      Run the built-in checks, print the report and exit with 0 when
                   all pass, else 1. Looks at nothing else and touches no user folder.
+  --open money-in|money-out|import|bills
+                  Open the window (or bring the running one forward) on a new
+                  deposit, a new expense, the bank CSV import, or the Bills
+                  screen. The desktop's menu and notifications use it.
   --renderer software|gpu
                   Draw the window with Qt Quick's own software renderer, or
                   with the graphics card through OpenGL. Without it (and without
@@ -101,12 +105,16 @@ const QStringList valueOptions = {
     QStringLiteral("--format"),
 };
 
+const QStringList openTargets = {QStringLiteral("money-in"), QStringLiteral("money-out"), QStringLiteral("import"),
+                                 QStringLiteral("bills")};
+
 // The arguments with the global options taken out.
 struct Split
 {
     QString dir;
     bool help = false;
     bool version = false;
+    QString open;
     QString error;
     QStringList rest; // the command and its own arguments
 };
@@ -126,6 +134,10 @@ Split split(const QStringList &arguments)
             const QString value = i + 1 < arguments.size() ? arguments.at(++i) : QString();
             if (value != QLatin1String("software") && value != QLatin1String("gpu"))
                 s.error = QStringLiteral("--renderer is software or gpu.");
+        } else if (a == QLatin1String("--open")) {
+            s.open = i + 1 < arguments.size() ? arguments.at(++i) : QString();
+            if (!openTargets.contains(s.open))
+                s.error = QStringLiteral("--open is money-in, money-out, import or bills.");
         } else if (a == QLatin1String("--help")) {
             s.help = true;
         } else if (a == QLatin1String("--version")) {
@@ -209,6 +221,11 @@ bool wantsCommandLine(const QStringList &arguments)
 QString dataDirArgument(const QStringList &arguments)
 {
     return split(arguments).dir;
+}
+
+QString openArgument(const QStringList &arguments)
+{
+    return split(arguments).open;
 }
 
 int runCommandLine(const QStringList &arguments, std::FILE *out, std::FILE *err, const CommandLineUnlock &unlock)

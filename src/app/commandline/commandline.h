@@ -25,6 +25,9 @@ bool wantsCommandLine(const QStringList &arguments);
 
 // The folder given with "--data-dir", made absolute; empty when there is none.
 QString dataDirArgument(const QStringList &arguments);
+// The value of --open (what the window shows first): "money-in", "money-out", "import",
+// "bills", or empty.
+QString openArgument(const QStringList &arguments);
 
 // Where the command line asks for the owner's password when the books ask for
 // unlocking: the password is read as one line from `in` (without echo on a
