@@ -10,6 +10,7 @@
 #include <QElapsedTimer>
 #include <QFontDatabase>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QQmlApplicationEngine>
 #include <QQmlEngine>
 #include <QQuickStyle>
@@ -83,6 +84,8 @@ void prepareWindowApplication()
     QGuiApplication::setOrganizationName(AppInfo::organizationName());
     QGuiApplication::setApplicationName(AppInfo::applicationName());
     QGuiApplication::setApplicationDisplayName(AppInfo::displayName());
+    QGuiApplication::setDesktopFileName(AppInfo::applicationId());
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/coinhall.png")));
     QQuickStyle::setStyle(QStringLiteral("Basic"));
     registerFonts();
     chooseRenderer();
@@ -123,7 +126,15 @@ int runWindow(int &argc, char **argv, const QString &dataDir, const std::functio
         if (auto *rootView = window->property("rootView").value<QObject *>(); rootView && !what.isEmpty())
             QMetaObject::invokeMethod(rootView, "openFromOutside", Q_ARG(QString, what));
     };
-    show(open);
+    // The first sheet waits for the first frame: the window must have its size to
+    // place it.
+    if (!open.isEmpty()) {
+        auto once = std::make_shared<QMetaObject::Connection>();
+        *once = QObject::connect(window, &QQuickWindow::frameSwapped, window, [once, show, open] {
+            QObject::disconnect(*once);
+            show(open);
+        });
+    }
     QObject::connect(&singleCopy, &SingleCopy::raiseRequested, window, [window, show](const QString &what) {
         bringForward(window);
         show(what);

@@ -195,4 +195,9 @@ QString applicationName()
     return QStringLiteral("Coinhall");
 }
 
+QString applicationId()
+{
+    return QStringLiteral("com.quillfern.Coinhall");
+}
+
 } // namespace AppInfo

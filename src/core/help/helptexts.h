@@ -37,4 +37,7 @@ QString displayName();
 // The organisation and application names the preferences are kept under: "QFS", "Coinhall".
 QString organizationName();
 QString applicationName();
+// The reverse-DNS id the desktop knows Coinhall by: its desktop file, metainfo, icon and
+// notifications all carry it. "com.quillfern.Coinhall".
+QString applicationId();
 } // namespace AppInfo

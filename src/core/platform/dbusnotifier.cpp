@@ -1,5 +1,7 @@
 #include "platform/dbusnotifier.h"
 
+#include "help/helptexts.h"
+
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QStringList>
@@ -77,12 +79,13 @@ void DBusNotifier::fire(QTimer *timer)
         return;
 
     QDBusMessage call = notificationsCall(QStringLiteral("Notify"));
-    call << QStringLiteral("QFS Coinhall") // app_name
-         << uint(0)                        // replaces_id: a new notification
-         << QString()                      // app_icon
-         << request.title                  // summary
-         << request.body << QStringList()  // body, no actions
-         << QVariantMap{{QStringLiteral("sound-name"), QStringLiteral("message-new-instant")}} // the default sound
+    call << AppInfo::displayName()     // app_name
+         << uint(0)                    // replaces_id: a new notification
+         << AppInfo::applicationId()   // app_icon: the installed icon's name
+         << request.title              // summary
+         << request.body << QStringList() // body, no actions
+         << QVariantMap{{QStringLiteral("sound-name"), QStringLiteral("message-new-instant")}, // the default sound
+                        {QStringLiteral("desktop-entry"), AppInfo::applicationId()}} // grouped with the program
          << qint32(-1); // expire_timeout: the service decides
     // The reply only carries the notification's number, which nothing here needs.
     m_bus.send(call);

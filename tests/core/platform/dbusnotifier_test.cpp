@@ -112,6 +112,9 @@ TEST_F(DBusNotifierTest, ShowsTheRequestWhenItsTimeComes)
     EXPECT_EQ(arguments[4].toString(), "$1,200.00 · open Coinhall to mark it paid");
     const auto hints = qdbus_cast<QVariantMap>(arguments[6].value<QDBusArgument>());
     EXPECT_EQ(hints.value(QStringLiteral("sound-name")).toString(), "message-new-instant");
+    // The desktop finds the program's name and icon through its id.
+    EXPECT_EQ(std::tuple(arguments[2].toString(), hints.value(QStringLiteral("desktop-entry")).toString()),
+              std::tuple("com.quillfern.Coinhall", "com.quillfern.Coinhall"));
     EXPECT_EQ(arguments[7].toInt(), -1);
     EXPECT_EQ(notifier.pendingCount(), 0);
 }

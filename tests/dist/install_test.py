@@ -1,0 +1,103 @@
+#!/usr/bin/python3
+"""The installed Coinhall, as `cmake --install` lays it out under a fresh prefix: the
+program runs from there, and the desktop's files are valid and agree with it.
+
+  install_test.py BUILD_DIR
+"""
+import os
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+
+BUILD = sys.argv.pop(1)
+APP_ID = "com.quillfern.Coinhall"
+
+
+def run(*args, **kw):
+    return subprocess.run(args, capture_output=True, text=True, **kw)
+
+
+class Installed(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.tmp = tempfile.TemporaryDirectory()
+        cls.prefix = cls.tmp.name
+        done = run("cmake", "--install", BUILD, "--prefix", cls.prefix)
+        assert done.returncode == 0, done.stderr
+        cls.bin = os.path.join(cls.prefix, "bin", "coinhall")
+        cls.share = os.path.join(cls.prefix, "share")
+        cls.env = dict(os.environ, HOME=cls.prefix, XDG_DATA_HOME=os.path.join(cls.prefix, "data"))
+        usage = run(cls.bin, "--help").stdout
+        cls.commands = re.findall(r"^  (\w+)", usage.split("Commands:")[1].split("Options:")[0], re.M)
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.tmp.cleanup()
+
+    def path(self, *parts):
+        return os.path.join(self.share, *parts)
+
+    def test_program_runs_from_the_prefix(self):
+        done = run(self.bin, "--selftest", env=self.env)
+        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+        self.assertIn("ALL", done.stdout.splitlines()[-1])
+
+    def test_desktop_entry_is_valid_and_its_actions_are_understood(self):
+        entry = self.path("applications", APP_ID + ".desktop")
+        done = run("desktop-file-validate", entry)
+        self.assertEqual((done.returncode, done.stdout), (0, ""))
+        text = open(entry).read()
+        self.assertIn("\nIcon=%s\n" % APP_ID, text)
+        self.assertIn("\nStartupWMClass=Coinhall\n", text)
+        execs = re.findall(r"^Exec=coinhall(.*)$", text, re.M)
+        self.assertEqual(len(execs), 4)
+        for args in execs:
+            # With --version the window is not opened; a value it does not know would
+            # be refused with a usage error.
+            done = run(self.bin, *args.split(), "--version", env=self.env)
+            self.assertEqual(done.returncode, 0, args + ": " + done.stderr)
+
+    def test_metainfo_is_valid(self):
+        done = run("appstreamcli", "validate", "--no-net", self.path("metainfo", APP_ID + ".metainfo.xml"))
+        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+
+    def test_icon_in_every_size(self):
+        for size in (16, 24, 32, 48, 64, 128, 256, 512):
+            png = self.path("icons", "hicolor", "%dx%d" % (size, size), "apps", APP_ID + ".png")
+            with open(png, "rb") as f:
+                head = f.read(24)
+            self.assertEqual(head[:8], b"\x89PNG\r\n\x1a\n")
+            self.assertEqual((int.from_bytes(head[16:20], "big"), int.from_bytes(head[20:24], "big")),
+                             (size, size))
+        self.assertTrue(os.path.isfile(self.path("icons", "hicolor", "scalable", "apps", APP_ID + ".svg")))
+
+    def test_manual_page_names_every_command(self):
+        page = run("man", "--warnings", "-l", self.path("man", "man1", "coinhall.1.gz"),
+                   env=dict(self.env, MANWIDTH="100"))
+        self.assertEqual((page.returncode, page.stderr), (0, ""))
+        text = re.sub(".\b", "", page.stdout)  # bold and underline drawn by overstriking
+        for command in self.commands:
+            self.assertRegex(text, r"\n\s+%s\b" % command)
+
+    def complete(self, line):
+        script = ("source /usr/share/bash-completion/bash_completion; source %s; "
+                  "COMP_LINE=%r; COMP_POINT=${#COMP_LINE}; read -ra COMP_WORDS <<< \"$COMP_LINE\"; "
+                  "[[ $COMP_LINE == *' ' ]] && COMP_WORDS+=(''); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); "
+                  "_coinhall coinhall \"${COMP_WORDS[-1]}\" \"${COMP_WORDS[-2]}\"; printf '%%s\\n' \"${COMPREPLY[@]}\""
+                  % (self.path("bash-completion", "completions", "coinhall"), line))
+        done = run("bash", "-c", script)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        return sorted(filter(None, done.stdout.split("\n")))
+
+    def test_shell_completes_commands_and_values(self):
+        self.assertEqual(self.complete("coinhall "), sorted(self.commands))
+        self.assertEqual(self.complete("coinhall --open m"), ["money-in", "money-out"])
+        self.assertEqual(self.complete("coinhall --data-dir /tmp report --p"), ["--period"])
+        self.assertEqual(self.complete("coinhall report --period last-"),
+                         ["last-12-months", "last-month", "last-year"])
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
