@@ -99,5 +99,32 @@ class Installed(unittest.TestCase):
                          ["last-12-months", "last-month", "last-year"])
 
 
+class Package(unittest.TestCase):
+    """The .deb that scripts/package builds, made here from the tests' own build."""
+
+    def test_contents_and_computed_depends(self):
+        with tempfile.TemporaryDirectory() as out:
+            done = run("cpack", "-G", "DEB", "-B", out, "--config", os.path.join(BUILD, "CPackConfig.cmake"))
+            self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+            debs = [f for f in os.listdir(out) if f.endswith(".deb")]
+            self.assertEqual(len(debs), 1)
+            self.assertRegex(debs[0], r"^coinhall_\d+\.\d+\.\d+_amd64\.deb$")
+            deb = os.path.join(out, debs[0])
+            files = {line.split()[-1].lstrip(".") for line in run("dpkg-deb", "-c", deb).stdout.splitlines()
+                     if not line.endswith("/")}
+            wanted = {"/usr/bin/coinhall", "/usr/share/applications/%s.desktop" % APP_ID,
+                      "/usr/share/metainfo/%s.metainfo.xml" % APP_ID, "/usr/share/man/man1/coinhall.1.gz",
+                      "/usr/share/bash-completion/completions/coinhall",
+                      "/usr/share/icons/hicolor/scalable/apps/%s.svg" % APP_ID}
+            self.assertLessEqual(wanted, files)
+            self.assertEqual(len([f for f in files if f.startswith("/usr/share/icons/hicolor/")]), 9)
+            self.assertEqual(files - wanted - {f for f in files if f.startswith("/usr/share/icons/")}, set(),
+                             "nothing else: no tests, no headers")
+            depends = {d.split()[0] for d in run("dpkg-deb", "-f", deb, "Depends").stdout.split(", ")}
+            # From the linked libraries and from the QML the window imports.
+            self.assertLessEqual({"libqt6quick6", "libqt6dbus6", "libpam0g", "libicu72", "qml6-module-qtquick",
+                                  "qml6-module-qtquick-controls", "qml6-module-qtquick-layouts"}, depends)
+
+
 if __name__ == "__main__":
     unittest.main(verbosity=2)
