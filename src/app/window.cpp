@@ -139,6 +139,10 @@ int runWindow(int &argc, char **argv, const QString &dataDir, const std::functio
         bringForward(window);
         show(what);
     });
+    QObject::connect(&store, &Store::reminderClicked, window, [window, show] {
+        bringForward(window);
+        show(QStringLiteral("bills"));
+    });
 
     // Once the window is up: permission for bill reminders, then the first schedule.
     QTimer::singleShot(0, &store, [] {

@@ -127,7 +127,8 @@ protected:
     QStringList strays() const
     {
         static const QRegularExpression kept(
-            "^(coinhall\\.(json|lock)|Backups|Backups/coinhall-\\d{4}-\\d\\d-\\d\\d\\.json)$");
+            "^(coinhall\\.(json|lock)|reminders(-shown)?\\.json|reminders\\.lock|Backups|"
+            "Backups/coinhall-\\d{4}-\\d\\d-\\d\\d\\.json)$");
         QStringList found;
         for (const QString folder : {"", "Backups/"})
             for (const QString &entry :
@@ -222,7 +223,8 @@ TEST_F(WindowProcesses, KilledAtRandomMomentsAlwaysLeavesWholeBooks)
         startMs = std::min(startMs, int(clock.elapsed()));
     }
 
-    const QRegularExpression inProgress("^(coinhall\\.json|Backups/coinhall-\\d{4}-\\d\\d-\\d\\d\\.json)\\.saving$");
+    const QRegularExpression inProgress(
+        "^(coinhall\\.json|reminders\\.json|Backups/coinhall-\\d{4}-\\d\\d-\\d\\d\\.json)\\.saving$");
     int changesSeen = 0, writesCutShort = 0;
     QByteArray bytes = readAll(moneyFile());
     Book before = MoneyFile::decode(std::string_view(bytes.constData(), size_t(bytes.size()))).book.value();

@@ -58,6 +58,12 @@ Commands:
       Read the money file without changing anything: prints "OK: <a> accounts,
       <t> transactions, <b> bills, <r> royalties", or the first problem found
       with its place.
+  remind [--wait]
+      Show the bill reminders due now, as the window plans them, through the
+      desktop's notifications: the system runs this at 09:00 while Coinhall is
+      closed. With --wait it stays and shows each reminder at its time (for
+      desktops without a systemd user session). A reminder is shown once,
+      whether the window or this shows it first, and never late.
 
 Options:
   --data-dir DIR  Use DIR as the application folder instead of the default
@@ -93,7 +99,7 @@ Coinhall.
 )";
 
 const QStringList commands = {QStringLiteral("import"), QStringLiteral("export"), QStringLiteral("report"),
-                              QStringLiteral("check")};
+                              QStringLiteral("check"), QStringLiteral("remind")};
 
 const QString moneyFileName = QStringLiteral("coinhall.json");
 
@@ -247,6 +253,9 @@ int runCommandLine(const QStringList &arguments, std::FILE *out, std::FILE *err,
     }
     const QString dir = s.dir.isEmpty() ? Store::defaultDir() : s.dir;
     const QString command = s.rest.takeFirst();
+    // The reminder service runs unattended and shows only what the window planned.
+    if (command == QLatin1String("remind"))
+        return remind(dir, s.rest, err);
     if (commands.contains(command) && !unlocked(unlock, err))
         return ExitStatus::failed;
     if (command == QLatin1String("import"))

@@ -104,5 +104,6 @@ int check(const QString &dir, std::FILE *out, std::FILE *err);
 int importFile(const QString &dir, const QStringList &arguments, std::FILE *out, std::FILE *err);
 int exportFile(const QString &dir, const QStringList &arguments, std::FILE *out, std::FILE *err);
 int report(const QString &dir, const QStringList &arguments, std::FILE *out, std::FILE *err);
+int remind(const QString &dir, const QStringList &arguments, std::FILE *err);
 
 } // namespace CommandLine

@@ -9,6 +9,7 @@
 #include <QVariantMap>
 
 #include <algorithm>
+#include <cstdio>
 
 namespace {
 
@@ -29,10 +30,18 @@ QDBusMessage notificationsCall(const QString &method)
 
 } // namespace
 
-DBusNotifier::DBusNotifier(QDBusConnection bus, QObject *parent)
+DBusNotifier::DBusNotifier(QDBusConnection bus, std::shared_ptr<const ReminderLedger> ledger, QObject *parent)
     : QObject(parent)
     , m_bus(std::move(bus))
-{}
+    , m_ledger(std::move(ledger))
+{
+    if (!m_bus.isConnected())
+        return;
+    m_bus.connect(notificationsService, notificationsPath, notificationsInterface, QStringLiteral("ActionInvoked"), this,
+                  SLOT(actionInvoked(uint, QString)));
+    m_bus.connect(notificationsService, notificationsPath, notificationsInterface,
+                  QStringLiteral("NotificationClosed"), this, SLOT(notificationClosed(uint, uint)));
+}
 
 DBusNotifier::~DBusNotifier() = default;
 
@@ -75,6 +84,16 @@ void DBusNotifier::fire(QTimer *timer)
     const ReminderRequest request = it->second;
     m_pending.erase(it);
     timer->deleteLater();
+    const Instant now = Instant::now();
+    if (now.msecs() - request.fireAt.msecs() > ReminderLedger::lateLimitMs)
+        return;
+    if (m_ledger && !m_ledger->take(request, now))
+        return;
+    show(request);
+}
+
+void DBusNotifier::show(const ReminderRequest &request)
+{
     if (!m_bus.isConnected())
         return;
 
@@ -83,12 +102,31 @@ void DBusNotifier::fire(QTimer *timer)
          << uint(0)                    // replaces_id: a new notification
          << AppInfo::applicationId()   // app_icon: the installed icon's name
          << request.title              // summary
-         << request.body << QStringList() // body, no actions
+         << request.body              // body
+         << QStringList{QStringLiteral("default"), QStringLiteral("Show bills")} // a click opens the Bills screen
          << QVariantMap{{QStringLiteral("sound-name"), QStringLiteral("message-new-instant")}, // the default sound
                         {QStringLiteral("desktop-entry"), AppInfo::applicationId()}} // grouped with the program
          << qint32(-1); // expire_timeout: the service decides
-    // The reply only carries the notification's number, which nothing here needs.
-    m_bus.send(call);
+    // The reply carries the notification's number, which its click and close name.
+    auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call, serviceCheckTimeoutMs), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *finished) {
+        const QDBusMessage reply = finished->reply();
+        if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty())
+            m_shown.insert(reply.arguments().constFirst().toUInt());
+        finished->deleteLater();
+    });
+}
+
+void DBusNotifier::actionInvoked(uint id, const QString &action)
+{
+    if (m_shown.count(id) && action == QLatin1String("default") && onClicked)
+        onClicked();
+}
+
+void DBusNotifier::notificationClosed(uint id, uint)
+{
+    if (m_shown.erase(id) && m_shown.empty())
+        Q_EMIT allClosed();
 }
 
 void DBusNotifier::requestAuthorization()
@@ -107,7 +145,10 @@ void DBusNotifier::requestAuthorization()
     });
 }
 
-std::unique_ptr<Notifier> makePlatformNotifier()
+std::unique_ptr<Notifier> makePlatformNotifier(const QString &dir)
 {
-    return std::make_unique<DBusNotifier>();
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        std::fprintf(stderr, "Coinhall: no D-Bus session bus, so bill reminders cannot be shown.\n");
+    return std::make_unique<DBusNotifier>(bus, std::make_shared<ReminderLedger>(dir));
 }

@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 // One local notification, to be shown once at a set moment with the default sound.
@@ -30,7 +31,11 @@ public:
     virtual void add(const ReminderRequest &request) = 0;
     // Asks to show alerts, play sounds and set badges; the answer is not looked at.
     virtual void requestAuthorization() = 0;
+
+    // Called when the user clicks a notification shown from here.
+    std::function<void()> onClicked;
 };
 
-// The notification centre of this platform: freedesktop Notifications on the session bus on Linux.
-std::unique_ptr<Notifier> makePlatformNotifier();
+// The notification centre of this platform: freedesktop Notifications on the session bus on Linux,
+// its reminders kept in `dir` (the application folder) for the reminder service too.
+std::unique_ptr<Notifier> makePlatformNotifier(const QString &dir);

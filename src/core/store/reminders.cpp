@@ -1,5 +1,6 @@
 // Bill reminders: the Store's side. Which requests to make is ReminderPlan's job;
 // this file only debounces the rebuild and hands the plan to the notification centre.
+#include "platform/reminderledger.h"
 #include "store/reminderplan.h"
 #include "store/store.h"
 
@@ -25,6 +26,16 @@ void Store::scheduleReminders()
     }
     // The bills as they are now: the rebuild reflects this call, not later changes.
     m_reminderSnapshot = activeBills();
+    // The plan on disk follows at once, so that the reminder service never shows a
+    // bill paid a moment ago. It only changes when bills do.
+    if (writable()) {
+        const ReminderLedger ledger(m_dir);
+        if (!m_writtenPlan)
+            m_writtenPlan = ledger.plan();
+        std::vector<ReminderRequest> plan = ReminderPlan::requests(m_reminderSnapshot, now());
+        if (plan != *m_writtenPlan && ledger.writePlan(plan))
+            m_writtenPlan = std::move(plan);
+    }
     m_reminderWork->start();
 }
 
@@ -44,7 +55,9 @@ void Store::requestNotifications()
 
 Notifier &Store::notifier()
 {
-    if (!m_notifier)
-        m_notifier = makePlatformNotifier();
+    if (!m_notifier) {
+        m_notifier = makePlatformNotifier(m_dir);
+        m_notifier->onClicked = [this] { Q_EMIT reminderClicked(); };
+    }
     return *m_notifier;
 }

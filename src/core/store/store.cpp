@@ -2,6 +2,7 @@
 
 #include "model/money.h"
 #include "model/moneyfile.h"
+#include "platform/reminderledger.h"
 #include "store/atomicfile.h"
 
 #include <QCoreApplication>
@@ -122,6 +123,7 @@ Store::Store(StoreOptions options, QObject *parent)
         m_lock = std::move(lock);
         // A save that a crash cut short; the money file itself is whole.
         QFile::remove(inProgressPath(moneyFilePath()));
+        ReminderLedger(m_dir).clearLeftovers();
         // The money file, the lock and any file kept aside: owner-only, whatever
         // loosened them since the last run. The backups follow at dailyBackup().
         keepFilesPrivate(m_dir, {moneyFileName, moneyFileName + QStringLiteral(".*"), lockFileName});

@@ -331,6 +331,8 @@ public:
     int overdueCount() const;
 
 Q_SIGNALS:
+    // The user clicked a bill reminder this Store's window showed.
+    void reminderClicked();
     void bookChanged();
     void lockedChanged();
     void statusChanged();
@@ -429,6 +431,7 @@ private:
     std::shared_ptr<Notifier> m_notifier;
     QTimer *m_reminderWork = nullptr; // made on first use; a child of the Store
     std::vector<Bill> m_reminderSnapshot;
+    std::optional<std::vector<ReminderRequest>> m_writtenPlan; // the plan on disk for the reminder service
 
     // The Store's clock (bills.cpp); empty means Instant::now. Tests pin it.
     std::function<Instant()> m_clock;

@@ -2,6 +2,7 @@
 // notification service of the test's own, so nothing reaches the desktop.
 #include "helpers/testing.h"
 #include "platform/dbusnotifier.h"
+#include "platform/reminderledger.h"
 
 #include <QCoreApplication>
 #include <QDBusArgument>
@@ -134,6 +135,46 @@ TEST_F(DBusNotifierTest, RemovedAndPastRequestsAreNeverShown)
     waitFor([] { return false; }, 500); // anything cancelled would have come by now
     ASSERT_EQ(service.shown.size(), 1u);
     EXPECT_EQ(service.shown[0].first[3].toString(), "Phone is due in 1 day");
+}
+
+// The window and the reminder service deliver from one ledger: a reminder is shown by
+// whoever takes it first, never before its moment, never late, never once the plan has
+// dropped it (its bill was paid), and a click on it comes back to the one that showed it.
+TEST_F(DBusNotifierTest, OneLedgerShowsEachReminderOnceAndOnlyWhileItIsPlanned)
+{
+    startService();
+    const auto ledger = std::make_shared<ReminderLedger>(temp.path());
+    const ReminderRequest rent = request("Rent is due today", 300);
+    const ReminderRequest gym = request("Gym is due today", 400);
+    ASSERT_TRUE(ledger->writePlan({rent, gym}));
+    EXPECT_EQ(ledger->plan(), (std::vector<ReminderRequest>{rent, gym}));
+
+    DBusNotifier window(client, ledger);
+    bool clicked = false;
+    window.onClicked = [&] { clicked = true; };
+    window.add(rent);
+    window.add(gym);
+    ASSERT_TRUE(ledger->writePlan({rent})); // the gym bill was paid meanwhile
+    EXPECT_FALSE(ledger->take(rent, Instant::now())) << "not before its moment";
+    ASSERT_TRUE(waitFor([&] { return !service.shown.empty(); }, 5000));
+    waitFor([] { return false; }, 300);
+    EXPECT_EQ(service.shown.size(), 1u);
+    // The service, started a moment later, finds it taken; another ledger on the same
+    // folder (another process) sees the same.
+    EXPECT_FALSE(ReminderLedger(temp.path()).take(rent, Instant::now()));
+    const Instant late = Instant::fromMSecs(rent.fireAt.msecs() + ReminderLedger::lateLimitMs + 1000);
+    const ReminderRequest other{"ID-1", "Phone is due today", "$40.00", rent.fireAt};
+    ASSERT_TRUE(ledger->writePlan({rent, other}));
+    EXPECT_FALSE(ledger->take(other, late)) << "slept through its moment";
+    EXPECT_TRUE(ledger->take(other, rent.fireAt));
+
+    ASSERT_TRUE(waitFor([&] { return window.openCount() == 1; }, 5000));
+    const uint id = 1; // the test's service numbers them from 1
+    QDBusMessage click = QDBusMessage::createSignal("/org/freedesktop/Notifications", "org.freedesktop.Notifications",
+                                                    "ActionInvoked");
+    click << id << QStringLiteral("default");
+    ASSERT_TRUE(server.send(click));
+    EXPECT_TRUE(waitFor([&] { return clicked; }, 5000));
 }
 
 TEST(DBusNotifier, WithoutABusNothingHappensAndNothingIsSaid)
