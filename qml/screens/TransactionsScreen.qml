@@ -203,8 +203,11 @@ Item {
                 activeFocusOnTab: true
                 highlightMoveDuration: 0
                 highlightResizeDuration: 0
-                // Rows are built a little beyond the view so a fast scroll does not show gaps.
-                cacheBuffer: 400
+                // Rows only for the lines in view, and a row that scrolls out takes the next line
+                // that comes in: rows made ahead are made in slices between frames, and each
+                // slice draws a frame of its own and holds up the next one.
+                cacheBuffer: 0
+                reuseItems: true
                 Accessible.role: Accessible.List
                 Accessible.name: "Transactions"
 

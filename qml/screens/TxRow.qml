@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Coinhall
 
 // One ledger line of any list of transactions: a symbol by kind, the payee, the
@@ -7,6 +6,7 @@ import Coinhall
 // not cleared, and the amount with its sign. It shows what it is given and acts on
 // nothing itself: a double click asks for the line to be opened, a right click for
 // its menu. The roles of TransactionListModel have the same names as its properties.
+// It takes the width it is given; its height follows its texts.
 Item {
     id: root
 
@@ -45,76 +45,108 @@ Item {
         }
         return "arrow.up.circle"
     }
-    readonly property string detail: [category, dateText].concat(showAccount && accountName !== "" ? [accountName] : [])
-                                     .filter(s => s !== "").join(" · ")
+    readonly property string detail: joined(joined(category, dateText, " · "), showAccount ? accountName : "", " · ")
 
-    implicitWidth: plate.implicitWidth
+    // `a` and `b` with `separator` between them, or the one that is not empty.
+    function joined(a: string, b: string, separator: string): string {
+        return a === "" ? b : b === "" ? a : a + separator + b
+    }
+
     implicitHeight: plate.implicitHeight
 
     Accessible.role: Accessible.ListItem
-    Accessible.name: [payee, detail, cleared ? "" : "pending", amountText.text].filter(s => s !== "").join(", ")
+    Accessible.name: joined(joined(joined(payee, detail, ", "), cleared ? "" : "pending", ", "), amountText.text, ", ")
 
+    // The parts are placed by hand, not by a RowLayout: the register makes rows by the
+    // dozen while it scrolls, and a layout's size hints lay each elided text out twice.
+    // Widths are whole points and centred parts sit on whole points, as a layout puts them.
     RowBG {
         id: plate
 
         anchors.fill: parent
 
-        RowLayout {
+        Item {
+            id: line
+
             anchors.fill: parent
-            spacing: Tokens.spaceM
+            implicitHeight: Math.max(icon.implicitHeight, texts.height, amountText.implicitHeight,
+                                     badge.active ? badge.implicitHeight : 0)
 
             Icon {
-                Layout.preferredWidth: 22
+                id: icon
+
+                width: 22
+                y: Math.round((line.height - height) / 2)
                 symbol: root.symbol
                 size: 18
                 color: root.amount.startsWith("-") ? Looks.current.soft : Tokens.positive
             }
 
-            ColumnLayout {
-                Layout.fillWidth: true
-                spacing: 1
+            Item {
+                id: texts
+
+                x: icon.width + Tokens.spaceM
+                y: Math.round((line.height - height) / 2)
+                width: (badge.active ? badge.x : amountText.x) - Tokens.spaceM - x
+                height: payeeText.height + 1 + detailText.height
 
                 BodyText {
-                    Layout.fillWidth: true
+                    id: payeeText
+
+                    width: texts.width
                     text: root.payee
                     font.weight: Font.Bold
                     elide: Text.ElideRight
                 }
                 CaptionText {
-                    Layout.fillWidth: true
+                    id: detailText
+
+                    y: payeeText.height + 1
+                    width: texts.width
                     text: root.detail
                     elide: Text.ElideRight
                 }
             }
 
-            Rectangle {
-                objectName: "pendingBadge"
-                visible: !root.cleared
-                // The text's width less the spacing Qt adds after its last letter, so it sits centred.
-                implicitWidth: badge.implicitWidth - badge.font.letterSpacing + 2 * Tokens.spaceS
-                implicitHeight: badge.implicitHeight + 4
-                radius: Tokens.rowRadius
-                color: "transparent"
-                border.width: 1
-                border.color: Looks.current.accent
+            // Made only for a line that is not cleared: most lines are.
+            Loader {
+                id: badge
 
-                BodyText {
-                    id: badge
+                x: amountText.x - Tokens.spaceM - width
+                y: Math.round((line.height - height) / 2)
+                width: Math.ceil(implicitWidth)
+                active: !root.cleared
 
-                    x: Tokens.spaceS
-                    anchors.verticalCenter: parent.verticalCenter
-                    text: "PENDING"
-                    font.weight: Font.Bold
-                    font.pointSize: Tokens.pt(Tokens.badgeSize)
-                    font.letterSpacing: 1
-                    color: Looks.current.accent
+                sourceComponent: Rectangle {
+                    objectName: "pendingBadge"
+                    // The text's width less the spacing Qt adds after its last letter, so it sits centred.
+                    implicitWidth: badgeText.implicitWidth - badgeText.font.letterSpacing + 2 * Tokens.spaceS
+                    implicitHeight: badgeText.implicitHeight + 4
+                    radius: Tokens.rowRadius
+                    color: "transparent"
+                    border.width: 1
+                    border.color: Looks.current.accent
+
+                    BodyText {
+                        id: badgeText
+
+                        x: Tokens.spaceS
+                        anchors.verticalCenter: parent.verticalCenter
+                        text: "PENDING"
+                        font.weight: Font.Bold
+                        font.pointSize: Tokens.pt(Tokens.badgeSize)
+                        font.letterSpacing: 1
+                        color: Looks.current.accent
+                    }
                 }
             }
 
             AmountText {
                 id: amountText
 
-                Layout.alignment: Qt.AlignVCenter
+                x: line.width - width
+                y: Math.round((line.height - height) / 2)
+                width: Math.ceil(implicitWidth)
                 amount: root.amount
             }
         }
