@@ -44,7 +44,11 @@ T.Switch {
             border.width: 1
             border.color: Qt.rgba(0, 0, 0, 0.45)
 
+            // Slides only when the user flips it (a press or Space gives the switch the
+            // focus): a sheet that opens on a switch already on shows it on at once.
             Behavior on x {
+                enabled: root.activeFocus
+
                 NumberAnimation { duration: 90 }
             }
         }

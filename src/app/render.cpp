@@ -43,6 +43,16 @@ public:
         auto *quickWindow = qobject_cast<QQuickWindow *>(window);
         const QString path = QDir(m_dir).filePath(name + QStringLiteral(".png"));
         const bool saved = quickWindow && quickWindow->grabWindow().save(path);
+        if (saved && !m_saidRenderer && qEnvironmentVariableIsSet("COINHALL_DEBUG")) {
+            // What really drew: where the OpenGL asked for cannot be had (the offscreen
+            // platform without a display), Qt falls back to its software renderer.
+            m_saidRenderer = true;
+            const auto api = quickWindow->rendererInterface()->graphicsApi();
+            std::fprintf(stderr, "Coinhall: the pictures are drawn with %s\n",
+                         api == QSGRendererInterface::Software ? "the software renderer"
+                         : api == QSGRendererInterface::OpenGL ? "OpenGL"
+                                                               : "another graphics API");
+        }
         if (!saved) {
             ++m_failures;
             std::fprintf(stderr, "Could not save %s\n", qPrintable(path));
@@ -60,6 +70,7 @@ public:
 private:
     QString m_dir;
     int m_failures = 0;
+    bool m_saidRenderer = false;
 };
 
 } // namespace
