@@ -2,6 +2,7 @@
 
 #include "commandline/commandline.h"
 #include "help/helptexts.h"
+#include "reminderservice.h"
 #include "renderer.h"
 #include "singlecopy.h"
 #include "store/store.h"
@@ -151,6 +152,10 @@ int runWindow(int &argc, char **argv, const QString &dataDir, const std::functio
         if (Store *shared = Store::shared())
             shared->scheduleReminders();
     });
+    // The service that shows reminders while the window is closed reads the books of
+    // the usual folder only.
+    if (dataDir.isEmpty())
+        QTimer::singleShot(0, &store, &ReminderService::enableOnce);
     if (shown)
         shown({store, *window, singleCopy});
     return QGuiApplication::exec();

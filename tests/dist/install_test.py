@@ -15,6 +15,11 @@ BUILD = sys.argv.pop(1)
 APP_ID = "com.quillfern.Coinhall"
 
 
+def read(path):
+    with open(path) as f:
+        return f.read()
+
+
 def run(*args, **kw):
     return subprocess.run(args, capture_output=True, text=True, **kw)
 
@@ -48,7 +53,7 @@ class Installed(unittest.TestCase):
         entry = self.path("applications", APP_ID + ".desktop")
         done = run("desktop-file-validate", entry)
         self.assertEqual((done.returncode, done.stdout), (0, ""))
-        text = open(entry).read()
+        text = read(entry)
         self.assertIn("\nIcon=%s\n" % APP_ID, text)
         self.assertIn("\nStartupWMClass=Coinhall\n", text)
         execs = re.findall(r"^Exec=coinhall(.*)$", text, re.M)
@@ -80,6 +85,51 @@ class Installed(unittest.TestCase):
         text = re.sub(".\b", "", page.stdout)  # bold and underline drawn by overstriking
         for command in self.commands:
             self.assertRegex(text, r"\n\s+%s\b" % command)
+
+    def test_reminder_units_are_valid_and_run_the_installed_program(self):
+        units = [os.path.join(self.prefix, "lib", "systemd", "user", "coinhall-reminders." + kind)
+                 for kind in ("service", "timer")]
+        with tempfile.TemporaryDirectory() as runtime:
+            done = run("systemd-analyze", "verify", "--man=no", "--user", *units,
+                       env=dict(self.env, XDG_RUNTIME_DIR=runtime))
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        self.assertIn("\nExecStart=%s remind\n" % self.bin, read(units[0]))
+
+    def test_first_start_enables_the_reminder_service_once(self):
+        """With a user systemd the timer is enabled; without one an autostart entry is
+        written; either only at the first start."""
+        def start(home, runtime=None):
+            env = dict(self.env, HOME=home, XDG_CONFIG_HOME=os.path.join(home, "config"),
+                       XDG_DATA_HOME=os.path.join(home, "data"), PATH=home + ":" + os.environ["PATH"],
+                       QT_QPA_PLATFORM="offscreen", COINHALL_FIRST_FRAME="quit",
+                       DBUS_SESSION_BUS_ADDRESS="unix:path=/nonexistent/bus")
+            env.pop("XDG_RUNTIME_DIR", None)
+            if runtime:
+                env["XDG_RUNTIME_DIR"] = runtime
+            done = run(self.bin, env=env, timeout=60)
+            self.assertEqual(done.returncode, 0, done.stderr)
+
+        with tempfile.TemporaryDirectory() as home:
+            systemctl = os.path.join(home, "systemctl")
+            with open(systemctl, "w") as f:
+                f.write("#!/bin/sh\necho \"$@\" >> %s.calls\n" % systemctl)
+            os.chmod(systemctl, 0o755)
+            os.makedirs(os.path.join(home, "run", "systemd"))
+            open(os.path.join(home, "run", "systemd", "private"), "w").close()
+            start(home, os.path.join(home, "run"))
+            start(home, os.path.join(home, "run"))
+            self.assertEqual(read(systemctl + ".calls"), "--user enable --now coinhall-reminders.timer\n")
+            self.assertFalse(os.path.exists(os.path.join(home, "config", "autostart")))
+
+        with tempfile.TemporaryDirectory() as home:
+            start(home)
+            entry = os.path.join(home, "config", "autostart", APP_ID + ".Reminders.desktop")
+            done = run("desktop-file-validate", entry)
+            self.assertEqual((done.returncode, done.stdout), (0, ""))
+            self.assertIn('\nExec="%s" remind --wait\n' % self.bin, read(entry))
+            os.remove(entry)
+            start(home)
+            self.assertFalse(os.path.exists(entry), "written at the first start only")
 
     def complete(self, line):
         script = ("source /usr/share/bash-completion/bash_completion; source %s; "
@@ -115,7 +165,8 @@ class Package(unittest.TestCase):
             wanted = {"/usr/bin/coinhall", "/usr/share/applications/%s.desktop" % APP_ID,
                       "/usr/share/metainfo/%s.metainfo.xml" % APP_ID, "/usr/share/man/man1/coinhall.1.gz",
                       "/usr/share/bash-completion/completions/coinhall",
-                      "/usr/share/icons/hicolor/scalable/apps/%s.svg" % APP_ID}
+                      "/usr/share/icons/hicolor/scalable/apps/%s.svg" % APP_ID,
+                      "/usr/lib/systemd/user/coinhall-reminders.service", "/usr/lib/systemd/user/coinhall-reminders.timer"}
             self.assertLessEqual(wanted, files)
             self.assertEqual(len([f for f in files if f.startswith("/usr/share/icons/hicolor/")]), 9)
             self.assertEqual(files - wanted - {f for f in files if f.startswith("/usr/share/icons/")}, set(),
