@@ -1,6 +1,6 @@
 // Compares two folders of pictures of the same screens, drawn by two renderers:
 //
-//   picturecompare FIRST SECOND OUT
+//   picturecompare FIRST SECOND
 //
 // Fails on a picture found in one folder only, on a picture of two sizes, and on any
 // place where an element is drawn in one picture and not in the other, or elsewhere.
@@ -8,7 +8,7 @@
 // colour fringes of glyphs, an edge a pixel or two away, and lines up to three pixels
 // thick (the software renderer rounds hairlines at a fractional zoom and drops some,
 // and draws the text cursor wider). Each picture that differs is named with the boxes
-// of its differences, and OUT/<name>-diff.png shows them in red on a faded copy.
+// of its differences.
 #include <QDir>
 #include <QImage>
 #include <QRect>
@@ -41,7 +41,7 @@ constexpr int fewest = 16;
 struct Difference
 {
     QRect box;
-    std::vector<QPoint> pixels;
+    int pixels = 0;
 };
 
 struct Outcome
@@ -81,7 +81,7 @@ std::vector<Difference> group(std::vector<char> &marked, int width, int height)
         while (!pending.empty()) {
             const int x = pending.back() % width, y = pending.back() / width;
             pending.pop_back();
-            difference.pixels.emplace_back(x, y);
+            ++difference.pixels;
             difference.box |= QRect(x, y, 1, 1);
             for (int ny = std::max(0, y - link); ny <= std::min(height - 1, y + link); ++ny)
                 for (int nx = std::max(0, x - link); nx <= std::min(width - 1, x + link); ++nx)
@@ -95,35 +95,7 @@ std::vector<Difference> group(std::vector<char> &marked, int width, int height)
     return groups;
 }
 
-// A faded copy of `picture` with the differences in red, each in a magenta box.
-QImage diffPicture(const QImage &picture, const std::vector<Difference> &differences)
-{
-    QImage out = picture.convertToFormat(QImage::Format_RGB32);
-    for (int y = 0; y < out.height(); ++y) {
-        auto *line = reinterpret_cast<QRgb *>(out.scanLine(y));
-        for (int x = 0; x < out.width(); ++x) {
-            const int grey = 170 + qGray(line[x]) / 4;
-            line[x] = qRgb(grey, grey, grey);
-        }
-    }
-    const QRgb magenta = qRgb(200, 0, 200);
-    for (const Difference &difference : differences) {
-        const QRect edge = difference.box.adjusted(-3, -3, 3, 3) & out.rect();
-        for (int x = edge.left(); x <= edge.right(); ++x) {
-            out.setPixel(x, edge.top(), magenta);
-            out.setPixel(x, edge.bottom(), magenta);
-        }
-        for (int y = edge.top(); y <= edge.bottom(); ++y) {
-            out.setPixel(edge.left(), y, magenta);
-            out.setPixel(edge.right(), y, magenta);
-        }
-        for (const QPoint &pixel : difference.pixels)
-            out.setPixel(pixel, qRgb(255, 0, 0));
-    }
-    return out;
-}
-
-Outcome compare(const QString &firstPath, const QString &secondPath, const QString &diffPath)
+Outcome compare(const QString &firstPath, const QString &secondPath)
 {
     const QImage picture(firstPath), other(secondPath);
     if (picture.isNull() || other.isNull())
@@ -153,10 +125,8 @@ Outcome compare(const QString &firstPath, const QString &secondPath, const QStri
     }
     std::vector<Difference> differences = group(marked, width, height);
     std::erase_if(differences, [](const Difference &d) {
-        return std::min(d.box.width(), d.box.height()) <= thinLine || int(d.pixels.size()) < fewest;
+        return std::min(d.box.width(), d.box.height()) <= thinLine || d.pixels < fewest;
     });
-    if (!differences.empty())
-        diffPicture(picture, differences).save(diffPath);
     return {{}, std::move(differences)};
 }
 
@@ -164,13 +134,11 @@ Outcome compare(const QString &firstPath, const QString &secondPath, const QStri
 
 int main(int argc, char **argv)
 {
-    if (argc != 4) {
-        std::fprintf(stderr, "usage: picturecompare FIRST SECOND OUT\n");
+    if (argc != 3) {
+        std::fprintf(stderr, "usage: picturecompare FIRST SECOND\n");
         return 2;
     }
     const QDir first(QString::fromLocal8Bit(argv[1])), second(QString::fromLocal8Bit(argv[2]));
-    const QDir out(QString::fromLocal8Bit(argv[3]));
-    out.mkpath(QStringLiteral("."));
     const QStringList firstNames = first.entryList({QStringLiteral("*.png")}, QDir::Files, QDir::Name);
     const QStringList secondNames = second.entryList({QStringLiteral("*.png")}, QDir::Files, QDir::Name);
 
@@ -197,9 +165,7 @@ int main(int argc, char **argv)
     for (unsigned i = 0; i < std::max(1u, std::thread::hardware_concurrency()); ++i)
         workers.emplace_back([&] {
             for (qsizetype at = next++; at < common.size(); at = next++) {
-                const QString &name = common.at(at);
-                const QString diff = out.filePath(QString(name).chopped(4) + QStringLiteral("-diff.png"));
-                outcomes[at] = compare(first.filePath(name), second.filePath(name), diff);
+                outcomes[at] = compare(first.filePath(common.at(at)), second.filePath(common.at(at)));
             }
         });
     for (std::thread &worker : workers)
