@@ -49,7 +49,8 @@ TEST_F(BankFilesStore, ExportWritesEveryLineOldestFirstWithQuotedTextsAndUtcDays
                          "-1234.5,expense,yes,\"two\nlines, \"\"quoted\"\"\"\n"));
 }
 
-TEST_F(BankFilesStore, ExportReplacesWholeOrReportsWhyNot)
+// An export that fails: faults_test.cpp (a full disk, a read-only folder).
+TEST_F(BankFilesStore, ExportReplacesWhole)
 {
     const QString path = temp.filePath(QStringLiteral("out.csv"));
     writeAll(path, QByteArray(4096, 'x'));
@@ -60,10 +61,4 @@ TEST_F(BankFilesStore, ExportReplacesWholeOrReportsWhyNot)
     EXPECT_EQ(readAll(path + QStringLiteral(".saving")), QByteArray("my notes"));
     EXPECT_EQ(QDir(temp.path()).entryList({QStringLiteral("out.csv*")}, QDir::Files),
               (QStringList{"out.csv", "out.csv.saving"}));
-
-    const Book before = store.book();
-    EXPECT_FALSE(store.exportCSV(temp.filePath(QStringLiteral("no such folder/out.csv"))));
-    EXPECT_TRUE(store.status().startsWith(QStringLiteral("Could not save: "))) << store.status().toStdString();
-    EXPECT_GT(store.status().size(), 16);
-    EXPECT_EQ(store.book(), before);
 }

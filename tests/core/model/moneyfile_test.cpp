@@ -214,7 +214,6 @@ TEST(MoneyFileTest, RoundTripKeepsEveryFieldAndTheBytes)
     const QByteArray file = MoneyFile::encode(book);
     const MoneyFile::Decoded decoded = decode(file);
     ASSERT_TRUE(decoded.book) << decoded.error.toStdString();
-    EXPECT_TRUE(decoded.error.isEmpty());
 
     Book expected = book;
     expected.transactions[0].date = expected.transactions[0].date.wholeSeconds(); // sub-seconds are lost
@@ -257,18 +256,12 @@ TEST(MoneyFileTest, CountsAmountsRoundedTo38Digits)
     QByteArray file =
         sampleWith(R"("opening": -120.5)", R"("opening": -120.50000000000000000000000000000000000000000000e0)");
     file.replace(R"("amount": -45.1)", R"("amount": -45.1000000000000000000000000000000000001)");
-    MoneyFile::Decoded decoded = decode(file);
+    const MoneyFile::Decoded decoded = decode(file);
     ASSERT_TRUE(decoded.book) << decoded.error.toStdString();
     EXPECT_EQ(decoded.roundedAmounts, 1);
     EXPECT_EQ(decoded.firstRounded, "transactions[0].amount");
     EXPECT_EQ(decoded.book->transactions[0].amount.toStdString(), "-45.1");
-
-    // The bill's amount and its payment's: the first in the file is named.
-    file.replace(R"("amount": 89.99)", R"("amount": 123456789012345678901234567890123456789012345678901234567890)");
-    decoded = decode(file);
-    ASSERT_TRUE(decoded.book) << decoded.error.toStdString();
-    EXPECT_EQ(decoded.roundedAmounts, 3);
-    EXPECT_EQ(decoded.firstRounded, "bills[0].amount");
+    // Several, the first in the file named: the Store's message (faults_test.cpp).
 }
 
 // One case per place a missing key is looked for: a list's record, a bill's payment, the top.
@@ -306,6 +299,7 @@ TEST(MoneyFileTest, WrongValuesNameTheirPlace)
          R"(transactions[0].id: not an id "C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C5G")"},
         {R"("date": "2025-03-01T19:45:00Z")", R"("date": "2025-13-01")",
          R"(transactions[0].date: not a date "2025-13-01")"},
+        {R"("amount": -45.1)", R"("amount": -1e200)", R"(transactions[0].amount: not an amount "-1e200")"},
     };
     for (const Case &c : wrong)
         EXPECT_EQ(errorOf(sampleWith(c.before, c.after)), c.error) << c.after;
@@ -319,8 +313,6 @@ TEST(MoneyFileTest, WrongValuesNameTheirPlace)
 
 TEST(MoneyFileTest, BrokenJsonIsReportedWithLineAndColumn)
 {
-    EXPECT_EQ(errorOf("{\n  \"version\": 1,\n  \"accounts\" []\n}"),
-              "line 3, column 14: Missing a colon after a name of object member.");
     EXPECT_EQ(errorOf("{\n  \"payee\": \"Café\", \"x\": tru\n}"),
               "line 2, column 28: Invalid value."); // characters, not bytes
     EXPECT_EQ(errorOf(sampleFile + "{}"), "line 74, column 1: The document root must not be followed by other values.");
@@ -338,13 +330,18 @@ TEST(MoneyFileTest, BrokenJsonIsReportedWithLineAndColumn)
               "line 74, column 1: The document root must not be followed by other values.");
 }
 
-TEST(MoneyFileTest, DeepNestingUnderAnUnknownKeyDoesNotCrash)
+// Under an unknown key, skipped; in place of the book, refused; never closed, a place.
+TEST(MoneyFileTest, DeepNestingDoesNotCrash)
 {
     const int depth = 100000;
     const QByteArray deep = QByteArray(depth, '[') + QByteArray(depth, ']');
     const MoneyFile::Decoded skipped = decode(sampleWith(R"("version": 1)", "\"version\": 1, \"deep\": " + deep));
     ASSERT_TRUE(skipped.book) << skipped.error.toStdString();
     EXPECT_EQ(*skipped.book, sampleBook());
+    const QByteArray objects = QByteArray("{\"a\":").repeated(depth);
+    EXPECT_EQ(errorOf(deep), "expected an object");
+    EXPECT_EQ(errorOf(objects + "1" + QByteArray(depth, '}')), R"(missing key "accounts")");
+    EXPECT_EQ(errorOf(objects), "line 1, column 500001: Invalid value.");
 }
 
 // A long list is read in two halves at once, and its plain lines without the JSON

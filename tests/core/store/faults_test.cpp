@@ -104,7 +104,9 @@ protected:
 
 } // namespace
 
-TEST_F(Faults, DiskFullHalfwayThroughASaveKeepsTheOldFile)
+// A save the disk or the folder refuses keeps the old file and leaves nothing beside
+// it; the next save that goes through writes everything the Book holds.
+TEST_F(Faults, SavesRefusedByAFullDiskOrAReadOnlyFolderKeepTheOldFile)
 {
     Store store({dir});
     EXPECT_TRUE(store.setBook(good));
@@ -112,13 +114,19 @@ TEST_F(Faults, DiskFullHalfwayThroughASaveKeepsTheOldFile)
     {
         const Limit half(RLIMIT_FSIZE, rlim_t(before.size() / 2));
         EXPECT_EQ(addOne(store).error, "Could not save: File too large");
+        EXPECT_EQ(store.status(), "Could not save: File too large");
     }
-    EXPECT_EQ(store.status(), "Could not save: File too large");
-    EXPECT_EQ(store.book().transactions.size(), 41u);
+    {
+        ReadOnlyFolder readOnly(dir);
+        EXPECT_EQ(addOne(store).error, "Could not save: " + ReadOnlyFolder::reason());
+        EXPECT_FALSE(store.exportCSV(path("export.csv")));
+    }
+    EXPECT_EQ(store.status(), "Could not save: " + ReadOnlyFolder::reason());
     EXPECT_EQ(readAll(file()), before);
     EXPECT_EQ(strays(), QStringList());
 
     EXPECT_TRUE(addOne(store));
+    EXPECT_EQ(store.book().transactions.size(), 43u);
     EXPECT_EQ(decodeFile(file()), store.book());
 }
 
@@ -130,8 +138,7 @@ TEST_F(Faults, DiskFullDuringTheBackupLeavesNoHalfCopy)
     {
         const Limit half(RLIMIT_FSIZE, rlim_t(goodBytes.size() / 2));
         Store store({dir});
-        EXPECT_EQ(store.book(), good);
-        EXPECT_TRUE(store.status().isEmpty());
+        EXPECT_EQ(std::tuple(store.book(), store.status()), std::tuple(good, ""));
     }
     EXPECT_EQ(warnings, QStringList{"Coinhall: could not make today's backup: File too large"});
     EXPECT_FALSE(QFile::exists(backup()));
@@ -161,30 +168,10 @@ TEST_F(Faults, DiskFullDuringAnExportKeepsTheEarlierExport)
     EXPECT_EQ(readAll(exported), store.exportText());
 }
 
-TEST_F(Faults, FolderTurnsReadOnlyWhileOpen)
-{
-    Store store({dir});
-    EXPECT_TRUE(store.setBook(good));
-    const QByteArray before = readAll(file());
-    {
-        ReadOnlyFolder readOnly(dir);
-        EXPECT_EQ(addOne(store).error, "Could not save: " + ReadOnlyFolder::reason());
-        EXPECT_FALSE(store.exportCSV(path("export.csv")));
-    }
-    EXPECT_EQ(store.status(), "Could not save: " + ReadOnlyFolder::reason());
-    EXPECT_EQ(store.book().transactions.size(), 41u);
-    EXPECT_EQ(readAll(file()), before);
-    EXPECT_EQ(strays(), QStringList());
-
-    // Writable again: the next change saves everything the Book holds.
-    EXPECT_TRUE(addOne(store));
-    EXPECT_EQ(decodeFile(file()).transactions.size(), 42u);
-}
-
 TEST_F(Faults, MoneyFileReplacedByWhatCannotBeRead)
 {
-    const QByteArray deepArrays = QByteArray(100000, '[') + QByteArray(100000, ']');
-    const QByteArray deepObjects = QByteArray("{\"a\":").repeated(100000) + "1" + QByteArray(100000, '}');
+    // Which texts the reader refuses, and what it says, is the money file's tests'; an
+    // empty file is one the Store reads without mapping it.
     const struct
     {
         const char *what;
@@ -193,12 +180,6 @@ TEST_F(Faults, MoneyFileReplacedByWhatCannotBeRead)
     } cases[] = {
         {"garbage", QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16), "line 1, column 1: Invalid value."},
         {"an empty file", QByteArray(), "line 1, column 1: The document is empty."},
-        {"arrays 100,000 deep", deepArrays, "expected an object"},
-        {"objects 100,000 deep", deepObjects, "missing key \"accounts\""},
-        {"objects 100,000 deep, never closed", QByteArray("{\"a\":").repeated(100000),
-         "line 1, column 500001: Invalid value."},
-        {"an amount beyond the range", MoneyFile::encode(good).replace("\"amount\": -12.5,", "\"amount\": -1e200,"),
-         "transactions[0].amount: not an amount \"-1e200\""},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
@@ -212,14 +193,13 @@ TEST_F(Faults, MoneyFileReplacedByWhatCannotBeRead)
         const QStringList kept = keptAside();
         ASSERT_EQ(kept.size(), 1);
         EXPECT_EQ(store.status(), "Your money file could not be read. It was kept as " + kept[0] + ".");
-        EXPECT_EQ(readAll(path(kept[0])), c.bytes);
-        EXPECT_EQ(readAll(backup()), goodBytes);
+        const auto earlier = [&] { return std::tuple(readAll(path(kept[0])), readAll(backup())); };
+        EXPECT_EQ(earlier(), std::tuple(c.bytes, goodBytes));
 
         // The first change writes a new file; neither earlier file is touched.
         EXPECT_TRUE(addOne(store));
         EXPECT_EQ(decodeFile(file()).transactions.size(), 1u);
-        EXPECT_EQ(readAll(path(kept[0])), c.bytes);
-        EXPECT_EQ(readAll(backup()), goodBytes);
+        EXPECT_EQ(earlier(), std::tuple(c.bytes, goodBytes));
     }
 }
 
@@ -288,10 +268,10 @@ TEST_F(Faults, SixtyDigitAmountsAreRoundedTo38DigitsSaidAndKeptAsTheyWere)
     put("Backups/" + backupName(), "earlier today");
 
     Store store({dir});
-    EXPECT_TRUE(store.loadError().isEmpty());
+    EXPECT_EQ(std::tuple(store.loadError(), store.book().accounts[0].opening.toStdString()),
+              std::tuple("", "0.12345678901234567890123456789012345679"));
     EXPECT_EQ(store.book().transactions[0].amount.toStdString(),
               "123456789012345678901234567890123456790000000000000000000000");
-    EXPECT_EQ(store.book().accounts[0].opening.toStdString(), "0.12345678901234567890123456789012345679");
     const QStringList kept = keptAside(QStringLiteral("unrounded"));
     ASSERT_EQ(kept.size(), 1);
     EXPECT_EQ(store.status(), "3 amounts in your money file had more than 38 digits and were rounded. "
@@ -314,19 +294,18 @@ TEST_F(Faults, BackupsFolderThatIsAFileStopsOnlyTheBackup)
     put("Backups", "not a folder");
 
     Store store({dir});
-    EXPECT_EQ(store.book(), good);
-    EXPECT_TRUE(store.status().isEmpty());
+    EXPECT_EQ(std::tuple(store.book(), store.status()), std::tuple(good, ""));
     EXPECT_EQ(warnings,
               QStringList{"Coinhall: could not make today's backup: cannot make the folder " + dir + "/Backups"});
-    EXPECT_EQ(readAll(path("Backups")), "not a folder");
-    EXPECT_EQ(readAll(file()), goodBytes);
+    EXPECT_EQ(std::tuple(readAll(path("Backups")), readAll(file())), std::tuple("not a folder", goodBytes));
 
     EXPECT_TRUE(addOne(store));
     EXPECT_EQ(decodeFile(file()), store.book());
 }
 
 // Backups are named by the computer's date, which the test cannot move; backups
-// named for the coming days are what a clock set back a day finds.
+// named for the coming days are what a clock set back a day finds. The thirty newest
+// names are kept, whatever the clock says.
 TEST_F(Faults, ClockBackADayAmongThirtyLaterBackupsDropsOnlyTodaysCopy)
 {
     const QByteArray goodBytes = MoneyFile::encode(good);
@@ -360,8 +339,7 @@ TEST_F(Faults, ClockBackToAnEarlierSetAsideStampLosesNeitherFile)
     Store store({dir});
     EXPECT_EQ(store.status(),
               "Your money file could not be read, and it could not be set aside, so nothing will be saved.");
-    EXPECT_FALSE(store.writable());
-    EXPECT_FALSE(addOne(store));
+    EXPECT_FALSE(store.writable() || addOne(store));
     EXPECT_EQ(readAll(file()), "{\"version\": 1,");
     for (const QString &name : keptAside())
         EXPECT_EQ(readAll(path(name)), "an earlier unreadable file");
