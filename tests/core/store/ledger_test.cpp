@@ -16,8 +16,7 @@ TEST_F(Ledger, AddKeepsNewestFirstAndEqualDatesInArrivalOrder)
     EXPECT_TRUE(store.add(line(checking, "2025-03-05T09:00:00Z", "-1", "D")));
     EXPECT_TRUE(store.add(line(checking, "2025-03-01T09:00:00Z", "-1", "A")));
     EXPECT_TRUE(store.add(line(checking, "2025-03-02T09:00:00Z", "-1", "C"))); // same instant as B: goes after it
-    EXPECT_EQ(payees(), (std::vector<QString>{"D", "B", "C", "A"}));
-    EXPECT_EQ(changes, 4);
+    EXPECT_EQ(std::tuple(payees(), changes), std::tuple(std::vector<QString>{"D", "B", "C", "A"}, 4));
     EXPECT_EQ(onDisk(), store.book());
 }
 
@@ -57,8 +56,7 @@ TEST_F(Ledger, TransferMakesTwoLinkedSidesWhateverTheSign)
     EXPECT_EQ(in, (Transaction{in.id, date, savings.id, d("50"), "Transfer from Main checking", "Transfer", "rainy day",
                                true, TxKind::transfer, out.id}));
     EXPECT_NE(out.id, in.id);
-    EXPECT_EQ(changes, 1); // one change, one write
-    EXPECT_EQ(store.status(), "Moved $50.00.");
+    EXPECT_EQ(std::tuple(changes, store.status()), std::tuple(1, "Moved $50.00.")); // one change, one write
 
     EXPECT_TRUE(store.transfer(checking.id, QUuid::createUuid(), d("1"), at("2025-03-03T09:00:00Z"), {}));
     EXPECT_EQ(store.book().transactions[0].payee, "Transfer to ");
@@ -104,11 +102,10 @@ TEST_F(Ledger, DeletingEitherSideOfATransferRemovesBoth)
     EXPECT_TRUE(store.transfer(savings.id, checking.id, d("20"), at("2025-03-03T09:00:00Z"), {}));
 
     EXPECT_TRUE(store.deleteTransaction(store.book().transactions[1])); // receiving side of the second transfer
-    EXPECT_EQ(store.book().transactions.size(), 3u);
+    EXPECT_EQ(payees(), (std::vector<QString>{"Transfer to Savings", "Transfer from Main checking", "Keep"}));
     EXPECT_TRUE(store.deleteTransaction(store.book().transactions[0])); // sending side of the first
     EXPECT_EQ(payees(), (std::vector<QString>{"Keep"}));
     EXPECT_TRUE(store.deleteTransaction(store.book().transactions[0]));
-    EXPECT_TRUE(store.book().transactions.empty());
     EXPECT_TRUE(onDisk().transactions.empty());
 }
 
@@ -119,10 +116,9 @@ TEST_F(Ledger, BalancesCountLinesUpToTheExactInstant)
     EXPECT_TRUE(store.add(line(studio, "2025-03-01T12:00:00Z", "-0.10")));
     EXPECT_TRUE(store.add(line(studio, "2025-03-01T12:00:01Z", "-500")));
     EXPECT_TRUE(store.add(line(checking, "2025-03-01T12:00:00Z", "25")));
-    EXPECT_EQ(store.balance(studio, at("2025-03-01T12:00:00Z")), d("1000"));
-    EXPECT_EQ(store.balance(studio, at("2025-03-01T11:59:59Z")), d("1000.1"));
-    EXPECT_EQ(store.balance(studio), d("500"));
-    EXPECT_EQ(store.totalBalance(), d("525"));
+    EXPECT_EQ(std::tuple(store.balance(studio, at("2025-03-01T11:59:59Z")), store.balance(studio, at("2025-03-01T12:00:00Z")),
+                         store.balance(studio), store.totalBalance()),
+              std::tuple(d("1000.1"), d("1000"), d("500"), d("525")));
 
     // Lines added after a balance was asked count at once; one dated tomorrow only
     // in the balance that includes the future.
@@ -130,20 +126,17 @@ TEST_F(Ledger, BalancesCountLinesUpToTheExactInstant)
     tomorrow.date = today.addSecs(86400);
     EXPECT_TRUE(store.add(tomorrow));
     EXPECT_TRUE(store.add(line(studio, "2025-03-02T08:00:00Z", "0.10")));
-    EXPECT_EQ(store.balance(studio, today), d("500.1"));
-    EXPECT_EQ(store.balance(studio), d("493.1"));
-    EXPECT_EQ(store.totalBalance(), d("518.1"));
+    EXPECT_EQ(std::tuple(store.balance(studio, today), store.balance(studio), store.totalBalance()),
+              std::tuple(d("500.1"), d("493.1"), d("518.1")));
     EXPECT_TRUE(store.deleteTransaction(tomorrow));
     EXPECT_EQ(store.balance(studio), d("500.1"));
 
     studio.archived = true;
     EXPECT_TRUE(store.save(studio));
-    EXPECT_EQ(store.balance(studio), d("500.1"));
-    EXPECT_EQ(store.totalBalance(), d("25"));
-    EXPECT_EQ(store.activeAccounts().size(), 2u);
+    EXPECT_EQ(std::tuple(store.balance(studio), store.totalBalance(), store.activeAccounts().size()),
+              std::tuple(d("500.1"), d("25"), 2u));
     EXPECT_EQ(store.account(studio.id)->name, "Studio");
-    EXPECT_FALSE(store.account(std::nullopt));
-    EXPECT_FALSE(store.account(QUuid::createUuid()));
+    EXPECT_FALSE(store.account(std::nullopt) || store.account(QUuid::createUuid()));
 }
 
 TEST_F(Ledger, AccountsAreAddedReplacedAndDeletedOnlyWhenEmpty)
@@ -153,16 +146,14 @@ TEST_F(Ledger, AccountsAreAddedReplacedAndDeletedOnlyWhenEmpty)
     EXPECT_EQ(store.book().accounts.back().name, "Cash box");
     cash.name = QStringLiteral("Petty cash");
     EXPECT_TRUE(store.save(cash));
-    EXPECT_EQ(store.book().accounts.size(), 3u);
-    EXPECT_EQ(store.book().accounts[2].name, "Petty cash");
+    EXPECT_EQ(each(store.book().accounts, &Account::name), (std::vector<QString>{"Main checking", "Savings", "Petty cash"}));
 
     EXPECT_TRUE(store.add(line(checking, "2025-03-01T12:00:00Z", "-1")));
     EXPECT_TRUE(store.hasTransactions(checking));
     EXPECT_FALSE(store.deleteAccount(checking).changed);
-    EXPECT_EQ(store.book().accounts.size(), 3u);
     EXPECT_TRUE(store.deleteAccount(cash));
-    EXPECT_EQ(store.book().accounts.size(), 2u);
-    EXPECT_EQ(onDisk().accounts.size(), 2u);
+    EXPECT_EQ(each(store.book().accounts, &Account::name), (std::vector<QString>{"Main checking", "Savings"}));
+    EXPECT_EQ(onDisk(), store.book());
 }
 
 TEST_F(Ledger, CategoryPickersLeaveOutTransfer)
@@ -180,14 +171,12 @@ TEST_F(Ledger, TheEditorsSideGivesTheSignAndKindAndAChangedLineKeepsTheRest)
         store.save(TransactionEdit{{}, false, at("2025-03-14T09:30:00.250Z"), d("4.5"), "Cafe", "", checking.id}));
     EXPECT_EQ(store.status(), "Spent $4.50 · Cafe.");
     Transaction spent = store.book().transactions[0];
-    EXPECT_EQ(spent.amount, d("-4.5"));
-    EXPECT_EQ(spent.kind, TxKind::expense);
-    EXPECT_EQ(spent.date, at("2025-03-14T09:30:00Z")); // whole seconds, as the file keeps them
+    // Whole seconds, as the file keeps them.
+    EXPECT_EQ(std::tuple(spent.amount, spent.kind, spent.date), std::tuple(d("-4.5"), TxKind::expense, at("2025-03-14T09:30:00Z")));
     EXPECT_TRUE(store.save(
         TransactionEdit{{}, true, at("2025-03-14T12:00:00Z"), d("-312.4"), "Label", "Royalties", savings.id}));
-    EXPECT_EQ(store.status(), "Logged $312.40 · Label.");
-    EXPECT_EQ(store.book().transactions[0].amount, d("312.4"));
-    EXPECT_EQ(store.book().transactions[0].kind, TxKind::royalty);
+    EXPECT_EQ(std::tuple(store.status(), store.book().transactions[0].amount, store.book().transactions[0].kind),
+              std::tuple("Logged $312.40 · Label.", d("312.4"), TxKind::royalty));
     EXPECT_TRUE(store.save(TransactionEdit{{}, true, at("2025-03-14T13:00:00Z"), d("5"), "Club", "Gigs", savings.id}));
     EXPECT_EQ(store.book().transactions[0].kind, TxKind::deposit);
 
@@ -196,11 +185,9 @@ TEST_F(Ledger, TheEditorsSideGivesTheSignAndKindAndAChangedLineKeepsTheRest)
     spent.transferPairID = newId();
     EXPECT_TRUE(store.update(spent));
     EXPECT_TRUE(store.save(TransactionEdit{spent.id, false, spent.date, d("5"), "Cafe LLC", "", checking.id}));
-    EXPECT_EQ(store.book().transactions.size(), 3u);
-    const Transaction saved = store.book().transactions[2];
-    EXPECT_EQ(saved.id, spent.id);
-    EXPECT_EQ(saved.payee, "Cafe LLC");
-    EXPECT_EQ(saved.kind, TxKind::bill) << "a bill payment stays one";
-    EXPECT_EQ(saved.importHash, spent.importHash);
-    EXPECT_EQ(saved.transferPairID, spent.transferPairID);
+    ASSERT_EQ(store.book().transactions.size(), 3u);
+    Transaction expected = spent; // a bill payment stays one, and keeps its import hash and pair
+    expected.payee = "Cafe LLC";
+    expected.amount = d("-5");
+    EXPECT_EQ(store.book().transactions[2], expected);
 }

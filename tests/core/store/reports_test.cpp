@@ -117,11 +117,11 @@ TEST_F(Periods, CategoriesGroupByExactTextLargestFirstAndTransfersAreNeither)
     enter(local(2025, 2, 28), "-999", "Groceries"); // last month
 
     const CategoryTotals spending{{"groceries", d("5")}, {"", d("3.5")}, {"Groceries", d("0.3")}};
-    EXPECT_EQ(Reports::spendingByCategory(store.book().transactions, month), spending);
-    EXPECT_EQ(Reports::spending(store.book().transactions, month), d("8.8"));
-    EXPECT_EQ(Reports::incomeByCategory(store.book().transactions, month),
-              (CategoryTotals{{"Paycheck", d("1500")}, {"Refunds", d("0.05")}}));
-    EXPECT_EQ(Reports::income(store.book().transactions, month), d("1500.05"));
+    const std::vector<Transaction> &lines = store.book().transactions;
+    EXPECT_EQ(std::tuple(Reports::spendingByCategory(lines, month), Reports::spending(lines, month)),
+              std::tuple(spending, d("8.8")));
+    EXPECT_EQ(std::tuple(Reports::incomeByCategory(lines, month), Reports::income(lines, month)),
+              std::tuple(CategoryTotals{{"Paycheck", d("1500")}, {"Refunds", d("0.05")}}, d("1500.05")));
 
     // Read back from the file, where equal texts share their storage, and given in
     // reverse order (which the Store sorts), the groups are the same.
@@ -148,19 +148,16 @@ TEST_F(Periods, ReportLinesTruncatePercentsAndCompareBudgetsOverThePeriodsMonths
         Reports::periodReport(store.book().transactions, store.book().categories, ReportPeriod::thisMonth, today);
     ASSERT_EQ(month.spendingLines.size(), 3u);
     const CategoryLine &groceries = month.spendingLines[0], &rent = month.spendingLines[1];
-    EXPECT_EQ(groceries.percentText, "66%"); // exact: through a double 0.29 of 1 would be 28%
-    EXPECT_EQ(rent.percentText, "29%");
+    // Exact: through a double 0.29 of 1 would be 28%. At the limit is not over.
+    EXPECT_EQ(std::tuple(groceries.percentText, rent.percentText), std::tuple("66%", "29%"));
     EXPECT_DOUBLE_EQ(groceries.share, 0.6666);
-    EXPECT_EQ(groceries.limit, d("0.6666"));
-    EXPECT_FALSE(groceries.over); // at the limit is not over
-    EXPECT_TRUE(rent.over);
-    EXPECT_EQ(month.spendingLines[2].limit, std::nullopt);
+    EXPECT_EQ(std::tuple(groceries.limit, groceries.over, rent.over, month.spendingLines[2].limit),
+              std::tuple(d("0.6666"), false, true, std::nullopt));
 
     // A year compares with twelve months of budget; without a total every share is nothing.
     const PeriodReport year =
         Reports::periodReport(store.book().transactions, store.book().categories, ReportPeriod::thisYear, today);
-    EXPECT_EQ(year.spendingLines[1].limit, d("0.3"));
-    EXPECT_FALSE(year.spendingLines[1].over);
-    EXPECT_EQ(categoryLines({{"Gigs", d("0")}}, d("0"), {}, 1)[0].percentText, "0%");
-    EXPECT_EQ(categoryLines({{"Gigs", d("0")}}, d("0"), {}, 1)[0].share, 0.0);
+    EXPECT_EQ(std::tuple(year.spendingLines[1].limit, year.spendingLines[1].over), std::tuple(d("0.3"), false));
+    const CategoryLine none = categoryLines({{"Gigs", d("0")}}, d("0"), {}, 1)[0];
+    EXPECT_EQ(std::tuple(none.percentText, none.share), std::tuple("0%", 0.0));
 }

@@ -69,8 +69,7 @@ TEST_F(RoyaltiesCalendar, ReceivingAMonthlyRoyaltyLinesUpTheNextOne)
     const Transaction deposit = store.book().transactions[0];
     EXPECT_EQ(deposit, (Transaction{deposit.id, local(2025, 2, 20, 8), savings.id, d("118.4"), "DistroKid", "Royalties",
                                     "Night Drive · January", true, TxKind::royalty}));
-    EXPECT_EQ(store.status(), "Logged $118.40 from DistroKid.");
-    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(std::tuple(store.status(), changes), std::tuple("Logged $118.40 from DistroKid.", 1));
     EXPECT_EQ(onDisk(), store.book());
 }
 
@@ -102,9 +101,9 @@ TEST_F(Royalties, ReceivingWithNoAccountRecordsItOnTheRoyaltyOnly)
 
     EXPECT_TRUE(store.book().transactions.empty());
     ASSERT_EQ(store.book().royalties.size(), 2u);
-    EXPECT_EQ(store.book().royalties[0].status, RoyaltyStatus::received);
-    EXPECT_EQ(store.book().royalties[0].accountID, std::nullopt);
-    EXPECT_EQ(store.book().royalties[1].status, RoyaltyStatus::expected);
+    const std::vector<Royalty> &royalties = store.book().royalties;
+    EXPECT_EQ(std::tuple(royalties[0].status, royalties[0].accountID, royalties[1].status),
+              std::tuple(RoyaltyStatus::received, std::nullopt, RoyaltyStatus::expected));
     EXPECT_EQ(onDisk(), store.book());
 }
 
@@ -126,8 +125,7 @@ TEST_F(Royalties, DepositNoteJoinsWorkAndPeriod)
     const Book before = store.book();
     changes = 0;
     EXPECT_FALSE(store.receive(royalty("Gone", "5", today), d("5"), today, savings.id).changed);
-    EXPECT_EQ(store.book(), before);
-    EXPECT_EQ(changes, 0);
+    EXPECT_EQ(std::tuple(store.book(), changes), std::tuple(before, 0));
 }
 
 TEST_F(Royalties, PendingIncludesFollowingUpSoonestFirst)
