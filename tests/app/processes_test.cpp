@@ -174,12 +174,7 @@ TEST_F(WindowProcesses, WhileAWindowRunsOthersOnlyReadAndOnceItIsKilledTheyWrite
     EXPECT_EQ(onBooks({"import", harbor, "--account", "Savings", "--dry-run"}).out,
               "Preview · 14 new · 1 already in · 2 unreadable\n");
     EXPECT_EQ(std::tuple(snapshot(), QFileInfo::exists(todaysBackup())), std::tuple(before, false));
-
-    // kill -9 leaves the lock file behind; the lock of a process that is gone is taken over.
-    first.killHard();
-    ASSERT_TRUE(QFileInfo::exists(books() + "/coinhall.lock"));
-    const Outcome run = onBooks({"import", harbor, "--account", "Savings"});
-    EXPECT_EQ(run.status, 0) << qPrintable(run.err);
+    // Once the window is gone, even by kill -9, the next start writes: the next test.
 }
 
 // Checks that `after` holds the Book as the helper last said it was once a change was
@@ -263,8 +258,8 @@ TEST_F(WindowProcesses, KilledAtRandomMomentsAlwaysLeavesWholeBooks)
         for (const QString &entry : cutShort)
             EXPECT_TRUE(inProgress.match(entry).hasMatch()) << qPrintable(entry);
 
-        // ...which the next start clears away; it decodes the file and opens it as it
-        // is, with nothing to report.
+        // ...which the next start clears away; it takes over the dead process's lock,
+        // decodes the file and opens it as it is, with nothing to report.
         Store next(StoreOptions{books()});
         EXPECT_EQ(std::tuple(next.writable(), next.loadError(), next.status(), strays()),
                   std::tuple(true, "", "", QStringList()));
