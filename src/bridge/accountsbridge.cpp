@@ -99,11 +99,7 @@ bool AccountsBridge::commitBudget(int index, const QString &typed)
     std::optional<Decimal> budget = Money::parse(typed);
     if (budget && *budget <= Decimal())
         budget.reset();
-    if (m_store->book().categories[size_t(index)].budget == budget)
-        return false;
-    Book book = m_store->book();
-    book.categories[size_t(index)].budget = budget;
-    return m_store->setBook(std::move(book)).changed;
+    return m_store->setBudget(m_store->book().categories[size_t(index)].name, budget).changed;
 }
 
 QVariantMap AccountsBridge::account(const QString &id) const

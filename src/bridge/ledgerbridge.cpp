@@ -119,8 +119,7 @@ bool LedgerBridge::setCleared(const QString &id, bool cleared)
         return false;
     if (found->cleared == cleared)
         return true;
-    found->cleared = cleared;
-    return m_store->update(*found).changed;
+    return m_store->setCleared(*found, cleared).changed;
 }
 
 bool LedgerBridge::transfer(const QString &fromId, const QString &toId, const QString &amount, double date,

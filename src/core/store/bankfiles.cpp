@@ -11,6 +11,8 @@
 Saved Store::importTransactions(const std::vector<Transaction> &txs, const QString &fileName)
 {
     settle();
+    Step step(*this);
+    nameStep(txs.size() == 1 ? tr("Import of 1 line") : tr("Import of %1 lines").arg(txs.size()));
     if (!txs.empty()) {
         OneWrite once(*this);
         m_book.transactions.insert(m_book.transactions.end(), txs.begin(), txs.end());

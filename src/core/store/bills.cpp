@@ -80,6 +80,7 @@ Saved Store::pay(const Bill &passed, std::optional<Decimal> amount, Instant on, 
         if (!active.empty())
             accountID = active.front().id;
     }
+    Step step(*this);
     {
         OneWrite once(*this);
         if (accountID) {
@@ -112,6 +113,8 @@ Saved Store::pay(const Bill &passed, std::optional<Decimal> amount, Instant on, 
 Saved Store::skip(const Bill &bill)
 {
     settle();
+    Step step(*this);
+    nameStep(tr("Skip %1").arg(bill.name));
     const auto stored = findById(m_book.bills, bill.id);
     if (stored == m_book.bills.end())
         return {};
@@ -126,6 +129,7 @@ Saved Store::skip(const Bill &bill)
 Saved Store::save(const Bill &bill)
 {
     settle();
+    Step step(*this);
     upsertById(m_book.bills, bill);
     assigned();
     return done(tr("Saved bill %1.").arg(bill.name));
@@ -134,6 +138,8 @@ Saved Store::save(const Bill &bill)
 Saved Store::deleteBill(const Bill &bill)
 {
     settle();
+    Step step(*this);
+    nameStep(tr("Delete bill %1").arg(bill.name));
     if (!eraseById(m_book.bills, bill.id))
         return {};
     assigned();

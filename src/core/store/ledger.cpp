@@ -61,17 +61,28 @@ size_t restoreOrder(std::vector<Transaction> &lines, size_t appended, bool inOrd
 
 } // namespace
 
+namespace {
+
+// A line as the status line and the Edit menu name it: "$4.50 · Corner cafe".
+QString describe(const Transaction &line)
+{
+    return Money::s(line.amount.magnitude()) + QStringLiteral(" · ") + line.payee;
+}
+
+} // namespace
+
 Saved Store::add(const Transaction &tx)
 {
     // The balance sums follow one new line without going through all the others.
     std::optional<Sums> sums = std::exchange(m_sums, std::nullopt);
     settle();
     {
+        Step step(*this);
+        nameStep(tr("Add %1").arg(describe(tx)));
         OneWrite once(*this);
         m_book.transactions.push_back(tx);
         const bool inOrder = m_newestFirst;
-        m_adding = Added{restoreOrder(m_book.transactions, 1, inOrder), 1};
-        m_newestFirst = true;
+        m_adding = Added{sortNewestFirst(1), 1};
         if (!inOrder) // the whole list was sorted: lines moved everywhere
             m_adding.reset();
         assigned();
@@ -86,20 +97,33 @@ Saved Store::add(const Transaction &tx)
 Saved Store::update(const Transaction &tx)
 {
     settle();
+    Step step(*this);
+    nameStep(tr("Change %1").arg(describe(tx)));
     auto &lines = m_book.transactions;
     const auto found = findById(lines, tx.id);
     if (found == lines.end())
         return {};
     if (found->date == tx.date) {
+        const size_t at = size_t(found - lines.begin());
+        recordLines({{{at, *found}}, {{at, tx}}});
         *found = tx;
     } else {
         // Taken out and merged in again, as a new line: its place by date at once.
-        lines.erase(found);
+        eraseLines([id = tx.id](const Transaction &t) { return t.id == id; });
         lines.push_back(tx);
         sortNewestFirst(1);
     }
     assigned();
     return done();
+}
+
+Saved Store::setCleared(const Transaction &tx, bool cleared)
+{
+    Step step(*this);
+    nameStep((cleared ? tr("Mark %1 cleared") : tr("Mark %1 pending")).arg(describe(tx)));
+    Transaction changed = tx;
+    changed.cleared = cleared;
+    return update(changed);
 }
 
 Saved Store::save(const TransactionEdit &edit)
@@ -129,6 +153,7 @@ Saved Store::save(const TransactionEdit &edit)
     else
         tx.kind = wasBill ? TxKind::bill : TxKind::expense;
 
+    Step step(*this);
     const Saved outcome = edit.id ? update(tx) : add(tx);
     if (!outcome.changed)
         return outcome;
@@ -139,14 +164,19 @@ Saved Store::save(const TransactionEdit &edit)
 Saved Store::deleteTransaction(const Transaction &tx)
 {
     settle();
+    Step step(*this);
     // Copies: `tx` may be one of the lines being removed.
     const QUuid id = tx.id;
     const std::optional<QUuid> pair = tx.transferPairID;
-    if (std::erase_if(m_book.transactions,
-                      [&](const Transaction &t) { return t.id == id || (pair && t.id == *pair); }) == 0)
+    const QString what = describe(tx);
+    nameStep(tr("Delete %1").arg(what));
+    if (eraseLines([&](const Transaction &t) { return t.id == id || (pair && t.id == *pair); }) == 0)
         return {};
     assigned();
-    return done();
+    const Saved outcome = done(tr("Deleted %1.").arg(what));
+    if (outcome)
+        Q_EMIT undoOffered();
+    return outcome;
 }
 
 namespace {
@@ -193,6 +223,7 @@ Saved Store::transfer(const QUuid &from, const QUuid &to, const Decimal &amount,
     settle();
     const TransferEdit edit{from, to, amount.magnitude(), date, note};
     auto [sending, receiving] = transferSides(edit, accountName(from), accountName(to));
+    Step step(*this);
     {
         OneWrite once(*this);
         m_book.transactions.push_back(std::move(sending));
@@ -242,10 +273,10 @@ Saved Store::updateTransfer(const Transaction &side, const TransferEdit &edit)
     same.transferPairID = opposite.id;
     opposite.transferPairID = same.id;
 
+    Step step(*this);
     {
         OneWrite once(*this);
-        std::erase_if(m_book.transactions,
-                      [&](const Transaction &t) { return t.id == same.id || t.id == opposite.id; });
+        eraseLines([&](const Transaction &t) { return t.id == same.id || t.id == opposite.id; });
         m_book.transactions.push_back(std::move(sending));
         m_book.transactions.push_back(std::move(receiving));
         sortNewestFirst(2);
@@ -254,10 +285,40 @@ Saved Store::updateTransfer(const Transaction &side, const TransferEdit &edit)
     return done(tr("Moved %1.").arg(Money::s(edit.amount.magnitude())));
 }
 
-void Store::sortNewestFirst(size_t appended)
+size_t Store::sortNewestFirst(size_t appended)
 {
-    restoreOrder(m_book.transactions, appended, m_newestFirst);
+    if (!m_recording) {
+        const size_t place = restoreOrder(m_book.transactions, appended, m_newestFirst);
+        m_newestFirst = true;
+        return place;
+    }
+    // The history needs to know where the new lines land, and that no other line moved.
+    appended = std::min(appended, m_book.transactions.size());
+    const std::vector<Transaction> added(m_book.transactions.end() - std::ptrdiff_t(appended),
+                                         m_book.transactions.end());
+    if (!m_newestFirst)
+        m_recording->broken = true;
+    const size_t place = restoreOrder(m_book.transactions, appended, m_newestFirst);
     m_newestFirst = true;
+    recordAppended(added);
+    return place;
+}
+
+size_t Store::eraseLines(const std::function<bool(const Transaction &)> &drop)
+{
+    std::vector<Transaction> &lines = m_book.transactions;
+    BookStep::Splice splice;
+    auto write = std::find_if(lines.begin(), lines.end(), drop);
+    for (auto read = write; read != lines.end(); ++read) {
+        if (drop(*read))
+            splice.out.emplace_back(size_t(read - lines.begin()), std::move(*read));
+        else
+            *write++ = std::move(*read);
+    }
+    lines.erase(write, lines.end());
+    const size_t count = splice.out.size();
+    recordLines(std::move(splice));
+    return count;
 }
 
 void Store::putNewestFirst(std::vector<Transaction> &lines)
@@ -369,6 +430,14 @@ QString Store::accountName(const QUuid &id) const
 Saved Store::save(const Account &account)
 {
     settle();
+    Step step(*this);
+    const std::optional<Account> was = findById(std::as_const(m_book.accounts), account.id);
+    if (!was)
+        nameStep(tr("Add account %1").arg(account.name));
+    else if (was->archived != account.archived)
+        nameStep((account.archived ? tr("Close account %1") : tr("Reopen account %1")).arg(account.name));
+    else
+        nameStep(tr("Change account %1").arg(account.name));
     upsertById(m_book.accounts, account);
     assigned();
     return done();
@@ -383,8 +452,28 @@ bool Store::hasTransactions(const Account &account) const
 Saved Store::deleteAccount(const Account &account)
 {
     settle();
+    Step step(*this);
+    const QString name = account.name; // `account` may be the record removed
+    nameStep(tr("Delete account %1").arg(name));
     if (hasTransactions(account) || !eraseById(m_book.accounts, account.id))
         return {};
+    assigned();
+    const Saved outcome = done(tr("Deleted account %1.").arg(name));
+    if (outcome)
+        Q_EMIT undoOffered();
+    return outcome;
+}
+
+Saved Store::setBudget(const QString &category, std::optional<Decimal> budget)
+{
+    const auto found = std::find_if(m_book.categories.begin(), m_book.categories.end(),
+                                    [&](const Category &c) { return c.name == category; });
+    if (found == m_book.categories.end() || found->budget == budget)
+        return {};
+    settle();
+    Step step(*this);
+    nameStep(tr("Budget for %1").arg(category));
+    found->budget = budget;
     assigned();
     return done();
 }

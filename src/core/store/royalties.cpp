@@ -60,6 +60,7 @@ Saved Store::receive(const Royalty &passed, const Decimal &amount, Instant on, s
         if (!active.empty())
             accountID = active.front().id;
     }
+    Step step(*this);
     {
         OneWrite once(*this);
         stored->status = RoyaltyStatus::received;
@@ -104,6 +105,8 @@ Saved Store::receive(const Royalty &passed, const Decimal &amount, Instant on, s
 Saved Store::save(const Royalty &royalty)
 {
     settle();
+    Step step(*this);
+    nameStep(tr("Save royalty %1").arg(royalty.payer));
     upsertById(m_book.royalties, royalty);
     assigned();
     return done();
@@ -112,6 +115,8 @@ Saved Store::save(const Royalty &royalty)
 Saved Store::deleteRoyalty(const Royalty &royalty)
 {
     settle();
+    Step step(*this);
+    nameStep(tr("Delete royalty %1").arg(royalty.payer));
     if (!eraseById(m_book.royalties, royalty.id))
         return {};
     assigned();

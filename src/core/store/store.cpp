@@ -308,7 +308,7 @@ Saved Store::setBook(Book book)
     m_book = std::move(book);
     putNewestFirst(m_book.transactions);
     m_newestFirst = true;
-    assigned();
+    assigned(); // outside any step: the history of the Book that was ends
     return done();
 }
 
@@ -317,6 +317,10 @@ void Store::assigned()
     ++m_changeCount;
     m_lastAdded = std::exchange(m_adding, std::nullopt);
     m_sums.reset();
+    // A change that is no step of the history (a new Book, the defaults filled in)
+    // leaves nothing the steps before it could be undone on.
+    if (m_stepDepth == 0)
+        clearHistory();
     if (m_oneWriteDepth > 0) {
         m_pendingWrite = m_pendingWrite || !m_loading;
         m_pendingNotify = true;
@@ -371,14 +375,21 @@ bool Store::save()
         m_saveError.clear();
         return true;
     }
-    const QByteArray bytes = MoneyFile::encode(m_book);
     QString reason;
-    if (!writeFileAtomically(moneyFilePath(), bytes, &reason, ownerOnlyFile))
+    if (!writeNow(&reason))
         return fail(reason);
+    m_saveError.clear();
+    return true;
+}
+
+bool Store::writeNow(QString *reason)
+{
+    const QByteArray bytes = MoneyFile::encode(m_book);
+    if (!writeFileAtomically(moneyFilePath(), bytes, reason, ownerOnlyFile))
+        return false;
     // The file was made owner-only; the folders around it may have been opened up meanwhile.
     keepFolderPrivate(m_dir);
     keepFolderPrivate(backupsFolder());
-    m_saveError.clear();
     return true;
 }
 
@@ -428,6 +439,8 @@ void Store::settle()
 Saved Store::done(const QString &text)
 {
     // Called once the operation's one write is over, so m_saveError is that write's.
+    if (m_recording && m_stepDepth == 1 && !m_recording->named && !text.isEmpty())
+        m_recording->step.what = text.endsWith(QLatin1Char('.')) ? text.chopped(1) : text;
     if (!m_saveError.isEmpty())
         return {true, m_saveError};
     if (!text.isEmpty())
@@ -464,6 +477,7 @@ void Store::setLocked(bool locked)
         return;
     m_locked = locked;
     Q_EMIT lockedChanged();
+    Q_EMIT historyChanged();
 }
 
 void Store::unlock(const QString &password)

@@ -5,7 +5,9 @@
 #include "model/records.h"
 #include "platform/authenticator.h"
 #include "platform/notifier.h"
+#include "store/history.h"
 
+#include <QDate>
 #include <QLockFile>
 #include <QObject>
 #include <QPointer>
@@ -16,6 +18,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <deque>
 
 #include <functional>
 #include <future>
@@ -129,9 +132,16 @@ class Store : public QObject
     Q_PROPERTY(double loadProgress READ loadProgress NOTIFY loadProgressChanged FINAL)
     // What is being read while `loading`: "coinhall.json · 121 of 339 MB".
     Q_PROPERTY(QString loadingText READ loadingText NOTIFY loadProgressChanged FINAL)
+    // The Edit menu's items: "Undo Spent $4.50 · Corner cafe", or "Undo" when there is nothing.
+    Q_PROPERTY(QString undoText READ undoText NOTIFY historyChanged FINAL)
+    Q_PROPERTY(QString redoText READ redoText NOTIFY historyChanged FINAL)
+    Q_PROPERTY(bool canUndo READ canUndo NOTIFY historyChanged FINAL)
+    Q_PROPERTY(bool canRedo READ canRedo NOTIFY historyChanged FINAL)
 
 public:
     static constexpr int backupsKept = 30;
+    // How many steps back undo reaches, in this run.
+    static constexpr size_t historyKept = 100;
 
     // Finds the folder, reads the money file (or starts a new Book), fills in the
     // default accounts and categories, sets the lock flag and makes the day's backup.
@@ -211,8 +221,11 @@ public:
     // as a royalty under "Royalties", else a deposit; money out below zero, as an
     // expense (a bill payment stays one). Says "Logged <amount> · <payee>." or "Spent ...".
     Saved save(const TransactionEdit &edit);
-    // Removes the transaction and, for a transfer, its other side.
+    // Removes the transaction and, for a transfer, its other side; says "Deleted
+    // <amount> · <payee>." and offers to undo it.
     Saved deleteTransaction(const Transaction &tx);
+    // Marks a line cleared or pending.
+    Saved setCleared(const Transaction &tx, bool cleared);
     // Moves the magnitude of `amount` from one account to another as a linked pair;
     // says "Moved <amount>.".
     Saved transfer(const QUuid &from, const QUuid &to, const Decimal &amount, Instant date, const QString &note);
@@ -236,8 +249,11 @@ public:
     // The name of the account with this id; empty when there is none.
     QString accountName(const QUuid &id) const;
     bool hasTransactions(const Account &account) const;
-    // Removes an account that has no transactions; one that has is left alone.
+    // Removes an account that has no transactions; one that has is left alone. Says
+    // "Deleted account <name>." and offers to undo it.
     Saved deleteAccount(const Account &account);
+    // Sets the monthly budget of the category named `category`; none when absent.
+    Saved setBudget(const QString &category, std::optional<Decimal> budget);
     // The category an import would give a line from `payee`: that of the payee's latest
     // line, else the keyword table's, else "Other income" or "Other spending".
     QString guessCategory(const QString &payee, bool income) const;
@@ -313,6 +329,31 @@ public:
     // to `path`, replacing it whole; `status` as for exportCSV().
     Saved exportJournal(const QString &path);
 
+    // -- Undo and redo (history.cpp) ----------------------------------------------
+
+    // Every operation below that changes the Book is one step of the history, however
+    // many parts of the Book it changes. A new step clears what could be redone.
+    // Nothing can be undone while the books are locked, still being read, or not
+    // written by this window.
+    bool canUndo() const;
+    bool canRedo() const;
+    QString undoText() const;
+    QString redoText() const;
+    // Takes the Book back one step and saves it at once; says "Undone: <what>.". When
+    // the save fails the Book stays as it was, the step can still be undone, and the
+    // status line says "Could not save: <reason>". True when undone and saved.
+    Q_INVOKABLE bool undo();
+    // Does the step undone last again, saved as undo() is; says "Redone: <what>.".
+    Q_INVOKABLE bool redo();
+
+    // -- Backups (backups.cpp) ---------------------------------------------------
+
+    // Replaces the Book with the daily backup of `day`, after keeping the money file as
+    // it was beside it as "coinhall.json.before-restore-<yyyyMMdd-HHmmss>"; the undo
+    // history starts again. Says "Restored your books from the backup of <day>." or
+    // why not (a backup that is missing or cannot be read changes nothing).
+    Saved restoreBackup(const QDate &day);
+
     // -- For the screens ---------------------------------------------------------
 
     // The header's read-outs, as the screens show them; they change with the Book.
@@ -341,6 +382,9 @@ Q_SIGNALS:
     void unlockFailed();
     void loadingChanged();
     void loadProgressChanged();
+    void historyChanged();
+    // A deletion was made: the status line offers to undo it for a few seconds.
+    void undoOffered();
 
 protected:
     // Keeps the file writes of one operation to one, at its end. Nestable.
@@ -355,6 +399,24 @@ protected:
     private:
         Store &m_store;
     };
+
+    // Makes the changes of one operation one step of the history. Nestable: the
+    // outermost makes the step, named by nameStep() or else by the operation's success
+    // text (without its full stop).
+    class Step
+    {
+    public:
+        explicit Step(Store &store);
+        ~Step();
+        Step(const Step &) = delete;
+        Step &operator=(const Step &) = delete;
+
+    private:
+        Store &m_store;
+    };
+    void nameStep(const QString &what);
+    // Removes the lines for which `drop` is true; how many.
+    size_t eraseLines(const std::function<bool(const Transaction &)> &drop);
 
     // The Book to change in place; follow with assigned().
     Book &mutableBook()
@@ -374,7 +436,8 @@ protected:
     Saved done(const QString &text = {});
     // Puts the transactions back in newest-first order (a stable sort by date) after
     // `appended` lines were added at the end.
-    void sortNewestFirst(size_t appended);
+    // Returns where the last line added landed, when a few were.
+    size_t sortNewestFirst(size_t appended);
     // Sorts lines of unknown order newest first (a stable sort by date).
     static void putNewestFirst(std::vector<Transaction> &lines);
 
@@ -432,6 +495,30 @@ private:
     QTimer *m_reminderWork = nullptr; // made on first use; a child of the Store
     std::vector<Bill> m_reminderSnapshot;
     std::optional<std::vector<ReminderRequest>> m_writtenPlan; // the plan on disk for the reminder service
+
+    // The history (history.cpp): the steps that can be undone, oldest first, and those
+    // that can be redone, the next last; the step being made, and the parts beside the
+    // lines as they were when it began.
+    struct Recording
+    {
+        BookStep step;
+        BookStep::Rest was;
+        bool named = false;
+        bool broken = false; // lines moved in ways a step cannot follow: the history ends
+    };
+    void recordLines(BookStep::Splice splice);
+    // Records the `count` lines just appended at the end (`added`) as put in where the
+    // sort put them.
+    void recordAppended(const std::vector<Transaction> &added);
+    void endStep();
+    void clearHistory();
+    bool step(bool back);
+    // Encodes and writes the Book on this thread; false, with `reason`, when it fails.
+    bool writeNow(QString *reason);
+    std::deque<BookStep> m_undo;
+    std::deque<BookStep> m_redo;
+    std::optional<Recording> m_recording;
+    int m_stepDepth = 0;
 
     // The Store's clock (bills.cpp); empty means Instant::now. Tests pin it.
     std::function<Instant()> m_clock;
