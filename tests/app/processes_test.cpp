@@ -141,7 +141,7 @@ protected:
     std::deque<Running> m_running; // a deque: references to earlier ones stay good
 };
 
-TEST_F(WindowProcesses, WhileAWindowRunsOthersOnlyReadAndOnceItIsKilledTheyWrite)
+TEST_F(WindowProcesses, WhileAWindowRunsOthersOnlyRead)
 {
     writeBooks(50);
     Running &first = launch(COINHALL_WINDOW_HELPER, {books(), "watch"});

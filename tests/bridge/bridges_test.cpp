@@ -51,9 +51,8 @@ TEST_F(Bridges, AccountsScreenCountsTheMonthsLinesShowsBalancesAndTakesTypedBudg
               std::tuple(d("1250.5"), "1250.5"));
     EXPECT_FALSE(screen.commitBudget(groceries, QStringLiteral("1250.50"))); // unchanged: not written
     EXPECT_TRUE(screen.commitBudget(groceries, QStringLiteral("lots")));
-    EXPECT_EQ(budget(), std::nullopt);
     EXPECT_FALSE(screen.commitBudget(99, QStringLiteral("5")));
-    EXPECT_EQ(writes.count(), 2);
+    EXPECT_EQ(std::tuple(budget(), writes.count()), std::tuple(std::nullopt, 2));
 }
 
 TEST_F(Bridges, ReportTextsFollowThePeriod)
@@ -70,11 +69,11 @@ TEST_F(Bridges, ReportTextsFollowThePeriod)
     EXPECT_EQ(std::tuple(column(reports.spendingLines(), "percentText"), reports.months()),
               std::tuple(QStringList{"100%"}, 1));
     reports.setPeriod(ReportsBridge::LastMonth); // February: nothing
-    EXPECT_EQ(tiles(), (QStringList{"$0.00", "$0.00", "$0.00", "—"}));
-    EXPECT_TRUE(reports.spendingLines().isEmpty());
+    EXPECT_EQ(std::tuple(tiles(), reports.spendingLines().size()),
+              std::tuple(QStringList{"$0.00", "$0.00", "$0.00", "—"}, 0));
     reports.setPeriod(ReportsBridge::Last12Months);
-    EXPECT_EQ(tiles(), (QStringList{"$2,000.00", "$1,240.00", "+$760.00", "0%"}));
-    EXPECT_EQ(reports.months(), 12);
+    EXPECT_EQ(std::tuple(tiles(), reports.months()),
+              std::tuple(QStringList{"$2,000.00", "$1,240.00", "+$760.00", "0%"}, 12));
     reports.setPeriod(ReportsBridge::Period(7)); // not a period: this month
     EXPECT_EQ(reports.spendingText(), "$1,200.00");
 }

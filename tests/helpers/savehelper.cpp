@@ -20,12 +20,10 @@ int main(int argc, char **argv)
     std::fflush(stdout);
     // Dates go on from the last run, so the test can see that no line went missing.
     for (int i = int(store.book().transactions.size());; ++i) {
-        Transaction t;
-        t.date = Instant::fromSecs(1700000000 + i);
-        t.accountID = account.id;
-        t.amount = Decimal(-i);
-        t.payee = QStringLiteral("Line %1 with some text to make the file longer").arg(i);
-        t.category = QStringLiteral("Groceries");
-        std::ignore = store.add(t);
+        std::ignore = store.add({.date = Instant::fromSecs(1700000000 + i),
+                                 .accountID = account.id,
+                                 .amount = Decimal(-i),
+                                 .payee = QStringLiteral("Line %1 with some text to make the file longer").arg(i),
+                                 .category = QStringLiteral("Groceries")});
     }
 }

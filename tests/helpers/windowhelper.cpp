@@ -48,16 +48,13 @@ QString change(Store &store, qint64 n)
 {
     const Book &book = store.book();
     switch (n % 4) {
-    case 0: {
-        Transaction t;
-        t.date = store.now();
-        t.accountID = book.accounts.at(0).id;
-        t.amount = Decimal(-(n % 1000) - 1);
-        t.payee = QStringLiteral("Change %1").arg(n);
-        t.category = QStringLiteral("Groceries");
-        std::ignore = store.add(t);
+    case 0:
+        std::ignore = store.add({.date = store.now(),
+                                 .accountID = book.accounts.at(0).id,
+                                 .amount = Decimal(-(n % 1000) - 1),
+                                 .payee = QStringLiteral("Change %1").arg(n),
+                                 .category = QStringLiteral("Groceries")});
         return QStringLiteral("add");
-    }
     case 1:
         for (const Transaction &t : book.transactions) {
             if (t.payee == QLatin1String("Edited")) {

@@ -6,29 +6,26 @@
 
 using Rows = QList<QStringList>;
 
-TEST(CsvSplit, QuotesMayHoldCommasQuotesAndLineBreaks)
+// Quotes hold commas, quotes and line breaks, anywhere in a cell, and an unclosed one the
+// rest; every line end counts once, the last ends nothing; cells stay untrimmed.
+TEST(CsvSplit, QuotesLineEndsAndCells)
 {
-    EXPECT_EQ(CSVImporter::parse(QStringLiteral("a,\"b,c\",d")), (Rows{{"a", "b,c", "d"}}));
-    EXPECT_EQ(CSVImporter::parse(QStringLiteral("\"say \"\"hi\"\"\"")), (Rows{{"say \"hi\""}}));
-    EXPECT_EQ(CSVImporter::parse(QStringLiteral("\"two\nlines\",x\ny")), (Rows{{"two\nlines", "x"}, {"y"}}));
-    // A quote opens and closes anywhere, not only at the start of a cell.
-    EXPECT_EQ(CSVImporter::parse(QStringLiteral("ab\"c,d\"e")), (Rows{{"abc,de"}}));
-    EXPECT_EQ(CSVImporter::parse(QStringLiteral("\"\",\"\"\"\"")), (Rows{{"", "\""}}));
-}
-
-TEST(CsvSplit, EveryLineEndCountsOnceAndTheLastEndsNothing)
-{
-    EXPECT_EQ(CSVImporter::parse(QStringLiteral("x\r\ny\rz")), (Rows{{"x"}, {"y"}, {"z"}}));
-    EXPECT_EQ(CSVImporter::parse(QStringLiteral("x\r\r\ny\n")), (Rows{{"x"}, {""}, {"y"}}));
-    EXPECT_EQ(CSVImporter::parse(QStringLiteral("\"in\r\nside\"")), (Rows{{"in\nside"}}));
-    EXPECT_EQ(CSVImporter::parse(QStringLiteral("a,b,\n\n")), (Rows{{"a", "b", ""}, {""}}));
-    EXPECT_EQ(CSVImporter::parse(QString()), Rows{});
-}
-
-TEST(CsvSplit, AnUnclosedQuoteTakesTheRestOfTheText)
-{
-    EXPECT_EQ(CSVImporter::parse(QStringLiteral("a,\"open\nrest,of\r\ntext")), (Rows{{"a", "open\nrest,of\ntext"}}));
-    EXPECT_EQ(CSVImporter::parse(QStringLiteral(" 1 , 2 ")), (Rows{{" 1 ", " 2 "}})); // cells stay untrimmed
+    const std::pair<const char *, Rows> cases[] = {
+        {"a,\"b,c\",d", {{"a", "b,c", "d"}}},
+        {"\"say \"\"hi\"\"\"", {{"say \"hi\""}}},
+        {"\"two\nlines\",x\ny", {{"two\nlines", "x"}, {"y"}}},
+        {"ab\"c,d\"e", {{"abc,de"}}},
+        {"\"\",\"\"\"\"", {{"", "\""}}},
+        {"x\r\ny\rz", {{"x"}, {"y"}, {"z"}}},
+        {"x\r\r\ny\n", {{"x"}, {""}, {"y"}}},
+        {"\"in\r\nside\"", {{"in\nside"}}},
+        {"a,b,\n\n", {{"a", "b", ""}, {""}}},
+        {"", {}},
+        {"a,\"open\nrest,of\r\ntext", {{"a", "open\nrest,of\ntext"}}},
+        {" 1 , 2 ", {{" 1 ", " 2 "}}},
+    };
+    for (const auto &[text, rows] : cases)
+        EXPECT_EQ(CSVImporter::parse(QString::fromUtf8(text)), rows) << text;
 }
 
 TEST(CsvRead, HeaderIsFoundBelowInfoLinesAndBlankRowsAreDropped)

@@ -109,8 +109,8 @@ TEST_F(DBusNotifierTest, ShowsTheRequestWhenItsTimeComes)
     ASSERT_EQ(arguments.size(), 8);
     // Program, replaces none, icon, title, body, default timeout; the desktop finds the
     // program's name and icon through its id.
-    EXPECT_EQ(std::tuple(arguments[0].toString(), arguments[1].toUInt(), arguments[2].toString(), arguments[3].toString(),
-                         arguments[4].toString(), arguments[7].toInt()),
+    EXPECT_EQ(std::tuple(arguments[0].toString(), arguments[1].toUInt(), arguments[2].toString(),
+                         arguments[3].toString(), arguments[4].toString(), arguments[7].toInt()),
               std::tuple("QFS Coinhall", 0u, "com.quillfern.Coinhall", rent.title, rent.body, -1));
     const auto hints = qdbus_cast<QVariantMap>(arguments[6].value<QDBusArgument>());
     EXPECT_EQ(std::tuple(hints.value("sound-name").toString(), hints.value("desktop-entry").toString()),

@@ -177,7 +177,8 @@ TEST_F(Bills, SkipMovesOnWithoutPayingAndLeavesGoneBillsAlone)
     EXPECT_TRUE(store.skip(store.book().bills[0]));
     EXPECT_TRUE(store.skip(store.book().bills[1]));
     EXPECT_EQ(names(store.activeBills()), std::vector<QString>{"Rent"});
-    EXPECT_EQ(std::tuple(first().due, store.book().bills[1].due), std::tuple(local(2025, 2, 28, 9), local(2025, 3, 20, 9)));
+    EXPECT_EQ(std::tuple(first().due, store.book().bills[1].due),
+              std::tuple(local(2025, 2, 28, 9), local(2025, 3, 20, 9)));
     EXPECT_TRUE(first().history.empty() && store.book().transactions.empty());
 
     const Book before = store.book();

@@ -116,8 +116,9 @@ TEST_F(Ledger, BalancesCountLinesUpToTheExactInstant)
     EXPECT_TRUE(store.add(line(studio, "2025-03-01T12:00:00Z", "-0.10")));
     EXPECT_TRUE(store.add(line(studio, "2025-03-01T12:00:01Z", "-500")));
     EXPECT_TRUE(store.add(line(checking, "2025-03-01T12:00:00Z", "25")));
-    EXPECT_EQ(std::tuple(store.balance(studio, at("2025-03-01T11:59:59Z")), store.balance(studio, at("2025-03-01T12:00:00Z")),
-                         store.balance(studio), store.totalBalance()),
+    EXPECT_EQ(std::tuple(store.balance(studio, at("2025-03-01T11:59:59Z")),
+                         store.balance(studio, at("2025-03-01T12:00:00Z")), store.balance(studio),
+                         store.totalBalance()),
               std::tuple(d("1000.1"), d("1000"), d("500"), d("525")));
 
     // Lines added after a balance was asked count at once; one dated tomorrow only
@@ -146,7 +147,8 @@ TEST_F(Ledger, AccountsAreAddedReplacedAndDeletedOnlyWhenEmpty)
     EXPECT_EQ(store.book().accounts.back().name, "Cash box");
     cash.name = QStringLiteral("Petty cash");
     EXPECT_TRUE(store.save(cash));
-    EXPECT_EQ(each(store.book().accounts, &Account::name), (std::vector<QString>{"Main checking", "Savings", "Petty cash"}));
+    EXPECT_EQ(each(store.book().accounts, &Account::name),
+              (std::vector<QString>{"Main checking", "Savings", "Petty cash"}));
 
     EXPECT_TRUE(store.add(line(checking, "2025-03-01T12:00:00Z", "-1")));
     EXPECT_TRUE(store.hasTransactions(checking));
@@ -172,7 +174,8 @@ TEST_F(Ledger, TheEditorsSideGivesTheSignAndKindAndAChangedLineKeepsTheRest)
     EXPECT_EQ(store.status(), "Spent $4.50 · Cafe.");
     Transaction spent = store.book().transactions[0];
     // Whole seconds, as the file keeps them.
-    EXPECT_EQ(std::tuple(spent.amount, spent.kind, spent.date), std::tuple(d("-4.5"), TxKind::expense, at("2025-03-14T09:30:00Z")));
+    EXPECT_EQ(std::tuple(spent.amount, spent.kind, spent.date),
+              std::tuple(d("-4.5"), TxKind::expense, at("2025-03-14T09:30:00Z")));
     EXPECT_TRUE(store.save(
         TransactionEdit{{}, true, at("2025-03-14T12:00:00Z"), d("-312.4"), "Label", "Royalties", savings.id}));
     EXPECT_EQ(std::tuple(store.status(), store.book().transactions[0].amount, store.book().transactions[0].kind),

@@ -112,9 +112,8 @@ TEST_F(Royalties, DepositNoteJoinsWorkAndPeriod)
     const std::pair<const char *, const char *> cases[] = {
         {"Night Drive", "Q1"}, {"", "Q1"}, {"Night Drive", ""}, {"", ""}};
     for (const auto &[work, period] : cases) {
-        Royalty r = royalty("Label", "10", today);
-        r.work = QString::fromUtf8(work);
-        r.period = QString::fromUtf8(period);
+        const Royalty r{
+            .payer = "Label", .work = work, .period = period, .expectedAmount = d("10"), .expectedDate = today};
         EXPECT_TRUE(store.save(r));
         EXPECT_TRUE(store.receive(r, d("10"), today, std::nullopt));
     }
