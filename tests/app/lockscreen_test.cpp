@@ -38,14 +38,6 @@ public:
     void evaluate(const QString &, const QString &, std::function<void(bool)> done) override { done(false); }
 };
 
-class NoNotifier final : public Notifier
-{
-public:
-    void removeAllPending() override {}
-    void add(const ReminderRequest &) override {}
-    void requestAuthorization() override {}
-};
-
 // Lets loaders, layouts and the accessible tree catch up.
 void settle()
 {

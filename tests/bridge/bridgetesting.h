@@ -7,7 +7,6 @@
 #include "helpers/testing.h"
 
 #include "bridgeinput.h"
-#include "platform/notifier.h"
 #include "store/store.h"
 
 #include <QSignalSpy>
@@ -20,15 +19,6 @@
 #include <memory>
 
 using BridgeInput::idText;
-
-// Bill reminders go nowhere in these tests.
-class NoNotifier final : public Notifier
-{
-public:
-    void removeAllPending() override {}
-    void add(const ReminderRequest &) override {}
-    void requestAuthorization() override {}
-};
 
 // The text under `key` in each map of such a list.
 inline QStringList column(const QVariantList &list, const char *key)

@@ -4,6 +4,7 @@
 
 #include "model/decimal.h"
 #include "model/instant.h"
+#include "platform/notifier.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -47,6 +48,15 @@ inline void writeAll(const QString &path, const QByteArray &bytes)
     ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
     f.write(bytes);
 }
+
+// Bill reminders go nowhere.
+class NoNotifier final : public Notifier
+{
+public:
+    void removeAllPending() override {}
+    void add(const ReminderRequest &) override {}
+    void requestAuthorization() override {}
+};
 
 // Runs the event loop until done() holds or ms have passed; says whether it holds.
 inline bool waitFor(const std::function<bool()> &done, int ms = 3000)

@@ -59,9 +59,7 @@ TestCase {
         mouseClick(H.named(screen, "editAccountKey"))
         tryVerify(() => host.view !== null)
         compare([host.view.title, host.view.name], ["Change account", "Main checking"])
-        keyClick(Qt.Key_Escape)
-        compare(closed.count, 1)
-        host.sheet = null
+        host.sheet = null // Escape closing a sheet: tst_parts
         mouseClick(H.key(screen, "Add account"))
         tryVerify(() => host.view !== null)
         const adding = host.view
@@ -73,7 +71,7 @@ TestCase {
             keyClick(Qt.Key_Down)
         H.retype(testCase, H.named(adding, "openingField").field, "abc")
         mouseClick(H.key(adding, "Save"))
-        compare(closed.count, 2)
+        compare(closed.count, 1)
         const saved = accountNamed(screen, "Cash box")
         compare([saved.balanceText, screen.bridge.account(saved.id).kind], ["$0.00", "Cash"])
         const change = editor(saved)
