@@ -7,6 +7,7 @@ ApplicationWindow {
     id: root
 
     readonly property alias rootView: rootView
+    readonly property alias editMenu: editMenu
     readonly property alias themeMenu: themeMenu
     readonly property alias helpMenu: helpMenu
     readonly property alias aboutPanel: about
@@ -96,6 +97,29 @@ ApplicationWindow {
             }
         }
 
+        // Undo and redo act on the books; while a sheet is open they stand aside, and
+        // Ctrl+Z in its fields undoes the typing.
+        QFMenu {
+            id: editMenu
+
+            title: "&Edit"
+
+            Action {
+                text: Store.undoText
+                enabled: Store.canUndo && rootView.sheet === null
+                shortcut: "Ctrl+Z"
+                onTriggered: Store.undo()
+            }
+            Action {
+                id: redoAction
+
+                text: Store.redoText
+                enabled: Store.canRedo && rootView.sheet === null
+                shortcut: "Ctrl+Shift+Z"
+                onTriggered: Store.redo()
+            }
+        }
+
         QFMenu {
             id: themeMenu
 
@@ -161,6 +185,13 @@ ApplicationWindow {
 
     AboutPanel {
         id: about
+    }
+
+    // Redo answers Ctrl+Y too, as it does in most programs.
+    Shortcut {
+        sequence: "Ctrl+Y"
+        enabled: redoAction.enabled
+        onActivated: redoAction.trigger()
     }
 
     // Ctrl and "=" zooms in too: on most keyboards "+" needs Shift.

@@ -172,20 +172,58 @@ FocusScope {
                     }
                 }
 
-                CaptionText {
-                    objectName: "statusLine"
+                RowLayout {
                     Layout.fillWidth: true
-                    Layout.leftMargin: Tokens.spaceXS
-                    text: Store.status
-                    elide: Text.ElideRight
-                    // Keeps its line even when there is nothing to say.
-                    Layout.preferredHeight: Math.ceil(fontMetrics.height)
+                    // Keeps its line even when there is nothing to say, and when the key shows.
+                    Layout.preferredHeight: Math.ceil(fontMetrics.height) + 2 * Tokens.spaceXS
+                    spacing: Tokens.spaceS
 
-                    FontMetrics {
-                        id: fontMetrics
+                    CaptionText {
+                        objectName: "statusLine"
+                        Layout.fillWidth: true
+                        Layout.leftMargin: Tokens.spaceXS
+                        text: Store.status
+                        elide: Text.ElideRight
 
-                        font.family: Tokens.textFamily
-                        font.pointSize: Tokens.pt(Tokens.captionSize)
+                        FontMetrics {
+                            id: fontMetrics
+
+                            font.family: Tokens.textFamily
+                            font.pointSize: Tokens.pt(Tokens.captionSize)
+                        }
+                    }
+
+                    // After a deletion, for a few seconds: the way back one click away.
+                    Key {
+                        objectName: "statusUndoKey"
+                        Layout.preferredHeight: parent.height
+                        implicitHeight: parent.height
+                        topPadding: 0
+                        bottomPadding: 0
+                        title: "Undo"
+                        visible: undoOffer.running
+                        onClicked: {
+                            undoOffer.stop()
+                            Store.undo()
+                        }
+                    }
+
+                    Timer {
+                        id: undoOffer
+
+                        interval: 8000
+                    }
+
+                    Connections {
+                        target: Store
+
+                        // The offer follows the deletion's own status line, and goes with it.
+                        function onStatusChanged() {
+                            undoOffer.stop()
+                        }
+                        function onUndoOffered() {
+                            undoOffer.restart()
+                        }
                     }
                 }
             }

@@ -72,10 +72,10 @@ TestCase {
         tryVerify(() => !bar.menuAt(0).visible && !bar.menuAt(1).visible)
         compare(window.activeFocusItem, focused)
         keyClick(Qt.Key_V, Qt.AltModifier)
-        tryCompare(bar.menuAt(2), "opened", true)
+        tryCompare(bar.menuAt(3), "opened", true)
         keyClick(Qt.Key_Down)
         keyClick(Qt.Key_Return)
-        tryCompare(bar.menuAt(2), "visible", false)
+        tryCompare(bar.menuAt(3), "visible", false)
         compare([QFZoom.value, window.activeFocusItem], [1.15, focused])
         // The header's picker and the Theme menu are one choice.
         const picker = H.named(window.rootView, "themePicker")
