@@ -56,9 +56,7 @@ template <class Record> std::vector<QString> each(const std::vector<Record> &rec
 // The permission bits in octal ("600"), or "missing"; a link's own.
 inline std::string modeOf(const QString &path)
 {
-    struct stat st
-    {
-    };
+    struct stat st = {};
     if (::lstat(QFile::encodeName(path).constData(), &st) != 0)
         return "missing";
     return QString::number(st.st_mode & 0777, 8).toStdString();
