@@ -344,3 +344,23 @@ TEST_F(Faults, ClockBackToAnEarlierSetAsideStampLosesNeitherFile)
     for (const QString &name : keptAside())
         EXPECT_EQ(readAll(path(name)), "an earlier unreadable file");
 }
+
+// An undo is saved at once; when the disk refuses it, the Book stays as the file has
+// it and the step can be undone later.
+TEST_F(Faults, AnUndoTheDiskRefusesLeavesTheBookAndTheFileAsTheyWere)
+{
+    Store store({dir});
+    EXPECT_TRUE(store.setBook(good));
+    ASSERT_TRUE(addOne(store));
+    const QByteArray before = readAll(file());
+    {
+        const Limit half(RLIMIT_FSIZE, rlim_t(before.size() / 2));
+        EXPECT_FALSE(store.undo());
+    }
+    EXPECT_EQ(store.status(), "Could not save: File too large");
+    EXPECT_EQ(readAll(file()), before);
+    EXPECT_EQ(MoneyFile::encode(store.book()), before);
+    EXPECT_EQ(strays(), QStringList());
+    ASSERT_TRUE(store.undo());
+    EXPECT_EQ(store.book(), good);
+}
