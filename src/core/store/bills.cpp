@@ -72,7 +72,8 @@ Saved Store::pay(const Bill &passed, std::optional<Decimal> amount, Instant on, 
     const Bill bill = passed;
     if (findById(m_book.bills, bill.id) == m_book.bills.end())
         return {};
-    const Decimal paid = amount.value_or(bill.amount);
+    // Paid is paid: a sign typed with the amount does not turn it into money received.
+    const Decimal paid = amount.value_or(bill.amount).magnitude();
     if (!accountID)
         accountID = bill.accountID;
     if (!accountID) {
@@ -87,7 +88,7 @@ Saved Store::pay(const Bill &passed, std::optional<Decimal> amount, Instant on, 
             Transaction payment;
             payment.date = on;
             payment.accountID = *accountID;
-            payment.amount = paid.magnitude().negated();
+            payment.amount = paid.negated();
             payment.payee = bill.name;
             payment.category = bill.category;
             payment.note = QStringLiteral("Bill payment");

@@ -150,8 +150,7 @@ TEST_F(Bills, PayingAnotherAmountLateKeepsTheSchedule)
     EXPECT_TRUE(store.pay(first(), d("-10"), today.addSecs(-86400), savings.id));
     EXPECT_EQ(std::tuple(store.book().transactions.at(1).amount, store.book().transactions.at(1).accountID),
               std::tuple(d("-10"), savings.id));
-    EXPECT_EQ(std::tuple(first().history.at(1).date, first().history.at(1).dueDate),
-              std::tuple(today.addSecs(-86400), local(2025, 4, 1, 9)));
+    EXPECT_EQ(first().history.at(1), (Bill::Payment{today.addSecs(-86400), d("10"), local(2025, 4, 1, 9)}));
     EXPECT_EQ(first().due, local(2025, 5, 1, 9));
     EXPECT_EQ(onDisk(), store.book());
 }
