@@ -20,7 +20,7 @@ const QString harbor = QStringLiteral(COINHALL_TEST_DATA "/bank/harbor_checking.
 TEST_F(CommandLine, ImportPreviewsAndRefusesWithoutWritingAndCheckReadsGoodAndBrokenBooks)
 {
     Outcome run = onBooks({"import", harbor, "--account", "Savings", "--dry-run"});
-    EXPECT_EQ(std::tuple(run.status, run.out), std::tuple(0, "Preview · 14 new · 1 already in · 2 unreadable\n"));
+    EXPECT_EQ(std::tuple(run.status, run.out), std::tuple(0, "Preview · 15 new · 0 already in · 2 unreadable\n"));
 
     auto refused = [&](const QStringList &arguments, int status, const QString &err) {
         EXPECT_EQ(onBooks(QStringList{"import"} + arguments).all(), std::tuple(status, "", err))
@@ -45,7 +45,7 @@ TEST_F(CommandLine, ImportPreviewsAndRefusesWithoutWritingAndCheckReadsGoodAndBr
 
     run = onBooks({"check"});
     EXPECT_EQ(std::tuple(run.status, run.out),
-              std::tuple(0, "OK: 2 accounts, 14 transactions, 0 bills, 0 royalties\n"));
+              std::tuple(0, "OK: 2 accounts, 15 transactions, 0 bills, 0 royalties\n"));
     const QByteArray broken = QByteArray(bytes).replace("\"deposit\"", "\"gift\"");
     write("books/coinhall.json", broken);
     const QStringList brokenBooks = listing(books());

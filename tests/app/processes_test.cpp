@@ -172,7 +172,7 @@ TEST_F(WindowProcesses, WhileAWindowRunsOthersOnlyRead)
                          "Coinhall is open with the money file in " + books() +
                              ", so nothing was changed. Close Coinhall and try again.\n"));
     EXPECT_EQ(onBooks({"import", harbor, "--account", "Savings", "--dry-run"}).out,
-              "Preview · 14 new · 1 already in · 2 unreadable\n");
+              "Preview · 15 new · 0 already in · 2 unreadable\n");
     EXPECT_EQ(std::tuple(snapshot(), QFileInfo::exists(todaysBackup())), std::tuple(before, false));
     // Once the window is gone, even by kill -9, the next start writes: the next test.
 }

@@ -153,12 +153,12 @@ TestCase {
                  H.named(sheet, "accountPicker").box.displayText], ["No file chosen", false, false, "Main checking"])
         sheet.chooseFile(bankFile("harbor_checking.csv"))
         compare([H.named(sheet, "fileName").text, H.named(sheet, "previewTitle").text, importKey(sheet).title,
-                 importKey(sheet).enabled], ["harbor_checking.csv", "Preview · 14 new · 1 already in · 2 unreadable",
-                                             "Import 14", true])
+                 importKey(sheet).enabled], ["harbor_checking.csv", "Preview · 15 new · 0 already in · 2 unreadable",
+                                             "Import 15", true])
         const list = H.named(sheet, "previewList")
         const line = i => (list.positionViewAtIndex(i, ListView.Contain),
                            H.findAll(list.itemAtIndex(i), c => c.text !== undefined).map(t => t.text).join(" "))
-        compare([list.count, line(0), line(1)], [14, "Jan 31 PAYROLL ACME ROOFING INC Paycheck +$2,150.00",
+        compare([list.count, line(0), line(1)], [15, "Jan 31 PAYROLL ACME ROOFING INC Paycheck +$2,150.00",
                                                   "Jan 30 SAFEWAY #1432 PORTLAND OR Groceries -$86.41"])
         // A column changed by keyboard changes the preview at once.
         const amount = H.first(sheet, c => c.objectName === "columnPicker" && c.label === "Amount")

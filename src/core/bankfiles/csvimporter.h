@@ -1,5 +1,6 @@
 #pragma once
 
+#include "bankfiles/importer.h"
 #include "model/decimal.h"
 #include "model/instant.h"
 #include "model/records.h"
@@ -40,12 +41,7 @@ public:
     };
 
     // What a conversion made of the rows.
-    struct Conversion
-    {
-        std::vector<Transaction> newTransactions; // the lines to add, in file order
-        int skipped = 0;                          // rows already imported (or repeated in the file)
-        int bad = 0;                              // rows without a usable date or amount
-    };
+    using Conversion = BankImport::Conversion;
 
     // Answers the category of a new line from its payee and amount (as in the file).
     using Categorizer = std::function<QString(const QString &payee, const Decimal &amount)>;

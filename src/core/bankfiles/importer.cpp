@@ -4,8 +4,11 @@
 
 #include "bankfiles/autocategory.h"
 #include "bankfiles/csvimporter.h"
+#include "bankfiles/statement.h"
 #include "model/money.h"
 
+#include <QDateTime>
+#include <QHash>
 #include <QCryptographicHash>
 #include <QRandomGenerator>
 #include <QSet>
@@ -14,7 +17,7 @@
 #include <cstring>
 #include <functional>
 #include <optional>
-#include <unordered_set>
+#include <unordered_map>
 
 namespace {
 
@@ -164,28 +167,11 @@ CSVImporter::Conversion CSVImporter::preview(const QUuid &account, const std::ve
 CSVImporter::Conversion CSVImporter::transactions(const QUuid &account, const std::vector<Transaction> &existing,
                                                   const Categorizer &categorize) const
 {
-    // Every fingerprint already in the Book; lines accepted from this file join them,
-    // so a line repeated within the download is taken once.
-    std::unordered_set<Digest, DigestHash> known;
-    known.reserve(existing.size() + size_t(m_rows.size()));
-    for (const Transaction &t : existing)
-        if (t.importHash)
-            if (const auto digest = fromHex(*t.importHash))
-                known.insert(*digest);
-
-    const QByteArray accountText = accountPart(account);
     const QString imported = QStringLiteral("Imported");
-    QCryptographicHash sha(QCryptographicHash::Sha256);
-    QByteArray hashed = accountText;
-    hashed.detach(); // reused for every row, keeping its capacity
     DateCache dates;
-    QSet<QString> fileCategories; // one shared string per category name in the file
-    IdMaker ids;
-    // Copied rather than default-made, which would draw an id from the system source.
-    static const Transaction blank;
-
-    Conversion out;
-    out.newTransactions.reserve(size_t(m_rows.size()));
+    std::vector<BankImport::Incoming> lines;
+    lines.reserve(size_t(m_rows.size()));
+    int bad = 0;
     for (const QStringList &row : m_rows) {
         auto cell = [&row](const std::optional<int> &column) {
             return column && *column >= 0 && *column < row.size() ? trimmedCell(row[*column]) : QString();
@@ -193,7 +179,7 @@ CSVImporter::Conversion CSVImporter::transactions(const QUuid &account, const st
 
         const std::optional<Instant> when = dates(cell(m_mapping.date));
         if (!when) {
-            ++out.bad;
+            ++bad;
             continue;
         }
 
@@ -204,53 +190,122 @@ CSVImporter::Conversion CSVImporter::transactions(const QUuid &account, const st
             const Decimal debit = Money::parse(cell(m_mapping.debit)).value_or(Decimal());
             const Decimal credit = Money::parse(cell(m_mapping.credit)).value_or(Decimal());
             if (debit.isZero() && credit.isZero()) {
-                ++out.bad;
+                ++bad;
                 continue;
             }
             amount = credit - debit.magnitude(); // a debit takes money out, whatever its sign
         }
         if (amount->isZero()) {
-            ++out.bad;
+            ++bad;
             continue;
         }
 
         QString payee = cell(m_mapping.description);
         if (payee.isEmpty())
             payee = imported;
+        lines.push_back({*when, *amount, std::move(payee), cell(m_mapping.category), {}, {}});
+    }
 
+    QSet<QString> fileCategories; // one shared string per category name in the file
+    return BankImport::convert(lines, bad, account, existing, [&](const BankImport::Incoming &line) {
+        if (line.category.isEmpty())
+            return categorize ? categorize(line.payee, line.amount) : AutoCategory::guess(line.payee, line.amount, {});
+        const auto shared = fileCategories.constFind(line.category);
+        if (shared != fileCategories.constEnd())
+            return *shared;
+        fileCategories.insert(line.category);
+        return line.category;
+    });
+}
+
+namespace BankImport {
+
+QString importHash(const QUuid &account, const QString &reference)
+{
+    QCryptographicHash sha(QCryptographicHash::Sha256);
+    return hexText(sha256(sha, accountPart(account) + "ref|" + reference.toUtf8()));
+}
+
+Conversion convert(const std::vector<Incoming> &lines, int bad, const QUuid &account,
+                   const std::vector<Transaction> &existing, const CategoryOf &categoryOf)
+{
+    // How many lines of the Book carry each fingerprint; each line of the file that
+    // finds one takes it.
+    std::unordered_map<Digest, int, DigestHash> known;
+    known.reserve(existing.size());
+    for (const Transaction &t : existing)
+        if (t.importHash)
+            if (const auto digest = fromHex(*t.importHash))
+                ++known[*digest];
+    auto take = [&known](const Digest &digest) {
+        const auto found = known.find(digest);
+        return found != known.end() && found->second-- > 0;
+    };
+
+    const QByteArray accountText = accountPart(account);
+    const QString imported = QStringLiteral("Imported");
+    QCryptographicHash sha(QCryptographicHash::Sha256);
+    QByteArray hashed = accountText;
+    hashed.detach(); // reused for every line, keeping its capacity
+    auto digestOf = [&](const Incoming &line, const QString &payee) {
         hashed.truncate(accountText.size());
-        appendLinePart(hashed, *when, *amount, payee);
-        const Digest digest = sha256(sha, hashed);
-        if (!known.insert(digest).second) {
+        if (line.reference.isEmpty())
+            appendLinePart(hashed, line.date, line.amount, payee);
+        else
+            hashed += "ref|" + line.reference.toUtf8();
+        return sha256(sha, hashed);
+    };
+    IdMaker ids;
+    // Copied rather than default-made, which would draw an id from the system source.
+    static const Transaction blank;
+
+    Conversion out;
+    out.bad = bad;
+    out.newTransactions.reserve(lines.size());
+    for (const Incoming &line : lines) {
+        const Digest digest = digestOf(line, line.payee);
+        if (take(digest) || (!line.formerPayee.isEmpty() && take(digestOf(line, line.formerPayee)))) {
             ++out.skipped;
             continue;
         }
-
-        QString category = cell(m_mapping.category);
-        if (!category.isEmpty()) {
-            const auto shared = fileCategories.constFind(category);
-            if (shared != fileCategories.constEnd())
-                category = *shared;
-            else
-                fileCategories.insert(category);
-        } else if (categorize) {
-            category = categorize(payee, *amount);
-        } else {
-            category = AutoCategory::guess(payee, *amount, {});
-        }
-
         Transaction t = blank;
         t.id = ids.next();
-        t.date = *when;
+        t.date = line.date;
         t.accountID = account;
-        t.amount = *amount;
-        t.payee = std::move(payee);
-        t.category = std::move(category);
+        t.amount = line.amount;
+        t.payee = line.payee;
+        t.category = categoryOf(line);
         t.note = imported;
         t.cleared = true;
-        t.kind = amount->signum() > 0 ? TxKind::deposit : TxKind::expense;
+        t.kind = line.amount.signum() > 0 ? TxKind::deposit : TxKind::expense;
         t.importHash = hexText(digest);
         out.newTransactions.push_back(std::move(t));
     }
     return out;
 }
+
+Conversion convert(const Statement &statement, const QUuid &account, const std::vector<Transaction> &existing)
+{
+    std::vector<Incoming> lines;
+    lines.reserve(statement.lines.size());
+    int bad = statement.bad;
+    for (const StatementLine &line : statement.lines) {
+        const Instant day = Instant::fromDateTime(QDateTime(line.day, QTime(0, 0)));
+        if (!line.day.isValid() || line.amount.isZero() || !day.inIsoRange()) {
+            ++bad;
+            continue;
+        }
+        lines.push_back({day, line.amount, line.payee.isEmpty() ? QStringLiteral("Imported") : line.payee,
+                         line.category, line.reference, line.formerPayee});
+    }
+    QHash<QString, QString> bookCategories; // by lower-case name
+    for (const Transaction &t : existing)
+        bookCategories.insert(t.category.toLower(), t.category);
+    const AutoCategory::Guesser guesser(existing);
+    return convert(lines, bad, account, existing, [&](const Incoming &line) {
+        const QString named = bookCategories.value(line.category.toLower());
+        return named.isEmpty() ? guesser(line.payee, line.amount) : named;
+    });
+}
+
+} // namespace BankImport

@@ -82,7 +82,9 @@ TEST(Conversion, DebitAndCreditColumnsWhenThereIsNoUsableAmount)
     EXPECT_EQ(noAmount.transactions(account, {}, bySign).newTransactions.at(4).amount, d("-99"));
 }
 
-TEST(Conversion, DuplicatesInTheFileAndInTheBookAreSkipped)
+// Two equal lines of one download are two purchases; lines already in the account
+// are counted off, so a second import adds nothing.
+TEST(Conversion, LinesAlreadyInTheAccountAreCountedOff)
 {
     const CSVImporter importer = csv("Date,Description,Amount\n"
                                      "3/5/2024,Corner Cafe,-4.50\n"
@@ -90,13 +92,18 @@ TEST(Conversion, DuplicatesInTheFileAndInTheBookAreSkipped)
                                      "3/5/2024,Corner Cafe,-4.51\n"
                                      "3/6/2024,Corner Cafe,-4.50\n");
     const auto first = importer.transactions(account, {}, bySign);
-    EXPECT_EQ(std::tuple(first.newTransactions.size(), first.skipped), std::tuple(3u, 1));
+    EXPECT_EQ(std::tuple(first.newTransactions.size(), first.skipped), std::tuple(4u, 0));
 
     const auto again = importer.transactions(account, first.newTransactions, bySign);
     EXPECT_EQ(std::tuple(again.newTransactions.size(), again.skipped, again.bad), std::tuple(0u, 4, 0));
 
     const auto elsewhere = importer.transactions(QUuid::createUuid(), first.newTransactions, bySign);
-    EXPECT_EQ(elsewhere.newTransactions.size(), 3u);
+    EXPECT_EQ(elsewhere.newTransactions.size(), 4u);
+
+    std::vector<Transaction> one = first.newTransactions;
+    one.erase(one.begin()); // one of the two cafe lines of the 5th is in the account
+    const auto missing = importer.transactions(account, one, bySign);
+    EXPECT_EQ(std::tuple(missing.newTransactions.size(), missing.skipped), std::tuple(1u, 3));
 }
 
 TEST(Conversion, CategoryFromTheFileOrTheCategoriser)
