@@ -26,14 +26,17 @@ const char usage[] = R"(Usage: coinhall [--data-dir DIR] [COMMAND [OPTIONS]]
 Without a command, Coinhall opens its window.
 
 Commands:
-  import FILE --account NAME [--flip] [--dry-run] [COLUMNS]
-      Bring a bank's CSV download into the active account named NAME, as the
-      import screen does: lines already in the books are skipped, categories are
-      guessed from your earlier lines and then from the keyword table. Prints
+  import FILE... --account NAME [--flip] [--dry-run] [--day-first] [COLUMNS]
+      Bring bank downloads (CSV, OFX, QFX, QIF or CAMT.053, found from what
+      the file holds) into the active account named NAME, as the import screen
+      does: lines already in the books are skipped, categories are guessed from
+      your earlier lines and then from the keyword table. For each file prints
       "Preview · <n> new · <s> already in · <b> unreadable", then imports and
-      prints "Imported <n> transactions from <file name>.".
+      prints "Imported <n> transactions from <file name>.". A file that is no
+      bank download stops the import before anything changes.
       --flip      negate every amount (card files that show spending as money in)
       --dry-run   show the preview only; nothing is changed
+      --day-first read dates that could be either way (a QIF file's) day first
       COLUMNS override the guessed column of each kind, as a column number
       counted from 0 or "none" for no such column:
       --date-col, --description-col, --amount-col, --debit-col, --credit-col,
@@ -58,6 +61,13 @@ Commands:
       Read the money file without changing anything: prints "OK: <a> accounts,
       <t> transactions, <b> bills, <r> royalties", or the first problem found
       with its place.
+  backups
+      List the daily backups, newest first, one a line: the date, the size and
+      how many transactions it holds ("cannot be read" for one that cannot).
+  restore DATE
+      Replace the books with the backup of DATE, given as yyyy-MM-dd as backups
+      lists it. The money file as it was is kept first, beside it, as
+      coinhall.json.before-restore-<yyyyMMdd-HHmmss>.
   remind [--wait]
       Show the bill reminders due now, as the window plans them, through the
       desktop's notifications: the system runs this at 09:00 while Coinhall is
@@ -88,18 +98,19 @@ Options:
 When Coinhall is set to ask for your password when it opens, every command
 first asks for it (one line on standard input) and does nothing without it.
 
-import saves the money file as the window does: atomically, after the day's
-backup. While a running Coinhall holds the money file, import refuses and
-changes nothing. check, report, export and import --dry-run never change the
-application folder.
+import and restore save the money file as the window does: atomically, after
+the day's backup. While a running Coinhall holds the money file, they refuse
+and change nothing. check, report, export, backups and import --dry-run never
+change the application folder.
 
 Exit status: 0 done; 1 a file could not be read or saved, the money file is
-unsound, or the password did not open Coinhall; 2 wrong usage or no such account; 3 the money file is held by a running
-Coinhall.
+unsound, or the password did not open Coinhall; 2 wrong usage, no such account or
+no such backup; 3 the money file is held by a running Coinhall.
 )";
 
 const QStringList commands = {QStringLiteral("import"), QStringLiteral("export"), QStringLiteral("report"),
-                              QStringLiteral("check"), QStringLiteral("remind")};
+                              QStringLiteral("check"),  QStringLiteral("remind"), QStringLiteral("backups"),
+                              QStringLiteral("restore")};
 
 const QString moneyFileName = QStringLiteral("coinhall.json");
 
@@ -264,6 +275,10 @@ int runCommandLine(const QStringList &arguments, std::FILE *out, std::FILE *err,
         return exportFile(dir, s.rest, out, err);
     if (command == QLatin1String("report"))
         return report(dir, s.rest, out, err);
+    if (command == QLatin1String("backups"))
+        return listBackups(dir, s.rest, out, err);
+    if (command == QLatin1String("restore"))
+        return restore(dir, s.rest, out, err);
     if (command == QLatin1String("check") && s.rest.isEmpty())
         return check(dir, out, err);
     return usageError(

@@ -105,5 +105,7 @@ int importFile(const QString &dir, const QStringList &arguments, std::FILE *out,
 int exportFile(const QString &dir, const QStringList &arguments, std::FILE *out, std::FILE *err);
 int report(const QString &dir, const QStringList &arguments, std::FILE *out, std::FILE *err);
 int remind(const QString &dir, const QStringList &arguments, std::FILE *err);
+int listBackups(const QString &dir, const QStringList &arguments, std::FILE *out, std::FILE *err);
+int restore(const QString &dir, const QStringList &arguments, std::FILE *out, std::FILE *err);
 
 } // namespace CommandLine
