@@ -4,9 +4,10 @@ import QtQuick.Dialogs
 import QtQuick.Layouts
 import Coinhall
 
-// Brings a bank's CSV download into one account: choose the file, check which column
-// is which, pick the account, flip the signs if the bank shows spending as money in,
-// look at the preview with its counts, and import the new lines.
+// Brings a bank's download (CSV, OFX, QFX, QIF or CAMT.053) into one account: choose
+// the file, check which column is which (for a CSV table), pick the account, flip the
+// signs if the bank shows spending as money in, look at the preview with its counts,
+// and import the new lines.
 SheetFrame {
     id: root
 
@@ -48,7 +49,8 @@ SheetFrame {
 
         title: "Choose CSV file"
         fileMode: FileDialog.OpenFile
-        nameFilters: ["Comma-separated text (*.csv *.CSV)", "Plain text (*.txt *.TXT)"]
+        nameFilters: ["Bank downloads (*.csv *.CSV *.ofx *.OFX *.qfx *.QFX *.qif *.QIF *.xml *.XML *.txt *.TXT)",
+            "All files (*)"]
         onAccepted: root.chooseFile(selectedFile)
     }
 
@@ -92,9 +94,31 @@ SheetFrame {
         Accessible.name: text
     }
 
+    CaptionText {
+        objectName: "fileSummary"
+        Layout.fillWidth: true
+        visible: bridge.summary !== ""
+        text: bridge.summary
+        elide: Text.ElideRight
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+
+    FormRow {
+        visible: bridge.datesAmbiguous
+
+        FormSegments {
+            objectName: "dateOrderPicker"
+            name: "Dates are written"
+            options: ["Month first", "Day first"]
+            currentIndex: bridge.dayFirst ? 1 : 0
+            onActivated: index => bridge.dayFirst = index === 1
+        }
+    }
+
     Label2 {
         Layout.topMargin: Tokens.spaceXS
-        visible: bridge.hasFile
+        visible: bridge.isTable
         text: "Which column is which"
     }
 
@@ -102,7 +126,7 @@ SheetFrame {
         id: columnPickers
 
         objectName: "columnPickers"
-        visible: bridge.hasFile
+        visible: bridge.isTable
         columns: 2
         columnSpacing: Tokens.spaceL
         rowSpacing: Tokens.spaceS

@@ -38,9 +38,9 @@ void ImportBridge::linked()
 QStringList ImportBridge::columnChoices() const
 {
     QStringList choices{QStringLiteral("—")};
-    if (!m_importer)
+    if (!isTable())
         return choices;
-    const QStringList &headers = m_importer->headers();
+    const QStringList &headers = m_file->csv()->headers();
     for (qsizetype k = 0; k < headers.size(); ++k)
         choices << (headers[k].isEmpty() ? QStringLiteral("Column %1").arg(k + 1) : headers[k]);
     return choices;
@@ -49,7 +49,7 @@ QStringList ImportBridge::columnChoices() const
 QVariantList ImportBridge::choices() const
 {
     QVariantList positions;
-    CSVImporter::Mapping mapping = m_importer ? m_importer->mapping() : CSVImporter::Mapping{};
+    CSVImporter::Mapping mapping = isTable() ? m_file->csv()->mapping() : CSVImporter::Mapping{};
     for (const std::optional<int> *column : columnsOf(mapping))
         positions.append(*column ? **column + 1 : 0);
     return positions;
@@ -86,12 +86,29 @@ QString ImportBridge::importTitle() const
     return QStringLiteral("Import %1").arg(newCount());
 }
 
+void ImportBridge::setDayFirst(bool dayFirst)
+{
+    if (dayFirst == m_dayFirst)
+        return;
+    m_dayFirst = dayFirst;
+    if (m_file)
+        m_file->setDayFirst(dayFirst);
+    reload();
+}
+
 void ImportBridge::open(const QUrl &file)
 {
     const QString local = file.isLocalFile() ? file.toLocalFile() : file.scheme().isEmpty() ? file.path() : QString();
-    m_importer = local.isEmpty() ? std::nullopt : CSVImporter::fromFile(local);
+    m_file = BankFile::fromFile(local);
     m_fileName = local.isEmpty() ? file.fileName() : QFileInfo(local).fileName();
-    m_message = m_importer ? QString() : QStringLiteral("That file couldn't be read as a bank CSV.");
+    m_readError.clear();
+    if (local.isEmpty())
+        m_readError = QStringLiteral("it is not a file on this computer");
+    else if (!m_file->error().isEmpty())
+        m_readError = m_file->error();
+    if (!m_readError.isEmpty())
+        m_file.reset();
+    m_dayFirst = false;
     emit fileChanged();
     emit mappingChanged();
     reload();
@@ -99,13 +116,14 @@ void ImportBridge::open(const QUrl &file)
 
 void ImportBridge::setChoice(int column, int choice)
 {
-    if (!m_importer || column < Date || column > Category || choice < 0 || choice > m_importer->headers().size())
+    if (!isTable() || column < Date || column > Category || choice < 0 || choice > m_file->csv()->headers().size())
         return;
-    CSVImporter::Mapping mapping = m_importer->mapping();
+    CSVImporter &table = *m_file->csv();
+    CSVImporter::Mapping mapping = table.mapping();
     *columnsOf(mapping)[size_t(column)] = choice == 0 ? std::nullopt : std::optional<int>(choice - 1);
-    if (mapping == m_importer->mapping())
+    if (mapping == table.mapping())
         return;
-    m_importer->setMapping(mapping);
+    table.setMapping(mapping);
     emit mappingChanged();
     reload();
 }
@@ -123,13 +141,20 @@ int ImportBridge::importNow()
 void ImportBridge::reload()
 {
     const QUuid account(m_account);
-    m_hasPreview = m_store && m_importer && !account.isNull();
+    const QString refusal = m_store && m_file ? m_file->refusal(m_store->book().currency) : QString();
+    if (!m_readError.isEmpty())
+        m_message = QStringLiteral("Coinhall can't read %1: %2.").arg(m_fileName, m_readError);
+    else if (!refusal.isEmpty())
+        m_message = QStringLiteral("Coinhall can't import %1: %2.").arg(m_fileName, refusal);
+    else
+        m_message.clear();
+    m_hasPreview = m_store && m_file && !account.isNull() && refusal.isEmpty();
     m_new.clear();
     m_skipped = 0;
     m_bad = 0;
     m_previewLines.clear();
     if (m_hasPreview) {
-        CSVImporter::Conversion conversion = m_importer->preview(account, m_store->book().transactions, m_flip);
+        BankImport::Conversion conversion = m_file->preview(account, m_store->book().transactions, m_flip);
         m_new = std::move(conversion.newTransactions);
         m_skipped = conversion.skipped;
         m_bad = conversion.bad;

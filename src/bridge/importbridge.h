@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bankfiles/csvimporter.h"
+#include "bankfiles/bankfile.h"
 #include "storelink.h"
 
 #include <QObject>
@@ -26,8 +26,17 @@ class ImportBridge : public StoreBridge
     Q_PROPERTY(bool hasFile READ hasFile NOTIFY fileChanged FINAL)
     // The chosen file's name without its folder; empty before the first choice.
     Q_PROPERTY(QString fileName READ fileName NOTIFY fileChanged FINAL)
-    // The error line under the file key; empty when the last file could be read.
-    Q_PROPERTY(QString message READ message NOTIFY fileChanged FINAL)
+    // The error line under the file key; empty when the last file could be read (and
+    // its currency is the books').
+    Q_PROPERTY(QString message READ message NOTIFY previewChanged FINAL)
+    // What was found in the file: "OFX · account 1234 · USD"; empty without a file.
+    Q_PROPERTY(QString summary READ summary NOTIFY fileChanged FINAL)
+    // Whether the file is a table whose columns the user may correct (CSV).
+    Q_PROPERTY(bool isTable READ isTable NOTIFY fileChanged FINAL)
+    // Whether the file's dates read as well month first as day first; then `dayFirst`
+    // decides, month first until the user says otherwise.
+    Q_PROPERTY(bool datesAmbiguous READ datesAmbiguous NOTIFY fileChanged FINAL)
+    Q_PROPERTY(bool dayFirst READ dayFirst WRITE setDayFirst NOTIFY previewChanged FINAL)
     // What each column picker offers: "—" (no column), then one entry per header in
     // header order, its text or "Column <k>" when it has none.
     Q_PROPERTY(QStringList columnChoices READ columnChoices NOTIFY fileChanged FINAL)
@@ -60,9 +69,14 @@ public:
 
     explicit ImportBridge(QObject *parent = nullptr);
 
-    bool hasFile() const { return m_importer.has_value(); }
+    bool hasFile() const { return m_file.has_value(); }
     QString fileName() const { return m_fileName; }
     QString message() const { return m_message; }
+    QString summary() const { return m_file ? m_file->summary() : QString(); }
+    bool isTable() const { return m_file && m_file->csv(); }
+    bool datesAmbiguous() const { return m_file && m_file->datesAmbiguous(); }
+    bool dayFirst() const { return m_dayFirst; }
+    void setDayFirst(bool dayFirst);
     QStringList columnChoices() const;
     QVariantList choices() const;
     QString account() const { return m_account; }
@@ -96,9 +110,11 @@ private:
     // The first active account, unless one was chosen.
     void linked() override;
 
-    std::optional<CSVImporter> m_importer;
+    std::optional<BankFile> m_file;
+    bool m_dayFirst = false;
     QString m_fileName;
     QString m_message;
+    QString m_readError; // why the file chosen last cannot be read
     QString m_account;
     bool m_accountChosen = false; // once set, the first active account is no longer taken
     bool m_flip = false;

@@ -31,9 +31,13 @@ TEST_F(CommandLine, ImportPreviewsAndRefusesWithoutWritingAndCheckReadsGoodAndBr
         "There is no active account named \"main checking\". The active accounts are:\n  Main checking\n  Savings\n");
     refused({harbor, "--account", "Savings", "--amount-col", "5"}, 2,
             "--amount-col 5: the file's header has 5 columns, numbered 0 to 4.\nSee coinhall --help.\n");
-    for (const QString &file :
-         {path("missing.csv"), write("empty.csv", "\n \n"), write("latin1.csv", "Date,Caf\xe9\n")})
-        refused({file, "--account", "Savings"}, 1, "That file couldn't be read as a bank CSV.\n");
+    // No bank download: said in plain words, and nothing changes.
+    for (const auto &[file, why] : {std::pair{path("missing.csv"), "it could not be opened (No such file or directory)"},
+                                    {write("empty.csv", "\n \n"), "the file is empty"},
+                                    {write("scan.pdf", "%PDF-1.7\n"), "it is a PDF document, not a bank download "
+                                                                       "(ask the bank for CSV, OFX or QIF)"}})
+        refused({file, "--account", "Savings"}, 1,
+                "Coinhall can't read " + QFileInfo(file).fileName() + ": " + why + ".\n");
     EXPECT_FALSE(QFileInfo::exists(books())) << "not even the folder of a new Book is made";
 
     ASSERT_EQ(onBooks({"import", harbor, "--account", "Savings"}).status, 0);

@@ -172,7 +172,8 @@ TestCase {
         sheet.chooseFile(bankFile("no_such_download.csv"))
         compare([message.visible, message.text, H.named(sheet, "columnPickers").visible, H.named(sheet, "previewTitle").visible,
                  importKey(sheet).title, importKey(sheet).enabled],
-                [true, "That file couldn't be read as a bank CSV.", false, false, "Import 0", false])
+                [true, "Coinhall can't read no_such_download.csv: it could not be opened (No such file or directory).", false,
+                 false, "Import 0", false])
         sheet.chooseFile(bankFile("thistle_uk.csv"))
         compare([message.visible, H.named(sheet, "previewTitle").visible], [false, true], "a good file clears the message")
     }

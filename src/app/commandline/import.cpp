@@ -1,7 +1,10 @@
-// coinhall import: a bank file into an account, with a preview of what it adds.
+// coinhall import: bank files of any format into an account, with a preview of what
+// each adds.
 #include "commands.h"
 
-#include "bankfiles/csvimporter.h"
+#include "bankfiles/bankfile.h"
+
+#include <QFileInfo>
 
 #include <array>
 #include <utility>
@@ -71,7 +74,7 @@ int unknownAccount(const Store &store, const QString &name, std::FILE *err)
     return ExitStatus::usage;
 }
 
-void printPreview(const CSVImporter::Conversion &conversion, std::FILE *out)
+void printPreview(const BankImport::Conversion &conversion, std::FILE *out)
 {
     print(out, QStringLiteral("Preview · %1 new · %2 already in · %3 unreadable")
                    .arg(conversion.newTransactions.size())
@@ -86,25 +89,45 @@ int importFile(const QString &dir, const QStringList &arguments, std::FILE *out,
     QStringList valued{QStringLiteral("--account")};
     for (const auto &[name, field] : columnOptions)
         valued.append(QString::fromLatin1(name));
-    const Options options(arguments, {QStringLiteral("--flip"), QStringLiteral("--dry-run")}, valued);
+    const Options options(
+        arguments, {QStringLiteral("--flip"), QStringLiteral("--dry-run"), QStringLiteral("--day-first")}, valued);
     if (!options.error().isEmpty())
         return usageError(err, options.error());
-    if (options.words().size() != 1)
-        return usageError(err, QStringLiteral("import needs one bank file."));
+    if (options.words().isEmpty())
+        return usageError(err, QStringLiteral("import needs a bank file."));
     if (!options.has(QStringLiteral("--account")))
         return usageError(err, QStringLiteral("import needs --account NAME: the account the lines go into."));
-    const QString file = options.words().first();
     const QString accountName = options.value(QStringLiteral("--account"));
     const bool flip = options.has(QStringLiteral("--flip"));
 
-    std::optional<CSVImporter> importer = CSVImporter::fromFile(file);
-    if (!importer) {
-        print(err, QStringLiteral("That file couldn't be read as a bank CSV."));
-        return ExitStatus::failed;
+    // Every file is read before anything is imported: one that cannot be changes nothing.
+    std::vector<BankFile> files;
+    for (const QString &path : options.words()) {
+        BankFile file = BankFile::fromFile(path);
+        const QString name = QFileInfo(path).fileName();
+        if (!file.error().isEmpty()) {
+            print(err, QStringLiteral("Coinhall can't read %1: %2.").arg(name, file.error()));
+            return ExitStatus::failed;
+        }
+        if (CSVImporter *csv = file.csv()) {
+            const QString columnError = overrideColumns(options, *csv);
+            if (!columnError.isEmpty())
+                return usageError(err, columnError);
+        }
+        if (file.datesAmbiguous()) {
+            file.setDayFirst(options.has(QStringLiteral("--day-first")));
+            if (!options.has(QStringLiteral("--day-first")))
+                print(err, QStringLiteral("The dates of %1 read as well month first as day first; they were read "
+                                          "month first (--day-first reads them the other way).")
+                               .arg(name));
+        }
+        files.push_back(std::move(file));
     }
-    const QString columnError = overrideColumns(options, *importer);
-    if (!columnError.isEmpty())
-        return usageError(err, columnError);
+    // One line about each file that is no CSV: what was found in it.
+    auto describe = [&](size_t i) {
+        if (!files[i].csv() || files.size() > 1)
+            print(out, QFileInfo(options.words()[qsizetype(i)]).fileName() + QStringLiteral(" · ") + files[i].summary());
+    };
 
     // The account is looked for first in the books as they are, so that a wrong
     // name is answered without opening the money file for writing.
@@ -115,8 +138,19 @@ int importFile(const QString &dir, const QStringList &arguments, std::FILE *out,
         const std::optional<Account> account = activeAccountNamed(*reading->store, accountName);
         if (!account)
             return unknownAccount(*reading->store, accountName, err);
+        for (size_t i = 0; i < files.size(); ++i) {
+            const QString refusal = files[i].refusal(reading->store->book().currency);
+            if (!refusal.isEmpty()) {
+                print(err, QStringLiteral("Coinhall can't import %1: %2.")
+                               .arg(QFileInfo(options.words()[qsizetype(i)]).fileName(), refusal));
+                return ExitStatus::failed;
+            }
+        }
         if (options.has(QStringLiteral("--dry-run"))) {
-            printPreview(importer->preview(account->id, reading->store->book().transactions, flip), out);
+            for (size_t i = 0; i < files.size(); ++i) {
+                describe(i);
+                printPreview(files[i].preview(account->id, reading->store->book().transactions, flip), out);
+            }
             return ExitStatus::ok;
         }
     }
@@ -129,14 +163,18 @@ int importFile(const QString &dir, const QStringList &arguments, std::FILE *out,
     const std::optional<Account> account = activeAccountNamed(*store, accountName);
     if (!account)
         return unknownAccount(*store, accountName, err);
-    const CSVImporter::Conversion conversion = importer->preview(account->id, store->book().transactions, flip);
-    printPreview(conversion, out);
-    const Saved imported = store->importTransactions(conversion.newTransactions, file);
-    if (!imported) {
-        print(err, imported.error);
-        return ExitStatus::failed;
+    for (size_t i = 0; i < files.size(); ++i) {
+        // Each against the Book with the files before it: overlapping downloads add a line once.
+        const BankImport::Conversion conversion = files[i].preview(account->id, store->book().transactions, flip);
+        describe(i);
+        printPreview(conversion, out);
+        const Saved imported = store->importTransactions(conversion.newTransactions, options.words()[qsizetype(i)]);
+        if (!imported) {
+            print(err, imported.error);
+            return ExitStatus::failed;
+        }
+        print(out, store->status()); // "Imported <n> transactions from <file name>."
     }
-    print(out, store->status()); // "Imported <n> transactions from <file name>."
     return ExitStatus::ok;
 }
 
