@@ -8,6 +8,17 @@ Menu {
     id: root
 
     font.pointSize: Tokens.pt(13) * QFZoom.value
+    // As wide as its widest item, whose text may change while the menu is open
+    // ("Undo Import of 312 lines").
+    width: {
+        let widest = implicitWidth
+        for (let i = 0; i < count; ++i) {
+            const item = itemAt(i)
+            if (item)
+                widest = Math.max(widest, item.implicitWidth + leftPadding + rightPadding)
+        }
+        return widest
+    }
 
     delegate: QFMenuItem {}
 
