@@ -60,20 +60,6 @@ TestCase {
         compare(view.sheet.kind, "importCSV")
     }
 
-    // A menu grows with its longest item: the Edit menu names the step it undoes.
-    function test_menusAreAsWideAsTheirLongestItem() {
-        const menu = makeWindow().editMenu
-        const ledger = H.make(testCase, null, "LedgerBridge { store: Store }")
-        verify(ledger.saveTransaction({ income: false, date: ledger.now(), amount: "4.50", accountId: ledger.firstAccountId(),
-                                        payee: "The Very Long Name Of A Corner Cafe Downtown", category: "Dining" }))
-        menu.open()
-        tryCompare(menu, "opened", true)
-        const item = menu.itemAt(0)
-        compare(item.text, "Undo Spent $4.50 · The Very Long Name Of A Corner Cafe Downtown")
-        verify(item.width >= item.implicitWidth, item.width + " < " + item.implicitWidth)
-        menu.close()
-    }
-
     function test_menusByKeyboardAndTheTheme() {
         const window = makeWindow()
         const bar = window.menuBar
