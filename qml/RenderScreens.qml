@@ -15,16 +15,19 @@ Main {
     property int next: 0
     // Frames the help window has drawn since it was last shown.
     property int helpFrames: 0
+    // Whether the pictures were planned and begun (start()).
+    property bool started: false
 
     // The demo Book's own records for the sheets that carry one, as the screens hand
-    // them over: the newest line, the first bill, the first royalty still expected and
-    // the first account.
+    // them over: the newest line, the first bill, the first royalty still expected, the
+    // first account and the newest backup.
     property string newestTxId: ""
     readonly property var samples: ({
         tx: ledgerData.transaction(newestTxId),
         bill: billsData.active[0],
         royalty: royaltiesData.expected[0],
-        account: accountsData.accounts[0]
+        account: accountsData.accounts[0],
+        backup: accountsData.backups[0]
     })
 
     LedgerBridge {
@@ -46,6 +49,8 @@ Main {
         id: accountsData
 
         store: Store
+        Component.onCompleted: refreshBackups()
+        onBackupsChanged: Qt.callLater(root.start)
     }
     // The newest line of the register, read through its first row.
     Repeater {
@@ -79,7 +84,8 @@ Main {
             { name: "sheet-newRoyalty", sheet: CHSheet.newRoyalty() },
             { name: "sheet-newAccount", sheet: CHSheet.newAccount() },
             { name: "sheet-importCSV", sheet: CHSheet.importCSV() },
-            { name: "sheet-settings", sheet: CHSheet.settings() }
+            { name: "sheet-settings", sheet: CHSheet.settings() },
+            { name: "sheet-restoreBackup", sheet: CHSheet.restoreBackup(samples.backup) }
         ]
     }
 
@@ -169,9 +175,16 @@ Main {
         }
     }
 
-    // Planned once everything is made, so that the samples above are read from the demo Book.
-    Component.onCompleted: Qt.callLater(() => {
+    // Plans and starts once everything is made and the backups are counted, so that the
+    // samples above are read from the demo Book and the backups show their counts in
+    // every picture.
+    function start() {
+        if (started || !accountsData.backups.every(b => b.counted))
+            return
+        started = true
         plan()
         step()
-    })
+    }
+
+    Component.onCompleted: Qt.callLater(start)
 }

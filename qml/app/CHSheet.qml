@@ -9,7 +9,8 @@ QtObject {
 
     // Every case, in the order the root view's table lists them.
     readonly property var kinds: ["newTx", "editTx", "editBill", "payBill", "editRoyalty", "receiveRoyalty",
-        "editAccount", "transfer", "newBill", "newRoyalty", "newAccount", "importCSV", "help", "settings"]
+        "editAccount", "transfer", "newBill", "newRoyalty", "newAccount", "importCSV", "help", "settings",
+        "restoreBackup"]
 
     // A new transaction: money in when `income`, else money out.
     function newTx(income: bool): var {
@@ -56,6 +57,10 @@ QtObject {
     }
     function settings(): var {
         return make("settings", {}, "")
+    }
+    // The confirmation of a restore: `record` is the backup as AccountsBridge.backups lists it.
+    function restoreBackup(backup: var): var {
+        return make("restoreBackup", { record: backup }, backup && backup.day !== undefined ? String(backup.day) : "")
     }
 
     function withRecord(kind: string, record: var): var {

@@ -77,6 +77,8 @@ FocusScope {
             return importSheet
         case "settings":
             return settingsSheet
+        case "restoreBackup":
+            return restoreBackup
         }
         console.warn("SheetHost: no sheet for", kind)
         return null
@@ -190,6 +192,11 @@ FocusScope {
         id: importSheet
 
         ImportSheet {}
+    }
+    Component {
+        id: restoreBackup
+
+        RestoreBackupSheet {}
     }
     // Kept for a settings panel; nothing opens it yet.
     Component {

@@ -4,8 +4,8 @@ import QtQuick.Layouts
 import Coinhall
 
 // The places money sits, with this month's line count and each balance, the total
-// of the open ones, the lock and backup settings, and the monthly budgets of the
-// spending categories.
+// of the open ones, the lock setting and the daily backups (each can be restored),
+// and the monthly budgets of the spending categories.
 Item {
     id: root
 
@@ -21,6 +21,7 @@ Item {
         id: bridge
 
         store: Store
+        Component.onCompleted: refreshBackups()
     }
 
     ScreenColumn {
@@ -187,6 +188,69 @@ Item {
                                 Store.status = "Backups are kept in " + Store.backupsFolder + "."
                         }
                     }
+                }
+
+                // The daily backups, each with "Restore…", which asks first.
+                ListRows {
+                    id: backupRows
+
+                    columns: width > 760 ? 2 : 1
+                    columnSpacing: Tokens.spaceL
+                    rowSpacing: Tokens.spaceS
+                    // A count, not the list: a count read later updates its line in place.
+                    model: bridge.backups.length
+
+                    delegate: RowBG {
+                        id: backupLine
+
+                        required property int index
+                        readonly property var backup: bridge.backups[index] || ({})
+
+                        objectName: "backupLine"
+                        width: backupRows.cellWidth
+                        Accessible.role: Accessible.ListItem
+                        Accessible.name: "Backup of " + (backup.dateText || "") + ", " + (backup.sizeText || "") + ", "
+                                         + (backup.countText || "")
+
+                        RowLayout {
+                            anchors.fill: parent
+                            spacing: Tokens.spaceM
+
+                            ColumnLayout {
+                                Layout.fillWidth: true
+                                spacing: 2
+
+                                BodyText {
+                                    objectName: "backupDate"
+                                    Layout.fillWidth: true
+                                    text: backupLine.backup.dateText || ""
+                                    font.weight: Font.Bold
+                                    elide: Text.ElideRight
+                                }
+                                CaptionText {
+                                    objectName: "backupFigures"
+                                    Layout.fillWidth: true
+                                    text: (backupLine.backup.sizeText || "") + " · " + (backupLine.backup.countText || "")
+                                    color: backupLine.backup.readable === false ? Tokens.destructive : Looks.current.muted
+                                    elide: Text.ElideRight
+                                }
+                            }
+
+                            Key {
+                                objectName: "restoreBackupKey"
+                                title: "Restore…"
+                                enabled: backupLine.backup.readable === true
+                                Accessible.description: "Backup of " + (backupLine.backup.dateText || "")
+                                onClicked: root.openSheet(CHSheet.restoreBackup(backupLine.backup))
+                            }
+                        }
+                    }
+                }
+
+                EmptyNote {
+                    Layout.fillWidth: true
+                    visible: bridge.backups.length === 0
+                    text: "No backups yet. One is made each day Coinhall opens."
                 }
             }
         }

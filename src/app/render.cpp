@@ -1,6 +1,9 @@
 #include "render.h"
 
 #include "demobook.h"
+#include "model/moneyfile.h"
+#include "store/atomicfile.h"
+#include "store/backups.h"
 #include "store/store.h"
 #include "window.h"
 
@@ -99,6 +102,14 @@ int renderScreens(int &argc, char **argv, const QString &dir)
     StoreOptions options;
     options.dir = home.filePath(QStringLiteral("books"));
     options.notifier = std::make_shared<SilentNotifier>();
+    // Three days of backups, as books in use have them, for the Accounts screen.
+    const QString backups = options.dir + QStringLiteral("/Backups");
+    QDir().mkpath(backups);
+    for (int days = 1; days <= 3; ++days) {
+        const QDate day = QDate::currentDate().addDays(-days);
+        std::ignore = writeFileAtomically(backups + QLatin1Char('/') + Backups::fileName(day),
+                                          MoneyFile::encode(demoBook(day)), nullptr);
+    }
     Store store(options);
     std::ignore = store.setBook(demoBook(QDate::currentDate()));
     Store::setShared(&store);

@@ -2,6 +2,7 @@
 
 #include "bridgeinput.h"
 #include "model/money.h"
+#include "store/backups.h"
 #include "store/store.h"
 
 #include <QHash>
@@ -141,4 +142,48 @@ bool AccountsBridge::deleteAccount(const QString &id)
     if (!found || QUuid(id).isNull() || m_store->hasTransactions(*found))
         return false;
     return m_store->deleteAccount(*found).changed;
+}
+
+void AccountsBridge::linked()
+{
+    if (m_shelf)
+        refreshBackups(); // another Store, another folder
+}
+
+void AccountsBridge::refreshBackups()
+{
+    if (!m_shelf) {
+        m_shelf = new BackupShelf(this);
+        connect(m_shelf, &BackupShelf::changed, this, &AccountsBridge::showBackups);
+    }
+    if (m_store) {
+        m_shelf->refresh(m_store->backupsFolder());
+    } else {
+        m_backups.clear();
+        emit backupsChanged();
+    }
+}
+
+void AccountsBridge::showBackups()
+{
+    QVariantList backups;
+    for (const Backup &backup : m_shelf->backups()) {
+        const QString count = Backups::countText(backup);
+        backups.append(QVariantMap{
+            {QStringLiteral("day"), backup.day.toString(Qt::ISODate)},
+            {QStringLiteral("dateText"), Backups::dayText(backup.day)},
+            {QStringLiteral("sizeText"), Backups::sizeText(backup.bytes)},
+            {QStringLiteral("countText"), count.isEmpty() ? QStringLiteral("counting…") : count},
+            {QStringLiteral("readable"), backup.error.isEmpty()},
+            {QStringLiteral("counted"), backup.read()},
+        });
+    }
+    m_backups = std::move(backups);
+    emit backupsChanged();
+}
+
+bool AccountsBridge::restoreBackup(const QString &day)
+{
+    const QDate date = QDate::fromString(day, Qt::ISODate);
+    return m_store && date.isValid() && m_store->restoreBackup(date);
 }

@@ -10,6 +10,7 @@
 #include <QVariantMap>
 #include <QtQml/qqmlregistration.h>
 
+class BackupShelf;
 class Store;
 
 // What the Accounts screen and the account editor show and change: the accounts with
@@ -37,6 +38,12 @@ class AccountsBridge : public StoreBridge
     Q_PROPERTY(QString privacyText READ privacyText CONSTANT FINAL)
     // The Store's backups folder as a file address, for the file browser.
     Q_PROPERTY(QUrl backupsUrl READ backupsUrl NOTIFY storeChanged FINAL)
+    // The daily backups, newest first, each a map: day ("2025-03-04"), dateText ("Mar 4,
+    // 2025"), sizeText ("48 KB"), countText ("312 transactions", "cannot be read", or
+    // "counting…" until it is read), counted (it has been read) and readable (false once
+    // it is found unreadable).
+    // Empty until refreshBackups().
+    Q_PROPERTY(QVariantList backups READ backups NOTIFY backupsChanged FINAL)
 
 public:
     explicit AccountsBridge(QObject *parent = nullptr);
@@ -48,6 +55,7 @@ public:
     QString unlockText() const;
     QString privacyText() const;
     QUrl backupsUrl() const;
+    QVariantList backups() const { return m_backups; }
 
     // "<n> transaction this month", with the plural "s" unless n is 1.
     static QString monthCountText(int n);
@@ -66,15 +74,25 @@ public:
                                     bool closed);
     // Deletes an account that has no transactions; true when it was removed.
     Q_INVOKABLE bool deleteAccount(const QString &id);
+    // Lists the backups folder again; the counts come in as they are read.
+    Q_INVOKABLE void refreshBackups();
+    // Replaces the books with the backup of `day` ("2025-03-04"), keeping them as they
+    // are now beside the money file; the status line tells how it went. True when done.
+    Q_INVOKABLE bool restoreBackup(const QString &day);
 
 Q_SIGNALS:
     // The accounts, total or budgets may have changed.
     void changed();
+    void backupsChanged();
 
 private:
     void reload() override;
+    void linked() override;
+    void showBackups();
 
     QVariantList m_accounts;
     QString m_totalText;
     QVariantList m_budgets;
+    BackupShelf *m_shelf = nullptr; // made by the first refreshBackups()
+    QVariantList m_backups;
 };
