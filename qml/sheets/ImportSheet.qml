@@ -56,7 +56,7 @@ SheetFrame {
 
     BodyText {
         Layout.fillWidth: true
-        text: "Log in to your bank's website, download your activity as a CSV file (sometimes called \"Export\" or \"Download transactions\"), then choose it here. Lines you've already imported are skipped automatically."
+        text: "Log in to your bank's website, download your activity as a CSV, OFX, QFX, QIF or CAMT.053 file (sometimes called \"Export\" or \"Download transactions\"), then choose it here. Lines you've already imported are skipped automatically."
         font.pointSize: Tokens.pt(Tokens.captionSize + 0.5)
         color: Looks.current.soft
         wrapMode: Text.WordWrap

@@ -109,9 +109,11 @@ QList<HelpChapter> helpChapters()
                     "it's sorted.")}),
         chapter("Importing from your bank", "square.and.arrow.down",
                 {u8("Most banks let you download your activity. Look for \"Download\", \"Export\" or \"Statements & "
-                    "documents\" and choose CSV (sometimes called \"Excel\" or \"spreadsheet\")."),
-                 u8("In Coinhall press IMPORT BANK CSV and choose the file. Coinhall works out which column is the "
-                    "date, the description and the amount. If it guessed wrong, change it in the boxes."),
+                    "documents\" and choose CSV (sometimes called \"Excel\" or \"spreadsheet\"), OFX or QFX "
+                    "(\"Quicken\" or \"Web Connect\"), QIF, or CAMT.053."),
+                 u8("In Coinhall press IMPORT BANK CSV and choose the file. Coinhall tells what kind of file it is. "
+                    "For a CSV it works out which column is the date, the description and the amount; if it guessed "
+                    "wrong, change it in the boxes."),
                  u8("Pick the account the lines belong to, check the preview, then press IMPORT."),
                  u8("You can import overlapping dates safely: lines already in Coinhall are skipped."),
                  u8("If spending shows up as money in (common with credit card files), switch on \"Flip signs\".")}),
