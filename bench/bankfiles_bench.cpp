@@ -2,6 +2,7 @@
 // 50,000-line download against a Book of 100,000 lines (what the import screen
 // does for its preview), and exporting a Book of 1,000,000 lines.
 #include "bankfiles/autocategory.h"
+#include "bankfiles/bankfile.h"
 #include "bankfiles/csvimporter.h"
 #include "bankfiles/importer.h"
 #include "store/store.h"
@@ -107,6 +108,47 @@ void importPreview(benchmark::State &state)
     state.counters["bad"] = result.bad;
 }
 BENCHMARK(importPreview)->Arg(50000)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(10);
+
+// The same download as an OFX 1.02 file (SGML, no closing tags on the leaves), as a
+// bank's Web Connect hands it out.
+QByteArray ofxFile(int rows)
+{
+    QByteArray out = "OFXHEADER:100\r\nDATA:OFXSGML\r\nVERSION:102\r\nSECURITY:NONE\r\nENCODING:USASCII\r\n"
+                     "CHARSET:1252\r\nCOMPRESSION:NONE\r\nOLDFILEUID:NONE\r\nNEWFILEUID:NONE\r\n\r\n"
+                     "<OFX><SIGNONMSGSRSV1><SONRS><STATUS><CODE>0<SEVERITY>INFO</STATUS><DTSERVER>20250630"
+                     "<LANGUAGE>ENG</SONRS></SIGNONMSGSRSV1><BANKMSGSRSV1><STMTTRNRS><TRNUID>1<STATUS><CODE>0"
+                     "<SEVERITY>INFO</STATUS><STMTRS><CURDEF>USD<BANKACCTFROM><BANKID>121000358<ACCTID>4821"
+                     "<ACCTTYPE>CHECKING</BANKACCTFROM><BANKTRANLIST><DTSTART>20230101<DTEND>20250630\r\n";
+    for (int i = 0; i < rows; ++i) {
+        const BankRow r = bankRow(i);
+        const QDate day = QDate::fromString(r.date, QStringLiteral("MM/dd/yyyy"));
+        QString payee = r.payee;
+        payee.remove(u'"').replace(u'&', QStringLiteral("&amp;"));
+        out += "<STMTTRN><TRNTYPE>" + QByteArray(r.amount.startsWith(u'-') ? "DEBIT" : "CREDIT") + "<DTPOSTED>" +
+               day.toString(QStringLiteral("yyyyMMdd")).toLatin1() + "120000[-7:PDT]<TRNAMT>" + r.amount.toLatin1() +
+               "<FITID>" + QByteArray::number(i) + "<NAME>" + payee.toUtf8() + "</STMTTRN>\r\n";
+    }
+    return out + "</BANKTRANLIST><LEDGERBAL><BALAMT>1000.00<DTASOF>20250630</LEDGERBAL></STMTRS></STMTTRNRS>"
+                 "</BANKMSGSRSV1></OFX>\r\n";
+}
+
+void importOfxPreview(benchmark::State &state)
+{
+    const int rows = int(state.range(0));
+    const QByteArray bytes = ofxFile(rows);
+    const QUuid account = QUuid::createUuid();
+    const std::vector<Transaction> existing = existingLines(account, std::max(rows, 10000));
+    BankImport::Conversion result;
+    for (auto _ : state) {
+        const BankFile file = BankFile::fromBytes(bytes);
+        result = file.preview(account, existing, false);
+        benchmark::DoNotOptimize(result);
+    }
+    state.counters["new"] = double(result.newTransactions.size());
+    state.counters["bad"] = result.bad;
+}
+BENCHMARK(importOfxPreview)->Arg(1000)->Arg(5000)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3);
+BENCHMARK(importOfxPreview)->Arg(50000)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(1);
 
 void exportAll(benchmark::State &state)
 {
