@@ -91,7 +91,7 @@ public:
         } else if (m_entryDepth > 0) {
             const QString below = pathBelow(m_entryDepth);
             if (below == u"Amt")
-                m_entry.currency = xml.attributes().value(QLatin1String("Ccy")).toString();
+                m_entry.currency = xml.attributes().value(QLatin1String("Ccy")).toString().simplified();
             else if (below == u"NtryDtls/TxDtls")
                 ++m_entry.transactions;
         }
@@ -150,11 +150,10 @@ private:
 
     void entryField(const QString &below, const QString &text)
     {
-        auto first = [&](QString &field) {
-            if (field.isEmpty())
-                field = text;
-        };
-        if (below == u"Amt")
+        const QStringView details = u"NtryDtls/TxDtls/";
+        if (below.startsWith(details))
+            transactionField(QStringView(below).sliced(details.size()), text);
+        else if (below == u"Amt")
             m_entry.amount = text;
         else if (below == u"CdtDbtInd")
             m_entry.mark = text;
@@ -170,19 +169,24 @@ private:
             m_entry.entryReference = text;
         else if (below == u"AddtlNtryInf")
             m_entry.info = text;
-        else if (!below.startsWith(u"NtryDtls/TxDtls/"))
-            return;
+    }
 
-        const QStringView tx = QStringView(below).sliced(16);
-        if (tx == u"Refs/AcctSvcrRef")
+    // A field of the entry's transaction details: the first details that have it count.
+    void transactionField(QStringView below, const QString &text)
+    {
+        auto first = [&](QString &field) {
+            if (field.isEmpty())
+                field = text;
+        };
+        if (below == u"Refs/AcctSvcrRef")
             first(m_entry.txReference);
-        else if (tx == u"RltdPties/Cdtr/Nm" || tx == u"RltdPties/Cdtr/Pty/Nm")
+        else if (below == u"RltdPties/Cdtr/Nm" || below == u"RltdPties/Cdtr/Pty/Nm")
             first(m_entry.creditor);
-        else if (tx == u"RltdPties/Dbtr/Nm" || tx == u"RltdPties/Dbtr/Pty/Nm")
+        else if (below == u"RltdPties/Dbtr/Nm" || below == u"RltdPties/Dbtr/Pty/Nm")
             first(m_entry.debtor);
-        else if (tx == u"AddtlTxInf")
+        else if (below == u"AddtlTxInf")
             first(m_entry.txInfo);
-        else if (tx == u"RmtInf/Ustrd" && (m_entry.remittance.isEmpty() || m_remittanceOf == m_entry.transactions)) {
+        else if (below == u"RmtInf/Ustrd" && (m_entry.remittance.isEmpty() || m_remittanceOf == m_entry.transactions)) {
             // Unstructured remittance comes in lines of 140 characters: one text.
             m_entry.remittance += (m_entry.remittance.isEmpty() ? QString() : QStringLiteral(" ")) + text;
             m_remittanceOf = m_entry.transactions;
