@@ -140,8 +140,8 @@ TEST(QifRead, AFileWithoutBankCashOrCardSectionsIsAnError)
     EXPECT_TRUE(empty.lines.empty());
 }
 
-// The QIF downloads of ../shared/bankfiles/qif, each with its line count, first and last
-// line as read by eye in the file.
+// The QIF downloads of ../shared/bankfiles/qif, each found by a part of its name, with its
+// line count, first and last line as read by eye in the file.
 TEST(QifCorpus, RealFiles)
 {
     const QDir folder(QStringLiteral(COINHALL_BANK_CORPUS "/qif"));
@@ -149,7 +149,7 @@ TEST(QifCorpus, RealFiles)
         GTEST_SKIP() << "no corpus at " << folder.path().toStdString();
     struct Expected
     {
-        const char *file;
+        const char *name;
         size_t count;
         const char *first;
         const char *last;
@@ -167,21 +167,23 @@ TEST(QifCorpus, RealFiles)
          "2013-10-11 -48 Imported []", false},
         {"quicken_apostrophe_years_splits_quiffen.qif", 5, "2020-02-14 67.5 T-Mobile [Bills:Cell Phone]",
          "2020-02-10 -100 Amazon.com [Food:Groceries]", false},
-        {"quicken_spec_bank_splits_jemmyw.qif", 3, "1994-06-01 -1000 Bank Of Mortgage []",
+        {"_bank_splits_jemmyw.qif", 3, "1994-06-01 -1000 Bank Of Mortgage []",
          "1994-06-03 -10 Anthony Hopkins [Entertain]", true},
     };
     EXPECT_EQ(folder.entryList(QDir::Files).size(), qsizetype(std::size(expected)));
     for (const Expected &e : expected) {
-        QFile file(folder.filePath(QString::fromUtf8(e.file)));
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << e.file;
+        const QStringList found = folder.entryList({QLatin1Char('*') + QString::fromUtf8(e.name)}, QDir::Files);
+        ASSERT_EQ(found.size(), 1) << e.name;
+        QFile file(folder.filePath(found.first()));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << e.name;
         const QByteArray bytes = file.readAll();
-        EXPECT_TRUE(QifReader::looksLike(bytes)) << e.file;
+        EXPECT_TRUE(QifReader::looksLike(bytes)) << e.name;
         const Statement s = QifReader::read(bytes);
         const std::vector<std::string> lines = shown(s);
-        ASSERT_EQ(lines.size(), e.count) << e.file;
-        EXPECT_EQ(lines.front(), e.first) << e.file;
-        EXPECT_EQ(lines.back(), e.last) << e.file;
-        EXPECT_EQ(s.datesAmbiguous, e.ambiguous) << e.file;
-        EXPECT_EQ(s.bad, 0) << e.file;
+        ASSERT_EQ(lines.size(), e.count) << e.name;
+        EXPECT_EQ(lines.front(), e.first) << e.name;
+        EXPECT_EQ(lines.back(), e.last) << e.name;
+        EXPECT_EQ(s.datesAmbiguous, e.ambiguous) << e.name;
+        EXPECT_EQ(s.bad, 0) << e.name;
     }
 }
