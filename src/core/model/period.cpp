@@ -122,7 +122,7 @@ std::vector<CategoryLine> categoryLines(const CategoryTotals &rows, const Decima
         CategoryLine line{name, amount, total > Decimal() ? amount.toDouble() / total.toDouble() : 0.0,
                           percentText(amount, total)};
         const auto budget =
-            std::find_if(budgets.begin(), budgets.end(), [&name](const auto &b) { return b.first == name; });
+            std::find_if(budgets.begin(), budgets.end(), [&line](const auto &b) { return b.first == line.name; });
         if (budget != budgets.end()) {
             line.limit = budget->second * Decimal(months);
             line.over = *line.limit < amount;
