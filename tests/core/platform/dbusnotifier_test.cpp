@@ -88,7 +88,8 @@ protected:
 
 } // namespace
 
-TEST_F(DBusNotifierTest, ShowsTheRequestWhenItsTimeComes)
+// Only what is still pending when its moment comes is shown: nothing removed, nothing past.
+TEST_F(DBusNotifierTest, ShowsThePendingRequestWhenItsTimeComes)
 {
     DBusNotifier notifier(client);
     std::vector<bool> reachable;
@@ -100,10 +101,17 @@ TEST_F(DBusNotifierTest, ShowsTheRequestWhenItsTimeComes)
     ASSERT_TRUE(waitFor([&] { return reachable.size() == 2; }, 5000));
     EXPECT_EQ(reachable, (std::vector<bool>{false, true}));
 
+    notifier.add(request("Gym is due today", 200));
+    notifier.add(request("Water is due today", 250));
+    notifier.removeAllPending();
+    notifier.add(request("Past is due today", -1000));
+    EXPECT_EQ(notifier.pendingCount(), 0);
     const ReminderRequest rent = request("Rent is due today", 300);
     notifier.add(rent);
     EXPECT_EQ(notifier.pendingCount(), 1);
     ASSERT_TRUE(waitFor([&] { return !service.shown.empty(); }, 5000));
+    waitFor([] { return false; }, 500); // anything cancelled would have come by now
+    ASSERT_EQ(service.shown.size(), 1u);
     const auto &[arguments, arrived] = service.shown[0];
     EXPECT_GE(arrived, rent.fireAt);
     ASSERT_EQ(arguments.size(), 8);
@@ -116,23 +124,6 @@ TEST_F(DBusNotifierTest, ShowsTheRequestWhenItsTimeComes)
     EXPECT_EQ(std::tuple(hints.value("sound-name").toString(), hints.value("desktop-entry").toString()),
               std::tuple("message-new-instant", "com.quillfern.Coinhall"));
     EXPECT_EQ(notifier.pendingCount(), 0);
-}
-
-TEST_F(DBusNotifierTest, RemovedAndPastRequestsAreNeverShown)
-{
-    startService();
-    DBusNotifier notifier(client);
-    notifier.add(request("Rent is due today", 200));
-    notifier.add(request("Gym is due today", 300));
-    notifier.removeAllPending();
-    notifier.add(request("Past is due today", -1000));
-    EXPECT_EQ(notifier.pendingCount(), 0);
-    notifier.add(request("Phone is due in 1 day", 500));
-
-    ASSERT_TRUE(waitFor([&] { return !service.shown.empty(); }, 5000));
-    waitFor([] { return false; }, 500); // anything cancelled would have come by now
-    ASSERT_EQ(service.shown.size(), 1u);
-    EXPECT_EQ(service.shown[0].first[3].toString(), "Phone is due in 1 day");
 }
 
 // The window and the reminder service deliver from one ledger: a reminder is shown by

@@ -10,6 +10,7 @@
 #include <chrono>
 #include <future>
 #include <thread>
+#include <tuple>
 
 using namespace std::chrono_literals;
 
@@ -36,20 +37,6 @@ private:
 
 } // namespace
 
-TEST(PamAuthenticator, AcceptsOnlyWhenAuthenticationAndAccountBothSucceed)
-{
-    PamConfig config;
-    config.add("permit", "auth required pam_permit.so\naccount required pam_permit.so\n");
-    config.add("deny", "auth required pam_deny.so\naccount required pam_permit.so\n");
-    config.add("expired", "auth required pam_permit.so\naccount required pam_deny.so\n");
-    config.add("broken", "auth required pam_does_not_exist.so\naccount required pam_permit.so\n");
-
-    EXPECT_TRUE(config.authenticator("permit").check("anything"));
-    EXPECT_FALSE(config.authenticator("deny").check("anything"));
-    EXPECT_FALSE(config.authenticator("expired").check("anything"));
-    EXPECT_FALSE(config.authenticator("broken").check("anything"));
-}
-
 TEST(PamAuthenticator, AnswersThePasswordPromptWithTheTypedSecret)
 {
     // pam_exec asks for the password through the conversation and pipes it,
@@ -75,14 +62,20 @@ TEST(PamAuthenticator, CanEvaluateWhenPamHasAServiceToRun)
     EXPECT_TRUE(config.authenticator("coinhall").canEvaluate());
 }
 
-TEST(PamAuthenticator, EvaluateRepliesOnceFromAWorkerWithoutBlocking)
+// Both ways of asking, each with the four outcomes a service can have.
+TEST(PamAuthenticator, AcceptsOnlyWhenAuthenticationAndAccountBothSucceedAndEvaluateRepliesOnceFromAWorker)
 {
     PamConfig config;
-    config.add("permit", "auth required pam_permit.so\naccount required pam_permit.so\n");
-    config.add("deny", "auth required pam_deny.so\n");
-
-    for (const auto &[service, expected] : {std::pair{"permit", true}, std::pair{"deny", false}}) {
+    const std::tuple<const char *, QByteArray, bool> services[] = {
+        {"permit", "auth required pam_permit.so\naccount required pam_permit.so\n", true},
+        {"deny", "auth required pam_deny.so\naccount required pam_permit.so\n", false},
+        {"expired", "auth required pam_permit.so\naccount required pam_deny.so\n", false},
+        {"broken", "auth required pam_does_not_exist.so\naccount required pam_permit.so\n", false}};
+    for (const auto &[service, lines, expected] : services) {
         SCOPED_TRACE(service);
+        config.add(service, lines);
+        EXPECT_EQ(config.authenticator(service).check("anything"), expected);
+
         std::promise<void> returned;
         std::promise<bool> reply;
         std::atomic<int> calls = 0;
