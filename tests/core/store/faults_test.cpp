@@ -104,16 +104,18 @@ protected:
 
 } // namespace
 
-// A save the disk or the folder refuses keeps the old file and leaves nothing beside
-// it; the next save that goes through writes everything the Book holds.
-TEST_F(Faults, SavesRefusedByAFullDiskOrAReadOnlyFolderKeepTheOldFile)
+// A save or an export the disk or the folder refuses keeps the old file and leaves
+// nothing beside it; the next save that goes through writes everything the Book holds.
+TEST_F(Faults, WritesRefusedByAFullDiskOrAReadOnlyFolderKeepTheOldFiles)
 {
     Store store({dir});
     EXPECT_TRUE(store.setBook(good));
     const QByteArray before = readAll(file());
+    put("export.csv", "the export of last week\n");
     {
-        const Limit half(RLIMIT_FSIZE, rlim_t(before.size() / 2));
+        const Limit tiny(RLIMIT_FSIZE, 64);
         EXPECT_EQ(addOne(store).error, "Could not save: File too large");
+        EXPECT_FALSE(store.exportCSV(path("export.csv")));
         EXPECT_EQ(store.status(), "Could not save: File too large");
     }
     {
@@ -122,15 +124,20 @@ TEST_F(Faults, SavesRefusedByAFullDiskOrAReadOnlyFolderKeepTheOldFile)
         EXPECT_FALSE(store.exportCSV(path("export.csv")));
     }
     EXPECT_EQ(store.status(), "Could not save: " + ReadOnlyFolder::reason());
-    EXPECT_EQ(readAll(file()), before);
-    EXPECT_EQ(strays(), QStringList());
+    EXPECT_EQ(std::tuple(readAll(file()), readAll(path("export.csv"))),
+              std::tuple(before, "the export of last week\n"));
+    EXPECT_EQ(strays(), QStringList{"export.csv"});
 
     EXPECT_TRUE(addOne(store));
     EXPECT_EQ(store.book().transactions.size(), 43u);
     EXPECT_EQ(decodeFile(file()), store.book());
+    EXPECT_TRUE(store.exportCSV(path("export.csv")));
+    EXPECT_EQ(readAll(path("export.csv")), store.exportText());
 }
 
-TEST_F(Faults, DiskFullDuringTheBackupLeavesNoHalfCopy)
+// A backup the disk or the folder refuses stops only the backup: the books open as
+// they are, the warning says why, and no half copy is left.
+TEST_F(Faults, ABackupThatCannotBeMadeStopsOnlyTheBackup)
 {
     const QByteArray goodBytes = MoneyFile::encode(good);
     put("coinhall.json", goodBytes);
@@ -144,28 +151,20 @@ TEST_F(Faults, DiskFullDuringTheBackupLeavesNoHalfCopy)
     EXPECT_FALSE(QFile::exists(backup()));
     EXPECT_EQ(strays(path("Backups"), {}), QStringList());
     EXPECT_EQ(readAll(file()), goodBytes);
-
     // The next start with room on the disk makes the day's backup after all.
-    Store again({dir});
+    EXPECT_TRUE(Store({dir}).writable());
     EXPECT_EQ(readAll(backup()), goodBytes);
-}
 
-TEST_F(Faults, DiskFullDuringAnExportKeepsTheEarlierExport)
-{
+    ASSERT_TRUE(QDir(path("Backups")).removeRecursively());
+    put("Backups", "not a folder");
+    warnings.clear();
     Store store({dir});
-    EXPECT_TRUE(store.setBook(good));
-    const QString exported = temp.path() + QStringLiteral("/export.csv");
-    writeAll(exported, "the export of last week\n");
-    {
-        const Limit tiny(RLIMIT_FSIZE, 64);
-        EXPECT_FALSE(store.exportCSV(exported));
-    }
-    EXPECT_EQ(store.status(), "Could not save: File too large");
-    EXPECT_EQ(readAll(exported), "the export of last week\n");
-    EXPECT_EQ(strays(temp.path(), {"QFS Coinhall", "export.csv"}), QStringList());
-
-    EXPECT_TRUE(store.exportCSV(exported));
-    EXPECT_EQ(readAll(exported), store.exportText());
+    EXPECT_EQ(std::tuple(store.book(), store.status()), std::tuple(good, ""));
+    EXPECT_EQ(warnings,
+              QStringList{"Coinhall: could not make today's backup: cannot make the folder " + dir + "/Backups"});
+    EXPECT_EQ(std::tuple(readAll(path("Backups")), readAll(file())), std::tuple("not a folder", goodBytes));
+    EXPECT_TRUE(addOne(store));
+    EXPECT_EQ(decodeFile(file()), store.book());
 }
 
 TEST_F(Faults, MoneyFileReplacedByWhatCannotBeRead)
@@ -285,22 +284,6 @@ TEST_F(Faults, SixtyDigitAmountsAreRoundedTo38DigitsSaidAndKeptAsTheyWere)
     EXPECT_TRUE(readAll(file()).contains("\"amount\": 123456789012345678901234567890123456790000000000000000000000,"));
     EXPECT_EQ(readAll(path(kept[0])), bytes);
     EXPECT_EQ(readAll(backup()), "earlier today");
-}
-
-TEST_F(Faults, BackupsFolderThatIsAFileStopsOnlyTheBackup)
-{
-    const QByteArray goodBytes = MoneyFile::encode(good);
-    put("coinhall.json", goodBytes);
-    put("Backups", "not a folder");
-
-    Store store({dir});
-    EXPECT_EQ(std::tuple(store.book(), store.status()), std::tuple(good, ""));
-    EXPECT_EQ(warnings,
-              QStringList{"Coinhall: could not make today's backup: cannot make the folder " + dir + "/Backups"});
-    EXPECT_EQ(std::tuple(readAll(path("Backups")), readAll(file())), std::tuple("not a folder", goodBytes));
-
-    EXPECT_TRUE(addOne(store));
-    EXPECT_EQ(decodeFile(file()), store.book());
 }
 
 // Backups are named by the computer's date, which the test cannot move; backups
