@@ -130,7 +130,6 @@ TEST_F(Bills, PayingAOneTimeBillFinishesIt)
     EXPECT_EQ(paid, (Transaction{paid.id, today, savings.id, d("-45.1"), "Web hosting", "Software & hosting",
                                  "Bill payment", true, TxKind::bill}));
     EXPECT_EQ(std::tuple(store.status(), changes), std::tuple("Paid Web hosting: $45.10.", 1));
-    EXPECT_EQ(onDisk(), store.book());
 }
 
 TEST_F(Bills, PayingAnotherAmountLateKeepsTheSchedule)
@@ -152,7 +151,6 @@ TEST_F(Bills, PayingAnotherAmountLateKeepsTheSchedule)
               std::tuple(d("-10"), savings.id));
     EXPECT_EQ(first().history.at(1), (Bill::Payment{today.addSecs(-86400), d("10"), local(2025, 4, 1, 9)}));
     EXPECT_EQ(first().due, local(2025, 5, 1, 9));
-    EXPECT_EQ(onDisk(), store.book());
 }
 
 TEST_F(Bills, PayingWithNoAccountStillRecordsThePayment)
@@ -166,7 +164,6 @@ TEST_F(Bills, PayingWithNoAccountStillRecordsThePayment)
     EXPECT_TRUE(store.book().transactions.empty());
     EXPECT_EQ(std::tuple(first().history.size(), first().due, store.status()),
               std::tuple(1u, local(2025, 4, 20, 9), "Paid Phone: $30.00."));
-    EXPECT_EQ(onDisk(), store.book());
 }
 
 TEST_F(Bills, SkipMovesOnWithoutPayingAndLeavesGoneBillsAlone)
@@ -202,5 +199,4 @@ TEST_F(Bills, SaveReplacesInPlaceAndDeleteKeepsPastPayments)
     EXPECT_TRUE(store.deleteBill(store.book().bills[1])); // the stored record itself
     EXPECT_EQ(names(store.book().bills), (std::vector<QString>{"Rent", "Gym"}));
     EXPECT_EQ(store.book().transactions.at(0).payee, "Phone");
-    EXPECT_EQ(onDisk(), store.book());
 }

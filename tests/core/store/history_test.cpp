@@ -20,8 +20,7 @@ public:
     RandomChanges(Store &store, unsigned seed)
         : m_store(store)
         , m_random(seed)
-    {
-    }
+    {}
 
     // Makes one change; false when the change it picked had nothing to change.
     bool change()
@@ -32,8 +31,8 @@ public:
         switch (number(15)) {
         case 0:
         case 1:
-            return bool(m_store.save(TransactionEdit{{}, number(2) == 0, date(), amount(), payee(), "Groceries",
-                                                     account.id, {}, number(2) == 0}));
+            return bool(m_store.save(TransactionEdit{
+                {}, number(2) == 0, date(), amount(), payee(), "Groceries", account.id, {}, number(2) == 0}));
         case 2:
             if (lines.empty())
                 return false;
@@ -67,8 +66,8 @@ public:
         case 10:
             return !book.bills.empty() && m_store.deleteBill(pick(book.bills));
         case 11:
-            return bool(m_store.save(Royalty{.payer = payee(), .expectedAmount = amount(), .expectedDate = date(),
-                                             .repeats = Repeat::quarterly}));
+            return bool(m_store.save(Royalty{
+                .payer = payee(), .expectedAmount = amount(), .expectedDate = date(), .repeats = Repeat::quarterly}));
         case 12:
             if (book.royalties.empty())
                 return false;
@@ -81,8 +80,8 @@ public:
                                                                  : bool(m_store.deleteAccount(account));
         }
         default:
-            return bool(m_store.setBudget(pick(book.categories).name, number(2) ? std::optional(amount())
-                                                                                : std::nullopt));
+            return bool(
+                m_store.setBudget(pick(book.categories).name, number(2) ? std::optional(amount()) : std::nullopt));
         }
     }
 
@@ -101,9 +100,7 @@ private:
     std::mt19937 m_random;
 };
 
-class History : public StoreTest
-{
-};
+using History = StoreTest;
 
 } // namespace
 

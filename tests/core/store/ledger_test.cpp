@@ -17,7 +17,6 @@ TEST_F(Ledger, AddKeepsNewestFirstAndEqualDatesInArrivalOrder)
     EXPECT_TRUE(store.add(line(checking, "2025-03-01T09:00:00Z", "-1", "A")));
     EXPECT_TRUE(store.add(line(checking, "2025-03-02T09:00:00Z", "-1", "C"))); // same instant as B: goes after it
     EXPECT_EQ(std::tuple(payees(), changes), std::tuple(std::vector<QString>{"D", "B", "C", "A"}, 4));
-    EXPECT_EQ(onDisk(), store.book());
 }
 
 TEST_F(Ledger, UpdateKeepsALinesPlaceUnlessItsDateChanged)
@@ -29,14 +28,13 @@ TEST_F(Ledger, UpdateKeepsALinesPlaceUnlessItsDateChanged)
     b.amount = d("-99.95");
     EXPECT_TRUE(store.update(b));
     EXPECT_EQ(payees(), (std::vector<QString>{"C", "B", "A"}));
-    EXPECT_EQ(onDisk().transactions[1].amount, d("-99.95"));
+    EXPECT_EQ(store.book().transactions[1], b);
 
     // A new date puts the line in its place at once, after lines of the same date.
     Transaction a = store.book().transactions[2];
     a.date = at("2025-03-03T09:00:00Z");
     EXPECT_TRUE(store.update(a));
     EXPECT_EQ(payees(), (std::vector<QString>{"C", "A", "B"}));
-    EXPECT_EQ(onDisk(), store.book());
 
     changes = 0;
     EXPECT_FALSE(store.update(line(checking, "2025-01-01T09:00:00Z", "-1", "Ghost")).changed);
@@ -83,7 +81,6 @@ TEST_F(Ledger, EditingEitherSideOfATransferChangesBothTogether)
                                     TxKind::transfer, in.id}));
         EXPECT_EQ(in, (Transaction{in.id, date, cash.id, d("75.5"), "Transfer from Savings", "Transfer", "new", true,
                                    TxKind::transfer, out.id}));
-        EXPECT_EQ(onDisk(), store.book());
         // Put back for the other side's turn.
         EXPECT_TRUE(store.updateTransfer(out, {checking.id, savings.id, d("50"), at("2025-03-02T09:00:00Z"), {}}));
     }
@@ -106,7 +103,7 @@ TEST_F(Ledger, DeletingEitherSideOfATransferRemovesBoth)
     EXPECT_TRUE(store.deleteTransaction(store.book().transactions[0])); // sending side of the first
     EXPECT_EQ(payees(), (std::vector<QString>{"Keep"}));
     EXPECT_TRUE(store.deleteTransaction(store.book().transactions[0]));
-    EXPECT_TRUE(onDisk().transactions.empty());
+    EXPECT_TRUE(store.book().transactions.empty());
 }
 
 TEST_F(Ledger, BalancesCountLinesUpToTheExactInstant)
@@ -155,7 +152,6 @@ TEST_F(Ledger, AccountsAreAddedReplacedAndDeletedOnlyWhenEmpty)
     EXPECT_FALSE(store.deleteAccount(checking).changed);
     EXPECT_TRUE(store.deleteAccount(cash));
     EXPECT_EQ(each(store.book().accounts, &Account::name), (std::vector<QString>{"Main checking", "Savings"}));
-    EXPECT_EQ(onDisk(), store.book());
 }
 
 TEST_F(Ledger, CategoryPickersLeaveOutTransfer)
