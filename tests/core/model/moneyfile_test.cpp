@@ -264,16 +264,9 @@ TEST(MoneyFileTest, CountsAmountsRoundedTo38Digits)
     // Several, the first in the file named: the Store's message (faults_test.cpp).
 }
 
-// One case per place a missing key is looked for: a list's record, a bill's payment, the top.
-TEST(MoneyFileTest, MissingKeysFailTheWholeBook)
-{
-    EXPECT_EQ(errorOf(sampleWith("      \"archived\": false,\n", "")), R"(accounts[0]: missing key "archived")");
-    EXPECT_EQ(errorOf(sampleWith(",\n          \"dueDate\": \"2025-02-04T09:00:00Z\"", "")),
-              R"(bills[0].history[0]: missing key "dueDate")");
-    EXPECT_EQ(errorOf(sampleWith("  \"currency\": \"USD\",\n", "")), R"(missing key "currency")");
-}
-
-TEST(MoneyFileTest, WrongValuesNameTheirPlace)
+// A missing key (looked for in a list's record, a bill's payment, the top) or a wrong
+// value fails the whole book, naming its place.
+TEST(MoneyFileTest, MissingKeysAndWrongValuesNameTheirPlace)
 {
     struct Case
     {
@@ -282,6 +275,9 @@ TEST(MoneyFileTest, WrongValuesNameTheirPlace)
         const char *error;
     };
     const Case wrong[] = {
+        {"      \"archived\": false,\n", "", R"(accounts[0]: missing key "archived")"},
+        {",\n          \"dueDate\": \"2025-02-04T09:00:00Z\"", "", R"(bills[0].history[0]: missing key "dueDate")"},
+        {"  \"currency\": \"USD\",\n", "", R"(missing key "currency")"},
         {R"("amount": 89.99,
           "date")",
          R"("amount": "89.99",
@@ -302,7 +298,7 @@ TEST(MoneyFileTest, WrongValuesNameTheirPlace)
         {R"("amount": -45.1)", R"("amount": -1e200)", R"(transactions[0].amount: not an amount "-1e200")"},
     };
     for (const Case &c : wrong)
-        EXPECT_EQ(errorOf(sampleWith(c.before, c.after)), c.error) << c.after;
+        EXPECT_EQ(errorOf(sampleWith(c.before, c.after)), c.error) << c.before;
 
     // a lower-case id is still an id, read the same
     const MoneyFile::Decoded lower = decode(sampleWith("6F1C2B9E-0A4D-4C1E-9B7A-3D2E1F0A9B8C\",\n      \"kind\"",
