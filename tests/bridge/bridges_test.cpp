@@ -13,7 +13,6 @@
 
 namespace {
 
-// The warnings of the code under test, while a test collects them.
 QStringList warnings;
 
 void keepWarning(QtMsgType type, const QMessageLogContext &, const QString &message)

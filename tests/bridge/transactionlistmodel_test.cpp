@@ -26,7 +26,6 @@ Transaction tx(const Account &account, const char *iso, const char *amount, cons
             .kind = value.isNegative() ? TxKind::expense : TxKind::deposit};
 }
 
-// The editor's form for a line.
 QVariantMap form(bool income, const char *iso, const char *amount, const char *payee, const Account &account)
 {
     return {{"income", income},

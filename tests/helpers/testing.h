@@ -18,19 +18,16 @@
 #include <functional>
 #include <string_view>
 
-// An exact amount from its text.
 inline Decimal d(const char *text)
 {
     return *Decimal::fromString(std::string_view(text));
 }
 
-// An instant from ISO 8601 text.
 inline Instant at(const char *iso)
 {
     return *Instant::fromIso(std::string_view(iso));
 }
 
-// An instant by the local clock.
 inline Instant local(int year, int month, int day, int hour = 0, int minute = 0, int second = 0)
 {
     return Instant::fromDateTime(QDateTime(QDate(year, month, day), QTime(hour, minute, second)));
@@ -49,7 +46,6 @@ inline void writeAll(const QString &path, const QByteArray &bytes)
     f.write(bytes);
 }
 
-// Bill reminders go nowhere.
 class NoNotifier final : public Notifier
 {
 public:

@@ -33,7 +33,6 @@ void say(const QString &line)
     std::fflush(stdout);
 }
 
-// Runs `then` once, at the first frame the window draws.
 void atFirstFrame(QQuickWindow &window, std::function<void()> then)
 {
     auto connection = std::make_shared<QMetaObject::Connection>();

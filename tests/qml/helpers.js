@@ -55,7 +55,6 @@ function menuItem(testCase, row, menu, index) {
     testCase.tryCompare(menu, "opened", true)
     return menu.itemAt(index)
 }
-// Where `item` is drawn, in the window's coordinates.
 function sceneRect(item) {
     const [corner, end] = [item.mapToItem(null, 0, 0), item.mapToItem(null, item.width, item.height)]
     return Qt.rect(corner.x, corner.y, end.x - corner.x, end.y - corner.y)
