@@ -68,16 +68,6 @@ class Installed(unittest.TestCase):
         done = run("appstreamcli", "validate", "--no-net", self.path("metainfo", APP_ID + ".metainfo.xml"))
         self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
 
-    def test_icon_in_every_size(self):
-        for size in (16, 24, 32, 48, 64, 128, 256, 512):
-            png = self.path("icons", "hicolor", "%dx%d" % (size, size), "apps", APP_ID + ".png")
-            with open(png, "rb") as f:
-                head = f.read(24)
-            self.assertEqual(head[:8], b"\x89PNG\r\n\x1a\n")
-            self.assertEqual((int.from_bytes(head[16:20], "big"), int.from_bytes(head[20:24], "big")),
-                             (size, size))
-        self.assertTrue(os.path.isfile(self.path("icons", "hicolor", "scalable", "apps", APP_ID + ".svg")))
-
     def test_manual_page_names_every_command(self):
         page = run("man", "--warnings", "-l", self.path("man", "man1", "coinhall.1.gz"),
                    env=dict(self.env, MANWIDTH="100"))
