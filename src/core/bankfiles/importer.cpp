@@ -168,7 +168,8 @@ CSVImporter::Conversion CSVImporter::transactions(const QUuid &account, const st
                                                   const Categorizer &categorize) const
 {
     const QString imported = QStringLiteral("Imported");
-    DateCache dates;
+    const bool decimalComma = m_reading.decimalComma.value_or(false);
+    DateCache dates(m_reading.dayFirst.value_or(false));
     std::vector<BankImport::Incoming> lines;
     lines.reserve(size_t(m_rows.size()));
     int bad = 0;
@@ -178,17 +179,23 @@ CSVImporter::Conversion CSVImporter::transactions(const QUuid &account, const st
         };
 
         const std::optional<Instant> when = dates(cell(m_mapping.date));
-        if (!when) {
+        if (!when || isBalanceRow(row)) {
             ++bad;
             continue;
         }
 
         std::optional<Decimal> amount;
-        if (m_mapping.amount)
-            amount = Money::parse(cell(m_mapping.amount));
+        if (m_mapping.amount) {
+            amount = CSVImporter::amount(cell(m_mapping.amount), decimalComma);
+            // A marker ("Af", "D", "S") signs the amount beside it, which banks that
+            // have one write unsigned.
+            if (amount && m_mapping.marker)
+                if (const int sign = markerSign(cell(m_mapping.marker)))
+                    amount = sign > 0 ? amount->magnitude() : amount->magnitude().negated();
+        }
         if (!amount) {
-            const Decimal debit = Money::parse(cell(m_mapping.debit)).value_or(Decimal());
-            const Decimal credit = Money::parse(cell(m_mapping.credit)).value_or(Decimal());
+            const Decimal debit = CSVImporter::amount(cell(m_mapping.debit), decimalComma).value_or(Decimal());
+            const Decimal credit = CSVImporter::amount(cell(m_mapping.credit), decimalComma).value_or(Decimal());
             if (debit.isZero() && credit.isZero()) {
                 ++bad;
                 continue;
@@ -201,9 +208,26 @@ CSVImporter::Conversion CSVImporter::transactions(const QUuid &account, const st
         }
 
         QString payee = cell(m_mapping.description);
+        bool fellBack = false;
+        if (payee.isEmpty() && m_mapping.description)
+            for (const int column : m_descriptions)
+                if (column != *m_mapping.description && !(payee = cell(column)).isEmpty()) {
+                    fellBack = true;
+                    break;
+                }
         if (payee.isEmpty())
             payee = imported;
-        lines.push_back({*when, *amount, std::move(payee), cell(m_mapping.category), {}, {}});
+        // An earlier Coinhall took the leftmost description title and no other; a line
+        // it imported has that payee, and still counts as already in.
+        QString formerPayee;
+        if (fellBack || m_formerDescription != m_mapping.description) {
+            formerPayee = cell(m_formerDescription);
+            if (formerPayee.isEmpty())
+                formerPayee = imported;
+            if (formerPayee == payee)
+                formerPayee.clear();
+        }
+        lines.push_back({*when, *amount, std::move(payee), cell(m_mapping.category), {}, std::move(formerPayee)});
     }
 
     QSet<QString> fileCategories; // one shared string per category name in the file

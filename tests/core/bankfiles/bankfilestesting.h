@@ -32,12 +32,20 @@ inline QString bySign(const QString &, const Decimal &amount)
     return amount.signum() > 0 ? QStringLiteral("In") : QStringLiteral("Out");
 }
 
-// "date=0 description=2 amount=- debit=- credit=- category=-"
+// "date=0 description=2 amount=- debit=- credit=- category=-", then " marker=5" when
+// there is one.
 inline std::string describe(const CSVImporter::Mapping &m)
 {
     auto one = [](const char *name, const std::optional<int> &column) {
         return std::string(name) + "=" + (column ? std::to_string(*column) : std::string("-"));
     };
     return one("date", m.date) + " " + one("description", m.description) + " " + one("amount", m.amount) + " " +
-           one("debit", m.debit) + " " + one("credit", m.credit) + " " + one("category", m.category);
+           one("debit", m.debit) + " " + one("credit", m.credit) + " " + one("category", m.category) +
+           (m.marker ? " " + one("marker", m.marker) : std::string());
+}
+
+// A transaction as "2024-03-05 Corner cafe -4.5", its local day only.
+inline std::string shown(const Transaction &t)
+{
+    return local(t.date).substr(0, 10) + " " + t.payee.toStdString() + " " + t.amount.toStdString();
 }
