@@ -34,6 +34,8 @@ public:
     // The CSV reading and its columns; null for the other formats.
     CSVImporter *csv() { return m_csv ? &*m_csv : nullptr; }
     const CSVImporter *csv() const { return m_csv ? &*m_csv : nullptr; }
+    // What an OFX, QIF or CAMT.053 file says; empty for a CSV, whose lines come from csv().
+    const Statement &statement() const { return m_statement; }
     // Whether every date of the file reads as well month first as day first; the
     // reading took month first until setDayFirst() says otherwise.
     bool datesAmbiguous() const { return m_statement.datesAmbiguous; }
