@@ -63,7 +63,7 @@ void BankFile::read()
         m_statement = CamtReader::read(m_bytes);
     else if (QifReader::looksLike(m_bytes))
         m_statement = QifReader::read(m_bytes, m_dayFirst);
-    else if (!(m_csv = CSVImporter::fromUtf8(m_bytes)))
+    else if (!(m_csv = CSVImporter::fromBytes(m_bytes, {.dayFirst = m_dayFirst})))
         m_error = QStringLiteral("no table of dates and amounts was found in it");
     if (m_error.isEmpty())
         m_error = m_statement.error;
@@ -77,6 +77,8 @@ QString BankFile::format() const
 QString BankFile::summary() const
 {
     QStringList parts{format()};
+    if (m_csv)
+        parts << m_csv->readingText();
     if (!m_statement.account.isEmpty())
         parts << QStringLiteral("account ") + m_statement.account;
     if (!m_statement.currency.isEmpty())
@@ -84,13 +86,21 @@ QString BankFile::summary() const
     return m_error.isEmpty() ? parts.join(QStringLiteral(" · ")) : QString();
 }
 
+bool BankFile::datesAmbiguous() const
+{
+    return m_csv ? m_csv->datesAmbiguous() : m_statement.datesAmbiguous;
+}
+
 void BankFile::setDayFirst(bool dayFirst)
 {
     if (m_dayFirst == dayFirst)
         return;
     m_dayFirst = dayFirst;
-    if (!m_csv)
-        read();
+    // A table read again keeps the columns the user chose.
+    const std::optional<CSVImporter::Mapping> columns = m_csv ? std::optional(m_csv->mapping()) : std::nullopt;
+    read();
+    if (m_csv && columns)
+        m_csv->setMapping(*columns);
 }
 
 QString BankFile::refusal(const QString &bookCurrency) const

@@ -38,7 +38,7 @@ public:
     const Statement &statement() const { return m_statement; }
     // Whether every date of the file reads as well month first as day first; the
     // reading took month first until setDayFirst() says otherwise.
-    bool datesAmbiguous() const { return m_statement.datesAmbiguous; }
+    bool datesAmbiguous() const;
     void setDayFirst(bool dayFirst);
     // Why the file's lines cannot go into books kept in `bookCurrency`, naming both;
     // empty when they can (the file names no currency, or the same).
