@@ -17,7 +17,7 @@ import unittest
 from gi.repository import Gio, GLib
 
 COINHALL = sys.argv.pop(1)
-SPEC = """<node><interface name="org.freedesktop.Notifications">
+INTERFACE = """<node><interface name="org.freedesktop.Notifications">
 <method name="Notify"><arg type="s" direction="in"/><arg type="u" direction="in"/><arg type="s" direction="in"/>
 <arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="as" direction="in"/>
 <arg type="a{sv}" direction="in"/><arg type="i" direction="in"/><arg type="u" direction="out"/></method>
@@ -31,7 +31,7 @@ class NotificationService:
         self.calls = []
         self.loop = GLib.MainLoop()
         bus = Gio.bus_get_sync(Gio.BusType.SESSION)
-        bus.register_object("/org/freedesktop/Notifications", Gio.DBusNodeInfo.new_for_xml(SPEC).interfaces[0],
+        bus.register_object("/org/freedesktop/Notifications", Gio.DBusNodeInfo.new_for_xml(INTERFACE).interfaces[0],
                             self.call, None, None)
         Gio.bus_own_name_on_connection(bus, "org.freedesktop.Notifications", 0, None, None)
         threading.Thread(target=self.loop.run, daemon=True).start()
