@@ -244,8 +244,8 @@ QString foundEncoding(const QByteArray &bytes, std::optional<QString> &utf8)
 }
 
 // The separator of the file's first rows (up to 100 lines): of ',', ';' and tab, the
-// one that gives the most rows of one cell count of 2 or more, quotes respected; on
-// a tie, the one that gives more cells ("-1,25" in a file separated by ';' makes two
+// one that gives the most rows of one cell count of 2 or more, quoted cells kept whole;
+// on a tie, the one that gives more cells ("-1,25" in a file separated by ';' makes two
 // cells of every row by the comma too). A file of one column is separated by ','.
 QChar foundSeparator(const QString &text)
 {
