@@ -230,6 +230,18 @@ FocusScope {
         }
     }
 
+    // Bank files dropped on the window open the import with them.
+    DropArea {
+        anchors.fill: parent
+        enabled: !Store.locked && !Store.loading && root.sheet === null
+        onDropped: drop => {
+            if (!drop.hasUrls)
+                return
+            drop.acceptProposedAction()
+            root.openSheet(CHSheet.importCSV(drop.urls))
+        }
+    }
+
     SheetHost {
         id: host
 

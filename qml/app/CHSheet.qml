@@ -48,8 +48,9 @@ QtObject {
     function newAccount(): var {
         return make("newAccount", {}, "")
     }
-    function importCSV(): var {
-        return make("importCSV", {}, "")
+    // The import, with the files dropped on the window when there are some (file addresses).
+    function importCSV(files: var): var {
+        return make("importCSV", { files: files || [] }, "")
     }
     // The help; the root view opens the help window for it rather than a sheet.
     function help(): var {

@@ -26,6 +26,15 @@ SheetFrame {
     function chooseFile(file: url) {
         bridge.open(file)
     }
+    // Reads several files at once.
+    function chooseFiles(files: var) {
+        bridge.openFiles(files)
+    }
+
+    Component.onCompleted: {
+        if (sheet && sheet.files && sheet.files.length > 0)
+            chooseFiles(sheet.files)
+    }
 
     width: 720
     height: 680
@@ -48,10 +57,10 @@ SheetFrame {
         id: openPanel
 
         title: "Choose CSV file"
-        fileMode: FileDialog.OpenFile
+        fileMode: FileDialog.OpenFiles
         nameFilters: ["Bank downloads (*.csv *.CSV *.ofx *.OFX *.qfx *.QFX *.qif *.QIF *.xml *.XML *.txt *.TXT)",
             "All files (*)"]
-        onAccepted: root.chooseFile(selectedFile)
+        onAccepted: root.chooseFiles(selectedFiles)
     }
 
     BodyText {
@@ -102,6 +111,21 @@ SheetFrame {
         elide: Text.ElideRight
         Accessible.role: Accessible.StaticText
         Accessible.name: text
+    }
+
+    Repeater {
+        model: bridge.fileLines
+
+        CaptionText {
+            required property string modelData
+
+            objectName: "fileLine"
+            Layout.fillWidth: true
+            text: modelData
+            elide: Text.ElideMiddle
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
     }
 
     FormRow {

@@ -40,7 +40,7 @@ QStringList ImportBridge::columnChoices() const
     QStringList choices{QStringLiteral("—")};
     if (!isTable())
         return choices;
-    const QStringList &headers = m_file->csv()->headers();
+    const QStringList &headers = only()->csv()->headers();
     for (qsizetype k = 0; k < headers.size(); ++k)
         choices << (headers[k].isEmpty() ? QStringLiteral("Column %1").arg(k + 1) : headers[k]);
     return choices;
@@ -49,7 +49,7 @@ QStringList ImportBridge::columnChoices() const
 QVariantList ImportBridge::choices() const
 {
     QVariantList positions;
-    CSVImporter::Mapping mapping = isTable() ? m_file->csv()->mapping() : CSVImporter::Mapping{};
+    CSVImporter::Mapping mapping = isTable() ? only()->csv()->mapping() : CSVImporter::Mapping{};
     for (const std::optional<int> *column : columnsOf(mapping))
         positions.append(*column ? **column + 1 : 0);
     return positions;
@@ -91,23 +91,39 @@ void ImportBridge::setDayFirst(bool dayFirst)
     if (dayFirst == m_dayFirst)
         return;
     m_dayFirst = dayFirst;
-    if (m_file)
-        m_file->setDayFirst(dayFirst);
+    if (BankFile *file = only())
+        file->setDayFirst(dayFirst);
     reload();
 }
 
 void ImportBridge::open(const QUrl &file)
 {
-    const QString local = file.isLocalFile() ? file.toLocalFile() : file.scheme().isEmpty() ? file.path() : QString();
-    m_file = BankFile::fromFile(local);
-    m_fileName = local.isEmpty() ? file.fileName() : QFileInfo(local).fileName();
+    openFiles({QVariant(file)});
+}
+
+void ImportBridge::openFiles(const QVariantList &files)
+{
+    m_files.clear();
+    m_names.clear();
     m_readError.clear();
-    if (local.isEmpty())
-        m_readError = QStringLiteral("it is not a file on this computer");
-    else if (!m_file->error().isEmpty())
-        m_readError = m_file->error();
-    if (!m_readError.isEmpty())
-        m_file.reset();
+    for (const QVariant &given : files) {
+        const QUrl file = given.toUrl();
+        const QString local = file.isLocalFile()          ? file.toLocalFile()
+                              : file.scheme().isEmpty() ? file.path()
+                                                        : QString();
+        const QString name = local.isEmpty() ? file.fileName() : QFileInfo(local).fileName();
+        BankFile read = BankFile::fromFile(local);
+        const QString error = local.isEmpty() ? QStringLiteral("it is not a file on this computer") : read.error();
+        if (!error.isEmpty()) {
+            m_readError = QStringLiteral("Coinhall can't read %1: %2.").arg(name, error);
+            m_files.clear();
+            m_names = {name};
+            break;
+        }
+        m_files.push_back(std::move(read));
+        m_names.append(name);
+    }
+    m_fileName = m_names.size() == 1 ? m_names.front() : m_names.isEmpty() ? QString() : QStringLiteral("%1 files").arg(m_names.size());
     m_dayFirst = false;
     emit fileChanged();
     emit mappingChanged();
@@ -116,9 +132,9 @@ void ImportBridge::open(const QUrl &file)
 
 void ImportBridge::setChoice(int column, int choice)
 {
-    if (!isTable() || column < Date || column > Category || choice < 0 || choice > m_file->csv()->headers().size())
+    if (!isTable() || column < Date || column > Category || choice < 0 || choice > only()->csv()->headers().size())
         return;
-    CSVImporter &table = *m_file->csv();
+    CSVImporter &table = *only()->csv();
     CSVImporter::Mapping mapping = table.mapping();
     *columnsOf(mapping)[size_t(column)] = choice == 0 ? std::nullopt : std::optional<int>(choice - 1);
     if (mapping == table.mapping())
@@ -141,23 +157,41 @@ int ImportBridge::importNow()
 void ImportBridge::reload()
 {
     const QUuid account(m_account);
-    const QString refusal = m_store && m_file ? m_file->refusal(m_store->book().currency) : QString();
-    if (!m_readError.isEmpty())
-        m_message = QStringLiteral("Coinhall can't read %1: %2.").arg(m_fileName, m_readError);
-    else if (!refusal.isEmpty())
-        m_message = QStringLiteral("Coinhall can't import %1: %2.").arg(m_fileName, refusal);
-    else
-        m_message.clear();
-    m_hasPreview = m_store && m_file && !account.isNull() && refusal.isEmpty();
+    QString refusal;
+    for (qsizetype i = 0; m_store && i < qsizetype(m_files.size()) && refusal.isEmpty(); ++i) {
+        if (const QString why = m_files[size_t(i)].refusal(m_store->book().currency); !why.isEmpty())
+            refusal = QStringLiteral("Coinhall can't import %1: %2.").arg(m_names[i], why);
+    }
+    m_message = !m_readError.isEmpty() ? m_readError : refusal;
+    m_hasPreview = m_store && !m_files.empty() && !account.isNull() && refusal.isEmpty();
     m_new.clear();
     m_skipped = 0;
     m_bad = 0;
     m_previewLines.clear();
+    m_fileLines.clear();
     if (m_hasPreview) {
-        BankImport::Conversion conversion = m_file->preview(account, m_store->book().transactions, m_flip);
-        m_new = std::move(conversion.newTransactions);
-        m_skipped = conversion.skipped;
-        m_bad = conversion.bad;
+        // Each file against the Book and the files before it; the Book's lines are
+        // copied only when there is more than one file.
+        std::vector<Transaction> withEarlier;
+        if (m_files.size() > 1)
+            withEarlier = m_store->book().transactions;
+        for (size_t i = 0; i < m_files.size(); ++i) {
+            BankImport::Conversion conversion = m_files[i].preview(
+                account, m_files.size() > 1 ? withEarlier : m_store->book().transactions, m_flip);
+            m_skipped += conversion.skipped;
+            m_bad += conversion.bad;
+            if (m_files.size() > 1) {
+                m_fileLines.append(QStringLiteral("%1 · %2 · %3 new · %4 already in · %5 unreadable")
+                                       .arg(m_names[qsizetype(i)], m_files[i].summary())
+                                       .arg(conversion.newTransactions.size())
+                                       .arg(conversion.skipped)
+                                       .arg(conversion.bad));
+                withEarlier.insert(withEarlier.end(), conversion.newTransactions.begin(),
+                                   conversion.newTransactions.end());
+            }
+            m_new.insert(m_new.end(), std::make_move_iterator(conversion.newTransactions.begin()),
+                         std::make_move_iterator(conversion.newTransactions.end()));
+        }
         for (const Transaction &t : m_new) {
             if (m_previewLines.size() >= previewLimit)
                 break;

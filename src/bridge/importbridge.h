@@ -24,13 +24,17 @@ class ImportBridge : public StoreBridge
     QML_ELEMENT
     // Whether a file was read (and not replaced by an unreadable one since).
     Q_PROPERTY(bool hasFile READ hasFile NOTIFY fileChanged FINAL)
-    // The chosen file's name without its folder; empty before the first choice.
+    // The chosen file's name without its folder, or "<n> files"; empty before the first choice.
     Q_PROPERTY(QString fileName READ fileName NOTIFY fileChanged FINAL)
     // The error line under the file key; empty when the last file could be read (and
     // its currency is the books').
     Q_PROPERTY(QString message READ message NOTIFY previewChanged FINAL)
-    // What was found in the file: "OFX · account 1234 · USD"; empty without a file.
+    // What was found in the file: "OFX · account 1234 · USD"; empty without a file, or
+    // with several (then fileLines tells of each).
     Q_PROPERTY(QString summary READ summary NOTIFY fileChanged FINAL)
+    // With several files, one line for each: "<name> · <summary> · <n> new · <s> already
+    // in · <b> unreadable"; empty with one.
+    Q_PROPERTY(QStringList fileLines READ fileLines NOTIFY previewChanged FINAL)
     // Whether the file is a table whose columns the user may correct (CSV).
     Q_PROPERTY(bool isTable READ isTable NOTIFY fileChanged FINAL)
     // Whether the file's dates read as well month first as day first; then `dayFirst`
@@ -69,12 +73,13 @@ public:
 
     explicit ImportBridge(QObject *parent = nullptr);
 
-    bool hasFile() const { return m_file.has_value(); }
+    bool hasFile() const { return !m_files.empty(); }
     QString fileName() const { return m_fileName; }
     QString message() const { return m_message; }
-    QString summary() const { return m_file ? m_file->summary() : QString(); }
-    bool isTable() const { return m_file && m_file->csv(); }
-    bool datesAmbiguous() const { return m_file && m_file->datesAmbiguous(); }
+    QString summary() const { return only() ? only()->summary() : QString(); }
+    QStringList fileLines() const { return m_fileLines; }
+    bool isTable() const { return only() && only()->csv(); }
+    bool datesAmbiguous() const { return only() && only()->datesAmbiguous(); }
     bool dayFirst() const { return m_dayFirst; }
     void setDayFirst(bool dayFirst);
     QStringList columnChoices() const;
@@ -92,6 +97,10 @@ public:
     // Reads the bank file at `file` (a file address or a plain path). A file that can't
     // be read leaves no file and sets `message`; the name is taken either way.
     Q_INVOKABLE void open(const QUrl &file);
+    // Reads several bank files at once, each previewed after the ones before it, so that
+    // overlapping downloads bring a line in once. One that can't be read sets `message`
+    // and drops them all.
+    Q_INVOKABLE void openFiles(const QVariantList &files);
     // Points the picker of `column` (a Column) at picker position `choice` (0 for none).
     Q_INVOKABLE void setChoice(int column, int choice);
     // Adds the preview's new lines to the Book; the Store's status line then reads
@@ -110,7 +119,13 @@ private:
     // The first active account, unless one was chosen.
     void linked() override;
 
-    std::optional<BankFile> m_file;
+    // The one file chosen, when there is one and no more.
+    BankFile *only() { return m_files.size() == 1 ? &m_files.front() : nullptr; }
+    const BankFile *only() const { return m_files.size() == 1 ? &m_files.front() : nullptr; }
+
+    std::vector<BankFile> m_files;
+    QStringList m_names;
+    QStringList m_fileLines;
     bool m_dayFirst = false;
     QString m_fileName;
     QString m_message;

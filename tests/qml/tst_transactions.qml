@@ -178,6 +178,18 @@ TestCase {
         compare([message.visible, H.named(sheet, "previewTitle").visible], [false, true], "a good file clears the message")
     }
 
+    // Several files at once, each after the ones before it: the same download twice adds nothing more.
+    function test_severalFilesAtOnce() {
+        const sheet = openSheet(0)
+        sheet.chooseFiles([bankFile("harbor_checking.csv"), bankFile("harbor_checking.csv"), bankFile("thistle_uk.csv")])
+        const reading = " · CSV · UTF-8 · separated by , · decimal point · "
+        compare([H.named(sheet, "fileName").text, H.texts(sheet, "fileLine"), importKey(sheet).title],
+                ["3 files", ["harbor_checking.csv" + reading + "15 new · 0 already in · 2 unreadable",
+                             "harbor_checking.csv" + reading + "0 new · 15 already in · 2 unreadable",
+                             "thistle_uk.csv" + reading + "dates day first · 9 new · 0 already in · 1 unreadable"],
+                 "Import 24"])
+    }
+
     function test_importThenTheSameFileAgainOffersNothing() {
         for (const [expected, closes] of [["Preview · 7 new · 0 already in · 1 unreadable", 1],
                                           ["Preview · 0 new · 7 already in · 1 unreadable", 0]]) {
