@@ -99,7 +99,9 @@ T.AbstractButton {
             anchors.margins: -2
             radius: Tokens.keyRadius + 2
             color: "transparent"
-            border.width: 1.5
+            // Whole pixels: the software renderer draws a fractional rim's corners apart
+            // from OpenGL's.
+            border.width: 2
             border.color: Looks.current.accent2
             visible: root.visualFocus
         }
