@@ -231,6 +231,9 @@ struct Reading
 int onAccount(const OfxAccountData data, void *reading)
 {
     auto &r = *static_cast<Reading *>(reading);
+    for (const Account &known : r.accounts)
+        if (known.id == data.account_id)
+            return 0; // named again by the next piece of a long list
     const bool investment = data.account_type_valid && (data.account_type == OfxAccountData::OFX_INVESTMENT ||
                                                         data.account_type == OfxAccountData::OFX_401K);
     r.accounts.push_back({QByteArray(data.account_id), accountNumber(data),
@@ -279,6 +282,32 @@ int onTransaction(const OfxTransactionData data, void *reading)
     return 0;
 }
 
+// libofx walks all the lines it has read for each line it adds, so a file of 50,000
+// lines took it 15 seconds. A long list of one statement is given to it in pieces, each
+// the whole file with a share of the lines, which it reads in time proportional to the
+// file. Files of several statements are short and read whole.
+std::vector<QByteArray> pieces(const QByteArray &bytes)
+{
+    constexpr int linesAPiece = 3000;
+    static constexpr QByteArrayView open("<STMTTRN>"), listEnd("</BANKTRANLIST>");
+    const QByteArrayView all(bytes);
+    const qsizetype first = all.indexOf(open), end = all.indexOf(listEnd);
+    if (first < 0 || end < first || all.indexOf(listEnd, end + 1) >= 0 || all.count(open) <= linesAPiece)
+        return {bytes};
+    const QByteArrayView head = all.first(first), tail = all.sliced(end);
+    std::vector<QByteArray> result;
+    for (qsizetype from = first; from < end;) {
+        qsizetype to = from;
+        for (int n = 0; n < linesAPiece && to >= 0 && to < end; ++n)
+            to = all.indexOf(open, to + open.size());
+        if (to < 0 || to > end)
+            to = end;
+        result.push_back(head.toByteArray() + all.sliced(from, to - from).toByteArray() + tail.toByteArray());
+        from = to;
+    }
+    return result;
+}
+
 } // namespace
 
 bool looksLike(const QByteArray &bytes)
@@ -298,25 +327,27 @@ Statement read(const QByteArray &bytes)
     Statement statement;
     statement.format = bytes.contains("<INTU.") ? QStringLiteral("QFX") : QStringLiteral("OFX");
 
-    // libofx reads only files: it gets a copy only this user can read.
-    QTemporaryFile copy;
-    if (!copy.open() || copy.write(bytes) != bytes.size() || !copy.flush()) {
-        statement.error = QStringLiteral("no temporary copy of it could be made (%1)").arg(copy.errorString());
-        return statement;
-    }
-
     Reading reading{writtenLines(bytes), {}, {}};
     int failed = 0;
     {
         const std::lock_guard lock(libofxLock);
         [[maybe_unused]] const LibofxLeaksIgnored ignored;
         silenceLibofx();
-        LibofxContextPtr context = libofx_get_new_context();
-        ofx_set_account_cb(context, onAccount, &reading);
-        ofx_set_statement_cb(context, onStatement, &reading);
-        ofx_set_transaction_cb(context, onTransaction, &reading);
-        failed = libofx_proc_file(context, QFile::encodeName(copy.fileName()).constData(), OFX);
-        libofx_free_context(context);
+        // libofx reads only files: each piece gets a copy only this user can read.
+        QTemporaryFile copy;
+        const bool opened = copy.open();
+        for (const QByteArray &piece : pieces(bytes)) {
+            if (!opened || !copy.resize(0) || !copy.seek(0) || copy.write(piece) != piece.size() || !copy.flush()) {
+                statement.error = QStringLiteral("no temporary copy of it could be made (%1)").arg(copy.errorString());
+                return statement;
+            }
+            LibofxContextPtr context = libofx_get_new_context();
+            ofx_set_account_cb(context, onAccount, &reading);
+            ofx_set_statement_cb(context, onStatement, &reading);
+            ofx_set_transaction_cb(context, onTransaction, &reading);
+            failed |= libofx_proc_file(context, QFile::encodeName(copy.fileName()).constData(), OFX);
+            libofx_free_context(context);
+        }
     }
 
     // The statement's account: the first bank or card account with lines, else the

@@ -159,3 +159,20 @@ TEST(OfxReader, SurvivesDamagedFiles)
         }
     }
 }
+
+// A long download is handed to libofx in pieces: every line once, in the file's order.
+TEST(OfxReader, ReadsALongListWhole)
+{
+    QByteArray ofx = checking.first(checking.indexOf("<STMTTRN>"));
+    constexpr int count = 6500;
+    for (int i = 0; i < count; ++i)
+        ofx += "<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20230110<TRNAMT>-" + QByteArray::number(i) + ".25<FITID>L" +
+               QByteArray::number(i) + "<NAME>Shop " + QByteArray::number(i % 7) + "</STMTTRN>\n";
+    ofx += checking.sliced(checking.indexOf("</BANKTRANLIST>"));
+    const Statement statement = OfxReader::read(ofx);
+    ASSERT_EQ(statement.lines.size(), size_t(count));
+    EXPECT_EQ(statement.account, u"XXXXXX4321");
+    for (int i = 0; i < count; ++i)
+        ASSERT_EQ(statement.lines[size_t(i)].reference, (u"L"_s + QString::number(i))) << i;
+    EXPECT_EQ(statement.lines.back().amount.toString(), "-6499.25");
+}
