@@ -3,7 +3,6 @@
 #include <QDateTime>
 #include <QFile>
 #include <QHash>
-#include <QStringDecoder>
 #include <QTemporaryFile>
 
 #include <libofx/libofx.h>
@@ -55,18 +54,6 @@ struct LibofxLeaksIgnored
     }
 #endif
 };
-
-// The file's text as libofx hands it on: UTF-8 when it is, else Windows-1252, the
-// "CHARSET:1252" of nearly every SGML download.
-QString decoded(const QByteArray &bytes)
-{
-    QStringDecoder utf8(QStringConverter::Utf8);
-    QString text = utf8(bytes);
-    if (!utf8.hasError())
-        return text;
-    QStringDecoder windows("windows-1252");
-    return windows.isValid() ? QString(windows(bytes)) : QString::fromLatin1(bytes);
-}
 
 // What the file itself writes for one STMTTRN. libofx gives the amount only as a
 // double, the posting time moved to UTC (a line posted late in the evening west of
@@ -125,9 +112,9 @@ QHash<QString, std::deque<Written>> writtenLines(const QByteArray &bytes)
             QByteArray name = leafText(block, payee + payeeTag.size());
             if (name.isEmpty())
                 name = field(block.sliced(payee), "<NAME>");
-            line.payee = decoded(name);
+            line.payee = decodedText(name);
         }
-        lines[decoded(field(block, "<FITID>"))].push_back(std::move(line));
+        lines[decodedText(field(block, "<FITID>"))].push_back(std::move(line));
     }
     return lines;
 }

@@ -2,27 +2,10 @@
 
 #include "model/money.h"
 
-#include <QStringDecoder>
 #include <QStringList>
 
 namespace QifReader {
 namespace {
-
-// A byte-order mark names the encoding; without one the bytes are UTF-8 when they can
-// be, else Windows-1252, which older Windows programs wrote.
-QString decoded(const QByteArray &bytes)
-{
-    if (const std::optional<QStringConverter::Encoding> marked = QStringConverter::encodingForData(bytes)) {
-        QStringDecoder decoder(*marked);
-        return decoder(bytes);
-    }
-    QStringDecoder utf8(QStringConverter::Utf8);
-    QString text = utf8(bytes);
-    if (!utf8.hasError())
-        return text;
-    QStringDecoder windows("windows-1252");
-    return windows.isValid() ? QString(windows(bytes)) : QString::fromLatin1(bytes);
-}
 
 // Each line without its end, whether the file ends lines with CR LF, LF or CR.
 std::vector<QStringView> linesOf(const QString &text)
@@ -148,7 +131,7 @@ std::optional<Decimal> amountOf(QString text)
 
 bool looksLike(const QByteArray &bytes)
 {
-    const QString text = decoded(bytes.left(4096));
+    const QString text = decodedText(bytes.left(4096));
     for (QStringView line : linesOf(text)) {
         line = line.trimmed();
         if (line.isEmpty() || line.startsWith(u'#'))
@@ -176,7 +159,7 @@ Statement read(const QByteArray &bytes, std::optional<bool> dayFirst)
         record = Record();
     };
 
-    const QString text = decoded(bytes);
+    const QString text = decodedText(bytes);
     for (QStringView line : linesOf(text)) {
         line = line.trimmed();
         if (line.isEmpty() || line.startsWith(u'#'))

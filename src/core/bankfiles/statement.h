@@ -45,3 +45,7 @@ struct Statement
     // <file name>: <error>."; empty when it can.
     QString error;
 };
+
+// A download's text: in the encoding its byte-order mark names, else UTF-8 when the
+// bytes are, else Windows-1252, which older Windows programs and most SGML OFX wrote.
+QString decodedText(const QByteArray &bytes);

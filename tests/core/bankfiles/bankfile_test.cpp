@@ -104,9 +104,10 @@ TEST(BankFile, RealDownloadsReadAsWrittenAndImportOnce)
             ++described;
             const QString summary = file.summary() + (s.datesAmbiguous ? QStringLiteral(" · dates either way") : "");
             EXPECT_EQ(std::tuple(summary, s.lines.size(), s.bad), std::tuple(QString::fromUtf8(d.summary), d.count, 0));
-            if (!s.lines.empty())
+            if (!s.lines.empty()) {
                 EXPECT_EQ((std::pair{shown(s.lines.front()), shown(s.lines.back())}),
                           (std::pair<std::string, std::string>{d.first, d.last}));
+            }
         }
         const QUuid account = QUuid::createUuid();
         const BankImport::Conversion first = file.preview(account, {}, false);
