@@ -157,7 +157,7 @@ void AccountsBridge::refreshBackups()
         connect(m_shelf, &BackupShelf::changed, this, &AccountsBridge::showBackups);
     }
     if (m_store) {
-        m_shelf->refresh(m_store->backupsFolder());
+        m_shelf->refresh(m_store->backupsFolder(), m_store->sealingKey());
     } else {
         m_backups.clear();
         emit backupsChanged();

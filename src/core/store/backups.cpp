@@ -60,11 +60,28 @@ std::vector<Backup> list(const QString &folder)
     return backups;
 }
 
-void read(Backup &backup)
+void read(Backup &backup, const Sealed::Key *key)
 {
     QFile file(backup.path);
     if (!file.open(QIODevice::ReadOnly)) {
         backup.error = file.errorString();
+        return;
+    }
+    if (Sealed::looksSealed(file.peek(8))) {
+        backup.sealed = true;
+        QByteArray plain;
+        const QByteArray bytes = file.readAll();
+        if (!key) // told apart from damage without the key: whole, or not
+            backup.error = Sealed::wholeness(bytes);
+        else if (Sealed::open(bytes, *key, &plain, &backup.error) != Sealed::Opened::ok && backup.error.isEmpty())
+            backup.error = QStringLiteral("encrypted with another passphrase");
+        if (!key || !backup.error.isEmpty())
+            return;
+        const MoneyFile::Decoded decoded = MoneyFile::decode(std::string_view(plain.constData(), size_t(plain.size())));
+        if (decoded.book)
+            backup.transactions = qsizetype(decoded.book->transactions.size());
+        else
+            backup.error = decoded.error;
         return;
     }
     const MoneyFile::Decoded decoded = MoneyFile::decodeFile(file);
@@ -98,6 +115,8 @@ QString countText(const Backup &backup)
 {
     if (!backup.error.isEmpty())
         return QStringLiteral("cannot be read");
+    if (backup.sealed && !backup.transactions)
+        return QStringLiteral("encrypted");
     if (!backup.transactions)
         return {};
     return *backup.transactions == 1
@@ -118,7 +137,7 @@ BackupShelf::~BackupShelf()
     m_queue->waiting.clear();
 }
 
-void BackupShelf::refresh(const QString &folder)
+void BackupShelf::refresh(const QString &folder, std::shared_ptr<const Sealed::Key> key)
 {
     m_backups = Backups::list(folder);
     std::deque<Backup> unread;
@@ -126,7 +145,9 @@ void BackupShelf::refresh(const QString &folder)
         const std::lock_guard lock(known().mutex);
         for (Backup &backup : m_backups) {
             const auto found = known().backups.constFind(backup.path);
-            if (found != known().backups.cend() && found->bytes == backup.bytes && found->modified == backup.modified)
+            // An encrypted backup counted without the key is read again once there is one.
+            if (found != known().backups.cend() && found->bytes == backup.bytes && found->modified == backup.modified &&
+                !(key && found->sealed && !found->transactions))
                 backup = *found;
             else
                 unread.push_back(backup);
@@ -139,7 +160,7 @@ void BackupShelf::refresh(const QString &folder)
     if (m_queue->reading || m_queue->waiting.empty())
         return;
     m_queue->reading = true;
-    QThreadPool::globalInstance()->start([queue = m_queue, shelf = QPointer<BackupShelf>(this)] {
+    QThreadPool::globalInstance()->start([queue = m_queue, shelf = QPointer<BackupShelf>(this), key] {
         for (;;) {
             Backup backup;
             {
@@ -151,7 +172,7 @@ void BackupShelf::refresh(const QString &folder)
                 backup = std::move(queue->waiting.front());
                 queue->waiting.pop_front();
             }
-            Backups::read(backup);
+            Backups::read(backup, key.get());
             {
                 const std::lock_guard lock(known().mutex);
                 known().backups.insert(backup.path, backup);
@@ -201,7 +222,11 @@ Saved Store::restoreBackup(const QDate &day)
     if (!file.open(QIODevice::ReadOnly))
         return refuse(
             tr("The backup of %1 cannot be read: %2. Nothing was changed.").arg(when, reasonOf(file.errorString())));
-    MoneyFile::Decoded decoded = MoneyFile::decodeFile(file);
+    QString problem;
+    const QByteArray plain = unseal(file.readAll(), &problem);
+    if (!problem.isEmpty())
+        return refuse(tr("The backup of %1 cannot be read: %2. Nothing was changed.").arg(when, reasonOf(problem)));
+    MoneyFile::Decoded decoded = MoneyFile::decode(std::string_view(plain.constData(), size_t(plain.size())));
     if (!decoded.book)
         return refuse(
             tr("The backup of %1 cannot be read: %2. Nothing was changed.").arg(when, reasonOf(decoded.error)));
@@ -218,7 +243,7 @@ Saved Store::restoreBackup(const QDate &day)
     QString reason;
     bool kept = true;
     if (!m_saveError.isEmpty()) // the file lags behind the Book: keep the Book the user sees
-        kept = writeFileAtomically(keptPath, MoneyFile::encode(m_book), &reason, ownerOnlyFile);
+        kept = writeFileAtomically(keptPath, fileBytes(m_book, m_key.get()), &reason, ownerOnlyFile);
     else if (QFileInfo::exists(moneyFilePath()))
         kept = copyFileAtomically(moneyFilePath(), keptPath, &reason, ownerOnlyFile);
     if (!kept)

@@ -6,6 +6,8 @@
 #include <QObject>
 #include <QString>
 
+#include "store/sealedfile.h"
+
 #include <deque>
 #include <memory>
 #include <mutex>
@@ -23,6 +25,8 @@ struct Backup
     std::optional<qsizetype> transactions;
     // Why it cannot be read; empty when it can, and until it is read.
     QString error;
+    // Encrypted: without the key only whether it is whole is known.
+    bool sealed = false;
 
     bool read() const { return transactions || !error.isEmpty(); }
 };
@@ -34,13 +38,14 @@ QString fileName(const QDate &day);
 // The backups in `folder`, newest first, as the folder lists them (nothing read yet).
 // Other files there are not backups and are left out.
 std::vector<Backup> list(const QString &folder);
-// Reads `backup` to count its transactions, or to learn why it cannot be read.
-void read(Backup &backup);
+// Reads `backup` to count its transactions, or to learn why it cannot be read; an
+// encrypted one is opened with `key`, and without it only checked to be whole.
+void read(Backup &backup, const Sealed::Key *key = nullptr);
 // The day as the app writes dates: "Mar 4, 2025".
 QString dayText(const QDate &day);
 // A size as people read it: "812 bytes", "48 KB", "1.2 MB", "104 MB".
 QString sizeText(qint64 bytes);
-// "312 transactions", "1 transaction", "cannot be read"; empty until it is read.
+// "312 transactions", "1 transaction", "encrypted", "cannot be read"; empty until it is read.
 QString countText(const Backup &backup);
 
 } // namespace Backups
@@ -60,7 +65,8 @@ public:
 
     // Lists `folder` again. A backup read before, unchanged since (size and time), keeps
     // its count; the others are read in the background.
-    void refresh(const QString &folder);
+    // Encrypted ones are opened with `key`.
+    void refresh(const QString &folder, std::shared_ptr<const Sealed::Key> key = nullptr);
     // Newest first; those not read yet have neither a count nor an error.
     const std::vector<Backup> &backups() const { return m_backups; }
 

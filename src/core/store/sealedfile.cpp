@@ -405,7 +405,7 @@ Opened open(QByteArrayView sealed, const Secret &passphrase, QByteArray *plain, 
     std::shared_ptr<const Key> derived = Key::forHeader(passphrase, *readHeader(sealed));
     if (!derived) {
         setProblem(problem, QStringLiteral("there is not enough memory to open it"));
-        return Opened::damaged;
+        return Opened::noMemory;
     }
     const Opened opened = open(sealed, *derived, plain, problem);
     if (opened == Opened::ok && key)

@@ -120,6 +120,7 @@ enum class Opened {
     damaged,         // cut short, changed, or not whole: never a shorter book
     wrongPassphrase, // whole as far as can be told, but not made with this key
     otherKey,        // sealed with another salt or cost: needs its own derivation
+    noMemory,        // the key could not be derived: too little memory now
 };
 
 class Key;

@@ -113,6 +113,7 @@ Store::Store(StoreOptions options, QObject *parent)
     , m_saveInBackgroundFrom(options.saveInBackgroundFrom)
     , m_authenticator(std::move(options.authenticator))
     , m_notifier(std::move(options.notifier))
+    , m_sealingCost(options.sealingCost)
 {
     makePrivateFolder(m_dir);
 
@@ -130,6 +131,14 @@ Store::Store(StoreOptions options, QObject *parent)
     }
 
     m_locked = requireUnlock();
+    if (QFile file(moneyFilePath()); file.open(QIODevice::ReadOnly) && Sealed::looksSealed(file.read(8))) {
+        // Encrypted books: nothing is read, defaulted or backed up before the passphrase.
+        m_awaitingPassphrase = true;
+        m_locked = true;
+        if (options.passphrase)
+            openWithPassphrase(*options.passphrase);
+        return;
+    }
     const QFileInfo file(moneyFilePath());
     if (file.exists() && file.size() >= options.readInBackgroundFrom) {
         readInBackground(file.size());
@@ -382,9 +391,15 @@ bool Store::save()
     return true;
 }
 
+QByteArray Store::fileBytes(const Book &book, const Sealed::Key *key)
+{
+    const QByteArray plain = MoneyFile::encode(book);
+    return key ? Sealed::seal(plain, *key) : plain;
+}
+
 bool Store::writeNow(QString *reason)
 {
-    const QByteArray bytes = MoneyFile::encode(m_book);
+    const QByteArray bytes = fileBytes(m_book, m_key.get());
     if (!writeFileAtomically(moneyFilePath(), bytes, reason, ownerOnlyFile))
         return false;
     // The file was made owner-only; the folders around it may have been opened up meanwhile.
@@ -397,10 +412,12 @@ void Store::saveInBackground()
 {
     auto encoded = std::make_shared<std::promise<void>>();
     m_encoded = encoded->get_future().share();
-    m_saving = std::thread([this, encoded, before = std::move(m_saving), path = moneyFilePath(),
+    m_saving = std::thread([this, encoded, before = std::move(m_saving), path = moneyFilePath(), key = m_key,
                             folders = QStringList{m_dir, backupsFolder()}]() mutable {
-        const QByteArray bytes = MoneyFile::encode(m_book);
+        QByteArray bytes = MoneyFile::encode(m_book);
         encoded->set_value();
+        if (key)
+            bytes = Sealed::seal(bytes, *key);
         // The earlier write lands first, so the file never goes back to an older Book.
         if (before.joinable())
             before.join();
@@ -484,6 +501,10 @@ void Store::unlock(const QString &password)
 {
     if (!m_locked || m_unlocking)
         return;
+    if (m_awaitingPassphrase) { // only the passphrase opens encrypted books
+        Q_EMIT unlockFailed();
+        return;
+    }
     if (!m_authenticator)
         m_authenticator = makePlatformAuthenticator();
     // A computer that cannot check its owner never locks the owner out of the data.

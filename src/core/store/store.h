@@ -6,6 +6,7 @@
 #include "platform/authenticator.h"
 #include "platform/notifier.h"
 #include "store/history.h"
+#include "store/sealedfile.h"
 
 #include <QDate>
 #include <QLockFile>
@@ -45,6 +46,11 @@ struct StoreOptions
     // outcome then tells only what went wrong at once, and a write that fails later
     // puts "Could not save: <reason>" in the status line.
     std::size_t saveInBackgroundFrom = std::numeric_limits<std::size_t>::max();
+    // The passphrase of encrypted books, given before the Store starts (the command
+    // line); without it encrypted books wait for openWithPassphrase().
+    std::shared_ptr<const Sealed::Secret> passphrase;
+    // What a new passphrase's key costs to derive; tests make it cheap.
+    Sealed::Cost sealingCost = Sealed::Cost::standard();
 };
 
 // What a Store operation that changes data came to. True when the Book took the
@@ -137,6 +143,10 @@ class Store : public QObject
     Q_PROPERTY(QString redoText READ redoText NOTIFY historyChanged FINAL)
     Q_PROPERTY(bool canUndo READ canUndo NOTIFY historyChanged FINAL)
     Q_PROPERTY(bool canRedo READ canRedo NOTIFY historyChanged FINAL)
+    // The money file is encrypted with the owner's passphrase.
+    Q_PROPERTY(bool encrypted READ encrypted NOTIFY encryptedChanged FINAL)
+    // The books are encrypted and not opened yet: the lock asks for the passphrase.
+    Q_PROPERTY(bool needsPassphrase READ needsPassphrase NOTIFY lockedChanged FINAL)
 
 public:
     static constexpr int backupsKept = 30;
@@ -354,6 +364,34 @@ public:
     // why not (a backup that is missing or cannot be read changes nothing).
     Saved restoreBackup(const QDate &day);
 
+    // -- Encryption (sealing.cpp) -------------------------------------------------
+
+    // Encrypted books: the money file, the backups and the copies kept beside it are
+    // sealed (store/sealedfile.h) with a key made from the owner's passphrase. Such
+    // books start locked, with nothing of them read, until the passphrase opens them;
+    // the passphrase stands in for the account password then.
+    bool encrypted() const { return m_key != nullptr || m_awaitingPassphrase; }
+    bool needsPassphrase() const { return m_awaitingPassphrase; }
+    // What opens the backups of encrypted books; null for plain ones.
+    std::shared_ptr<const Sealed::Key> sealingKey() const { return m_key; }
+    // Reads encrypted books with `passphrase`. False, with unlockFailed(), when it is
+    // not theirs; a money file found damaged is set aside as an unreadable one is, and
+    // the new Book is encrypted with this passphrase.
+    bool openWithPassphrase(const Sealed::Secret &passphrase);
+    // The same for the lock screen, with the passphrase as typed.
+    Q_INVOKABLE bool unlockWithPassphrase(const QString &passphrase);
+    // Whether `passphrase` is the one the books are encrypted with now.
+    bool isPassphrase(const Sealed::Secret &passphrase) const;
+    // Encrypts the books with `passphrase` (or with a new one, when they already are):
+    // the money file first, then every backup and kept copy, each file replaced whole,
+    // so that a crash at any moment leaves every file readable by the old way or the new.
+    // Says "Your books are now encrypted." or "Your passphrase was changed.".
+    Saved encryptWith(const Sealed::Secret &passphrase);
+    // Writes the books plain again: the backups and kept copies first, the money file
+    // last, so that a crash on the way leaves encrypted books, finished at the next
+    // opening. Says "Your books are no longer encrypted.".
+    Saved decrypt();
+
     // -- For the screens ---------------------------------------------------------
 
     // The header's read-outs, as the screens show them; they change with the Book.
@@ -385,6 +423,7 @@ Q_SIGNALS:
     void historyChanged();
     // A deletion was made: the status line offers to undo it for a few seconds.
     void undoOffered();
+    void encryptedChanged();
 
 protected:
     // Keeps the file writes of one operation to one, at its end. Nestable.
@@ -462,6 +501,14 @@ private:
     void keepUnrounded(int count, const QString &first);
     void dailyBackup();
     void setLocked(bool locked);
+    // The bytes a save writes for `book`: the money file, sealed when the books are encrypted.
+    static QByteArray fileBytes(const Book &book, const Sealed::Key *key);
+    // Brings the backups and the copies kept beside the money file to `to` (plain when
+    // null), opening sealed ones with `from`; the files it could not change, by name.
+    QStringList convertCopies(const Sealed::Key *from, const Sealed::Key *to);
+    // Opens a money file or backup that may be sealed: the plain bytes, or why not.
+    QByteArray unseal(const QByteArray &bytes, QString *problem) const;
+    Saved switchSealing(std::shared_ptr<const Sealed::Key> to, const QString &text);
     void flush();
 
     Book m_book;
@@ -487,6 +534,10 @@ private:
     std::shared_future<void> m_encoded;
     std::shared_ptr<Authenticator> m_authenticator;
     static QPointer<Store> s_shared;
+    // The key of encrypted books, once opened; null for plain ones.
+    std::shared_ptr<const Sealed::Key> m_key;
+    bool m_awaitingPassphrase = false;
+    Sealed::Cost m_sealingCost;
 
     // Bill reminders (reminders.cpp): the pending rebuild and the bills it will use.
     void rebuildReminders();
