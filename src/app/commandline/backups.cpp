@@ -34,7 +34,7 @@ int listBackups(const QString &dir, const QStringList &arguments, std::FILE *out
         sizeWidth = std::max(sizeWidth, Backups::sizeText(backup.bytes).size());
     // Each line as soon as its backup is read: a large book's take a moment each.
     for (Backup &backup : backups) {
-        Backups::read(backup);
+        Backups::read(backup, unsealing().key.get());
         print(out, backup.day.toString(Qt::ISODate) + QStringLiteral("  ") +
                        Backups::sizeText(backup.bytes).rightJustified(sizeWidth) + QStringLiteral("  ") +
                        Backups::countText(backup));

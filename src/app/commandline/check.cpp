@@ -17,6 +17,17 @@ int check(const QString &dir, std::FILE *out, std::FILE *err)
         print(err, state.problem());
         return ExitStatus::failed;
     }
+    if (state.sealed && !unsealing().key) {
+        // Told without the passphrase: the header is sound and the size is the one it gives.
+        const QString damage = Sealed::wholenessOfFile(state.path);
+        if (!damage.isEmpty()) {
+            print(out, QStringLiteral("The money file is encrypted and damaged: %1.").arg(damage));
+            return ExitStatus::failed;
+        }
+        print(out, QStringLiteral("OK: the money file is encrypted and whole (not decrypted; give its passphrase "
+                                  "with --passphrase-fd to check what it holds)"));
+        return ExitStatus::ok;
+    }
     if (!state.book) {
         print(out, state.decodeError);
         return ExitStatus::failed;

@@ -7,6 +7,7 @@
 #include "store/store.h"
 
 #include <QDir>
+#include <QFile>
 #include <QSettings>
 
 #include <algorithm>
@@ -68,6 +69,14 @@ Commands:
       Replace the books with the backup of DATE, given as yyyy-MM-dd as backups
       lists it. The money file as it was is kept first, beside it, as
       coinhall.json.before-restore-<yyyyMMdd-HHmmss>.
+  encrypt
+      Encrypt the money file and every backup with a passphrase, read twice
+      from standard input (a line each), as "Encrypt my books with a
+      passphrase" on the Accounts screen does; on books already encrypted,
+      change the passphrase (the current one is read first). A forgotten
+      passphrase cannot be recovered by anyone: the books are then lost.
+  decrypt
+      Write the money file and every backup plain again, after the passphrase.
   remind [--wait]
       Show the bill reminders due now, as the window plans them, through the
       desktop's notifications: the system runs this at 09:00 while Coinhall is
@@ -78,6 +87,10 @@ Commands:
 Options:
   --data-dir DIR  Use DIR as the application folder instead of the default
                   (the folder "QFS Coinhall" in ~/.local/share).
+  --passphrase-fd N
+                  Read the passphrase of encrypted books from file descriptor N
+                  (one line) instead of standard input. A passphrase is never
+                  given as an argument, where other users could see it.
   --selftest      Run the built-in checks, print the report and exit with 0 when
                   all pass, else 1. Looks at nothing else and touches no user folder.
   --open money-in|money-out|import|bills
@@ -97,20 +110,24 @@ Options:
 
 When Coinhall is set to ask for your password when it opens, every command
 first asks for it (one line on standard input) and does nothing without it.
+On encrypted books every command asks for the passphrase instead (one line on
+standard input, or from --passphrase-fd), except check without
+--passphrase-fd, which only says whether the encrypted file is whole. Exports
+are written plain, and say so.
 
-import and restore save the money file as the window does: atomically, after
-the day's backup. While a running Coinhall holds the money file, they refuse
-and change nothing. check, report, export, backups and import --dry-run never
-change the application folder.
+import, restore, encrypt and decrypt save the money file as the window does:
+atomically, after the day's backup. While a running Coinhall holds the money
+file, they refuse and change nothing. check, report, export, backups and
+import --dry-run never change the application folder.
 
 Exit status: 0 done; 1 a file could not be read or saved, the money file is
-unsound, or the password did not open Coinhall; 2 wrong usage, no such account or
+unsound, or the password or passphrase did not open it; 2 wrong usage, no such account or
 no such backup; 3 the money file is held by a running Coinhall.
 )";
 
-const QStringList commands = {QStringLiteral("import"), QStringLiteral("export"), QStringLiteral("report"),
-                              QStringLiteral("check"),  QStringLiteral("remind"), QStringLiteral("backups"),
-                              QStringLiteral("restore")};
+const QStringList commands = {QStringLiteral("import"),  QStringLiteral("export"),  QStringLiteral("report"),
+                              QStringLiteral("check"),   QStringLiteral("remind"),  QStringLiteral("backups"),
+                              QStringLiteral("restore"), QStringLiteral("encrypt"), QStringLiteral("decrypt")};
 
 const QString moneyFileName = QStringLiteral("coinhall.json");
 
@@ -132,6 +149,7 @@ struct Split
     bool help = false;
     bool version = false;
     QString open;
+    int passphraseFd = -1; // --passphrase-fd; -1 for standard input
     QString error;
     QStringList rest; // the command and its own arguments
 };
@@ -155,6 +173,11 @@ Split split(const QStringList &arguments)
             s.open = i + 1 < arguments.size() ? arguments.at(++i) : QString();
             if (!openTargets.contains(s.open))
                 s.error = QStringLiteral("--open is money-in, money-out, import or bills.");
+        } else if (a == QLatin1String("--passphrase-fd")) {
+            bool number = false;
+            s.passphraseFd = i + 1 < arguments.size() ? arguments.at(++i).toInt(&number) : -1;
+            if (!number || s.passphraseFd < 0)
+                s.error = QStringLiteral("--passphrase-fd needs the number of an open file descriptor.");
         } else if (a == QLatin1String("--help")) {
             s.help = true;
         } else if (a == QLatin1String("--version")) {
@@ -181,9 +204,11 @@ QString readPassword(std::FILE *in, std::FILE *err)
         quiet.c_lflag &= ~tcflag_t(ECHO);
         ::tcsetattr(fd, TCSAFLUSH, &quiet);
     }
+    // A byte at a time from the descriptor itself: what follows the line (a passphrase
+    // for encrypt) stays there for the next reader rather than in a stdio buffer.
     QByteArray line;
-    for (int c = std::fgetc(in); c != EOF && c != '\n'; c = std::fgetc(in))
-        line.append(char(c));
+    for (char c = 0; ::read(fd, &c, 1) == 1 && c != '\n';)
+        line.append(c);
     if (terminal) {
         ::tcsetattr(fd, TCSAFLUSH, &saved);
         std::fputc('\n', err);
@@ -218,6 +243,43 @@ bool unlocked(const CommandLineUnlock &unlock, std::FILE *err)
     }
     print(err, QStringLiteral("That password did not open Coinhall, so nothing was read or changed."));
     return false;
+}
+
+// Encrypted books are opened with their passphrase before the command runs, once: a
+// wrong one stops here, with nothing read. The passphrase stands in for the account
+// password. False when the command must not go on.
+bool unsealed(const QString &dir, int fd, std::FILE *err)
+{
+    std::optional<Sealed::Secret> read = Sealed::Secret::readLine(fd, "Passphrase of your books: ");
+    if (!read) {
+        print(err, QStringLiteral("Your books are encrypted and no passphrase was given, so nothing was read."));
+        return false;
+    }
+    auto passphrase = std::make_shared<const Sealed::Secret>(std::move(*read));
+    QFile file(dir + QLatin1Char('/') + moneyFileName);
+    if (!file.open(QIODevice::ReadOnly)) {
+        print(err, QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(file.fileName()), file.errorString()));
+        return false;
+    }
+    const QByteArray header = file.read(qint64(Sealed::headerSize));
+    const std::optional<Sealed::Header> sound = Sealed::readHeader(header);
+    if (!sound) { // damaged: the command says so when it reads the file
+        unsealing().passphrase = passphrase;
+        return true;
+    }
+    std::shared_ptr<const Sealed::Key> key = Sealed::Key::forHeader(*passphrase, *sound);
+    if (!key || !key->opens(*sound)) {
+        print(err, QStringLiteral("That passphrase did not open your books, so nothing was read or changed."));
+        return false;
+    }
+    unsealing() = {passphrase, key};
+    return true;
+}
+
+bool booksSealed(const QString &dir)
+{
+    QFile file(dir + QLatin1Char('/') + moneyFileName);
+    return file.open(QIODevice::ReadOnly) && Sealed::looksSealed(file.read(8));
 }
 
 } // namespace
@@ -267,8 +329,21 @@ int runCommandLine(const QStringList &arguments, std::FILE *out, std::FILE *err,
     // The reminder service runs unattended and shows only what the window planned.
     if (command == QLatin1String("remind"))
         return remind(dir, s.rest, err);
-    if (commands.contains(command) && !unlocked(unlock, err))
-        return ExitStatus::failed;
+    unsealing() = {};
+    const int in = ::fileno(unlock.in);
+    if (commands.contains(command)) {
+        if (!booksSealed(dir)) {
+            if (!unlocked(unlock, err))
+                return ExitStatus::failed;
+        } else if (command != QLatin1String("check") || s.passphraseFd >= 0) {
+            if (!unsealed(dir, s.passphraseFd >= 0 ? s.passphraseFd : in, err))
+                return ExitStatus::failed;
+        }
+    }
+    if (command == QLatin1String("encrypt"))
+        return encrypt(dir, s.rest, in, out, err);
+    if (command == QLatin1String("decrypt"))
+        return decrypt(dir, s.rest, out, err);
     if (command == QLatin1String("import"))
         return importFile(dir, s.rest, out, err);
     if (command == QLatin1String("export"))

@@ -45,6 +45,12 @@ Options::Options(const QStringList &arguments, const QStringList &flags, const Q
     }
 }
 
+Unsealing &unsealing()
+{
+    static Unsealing current;
+    return current;
+}
+
 MoneyFileState readMoneyFile(const QString &dir)
 {
     MoneyFileState state;
@@ -55,6 +61,23 @@ MoneyFileState readMoneyFile(const QString &dir)
         return state;
     if (!file.open(QIODevice::ReadOnly)) {
         state.readError = file.errorString();
+        return state;
+    }
+    if (Sealed::looksSealed(file.peek(8))) {
+        state.sealed = true;
+        if (!unsealing().key) {
+            state.decodeError = QStringLiteral("it is encrypted");
+            return state;
+        }
+        QByteArray plain;
+        if (Sealed::open(file.readAll(), *unsealing().key, &plain, &state.decodeError) != Sealed::Opened::ok) {
+            if (state.decodeError.isEmpty())
+                state.decodeError = QStringLiteral("it is encrypted with another passphrase");
+            return state;
+        }
+        MoneyFile::Decoded decoded = MoneyFile::decode(std::string_view(plain.constData(), size_t(plain.size())));
+        state.book = std::move(decoded.book);
+        state.decodeError = decoded.error;
         return state;
     }
     MoneyFile::Decoded decoded = MoneyFile::decodeFile(file);
@@ -80,7 +103,14 @@ std::unique_ptr<Reading> openForReading(MoneyFileState state, std::FILE *err)
 
 std::unique_ptr<Store> openForWriting(const QString &dir, std::FILE *err, int &status)
 {
-    auto store = std::make_unique<Store>(StoreOptions{dir});
+    StoreOptions options{dir};
+    options.passphrase = unsealing().passphrase;
+    auto store = std::make_unique<Store>(std::move(options));
+    if (store->needsPassphrase()) {
+        print(err, QStringLiteral("That passphrase did not open your books, so nothing was read or changed."));
+        status = ExitStatus::failed;
+        return nullptr;
+    }
     if (store->writable())
         return store;
     if (store->fromNewerVersion()) {

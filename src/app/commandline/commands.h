@@ -6,6 +6,7 @@
 
 #include "model/money.h"
 #include "model/records.h"
+#include "store/sealedfile.h"
 #include "store/store.h"
 
 #include <QDir>
@@ -42,11 +43,22 @@ private:
     QString m_error;
 };
 
+// Encrypted books as the command opened them: the passphrase read at its start, and the
+// key it gave for reading. Both null for plain books, and for `check` without a passphrase.
+struct Unsealing
+{
+    std::shared_ptr<const Sealed::Secret> passphrase;
+    std::shared_ptr<const Sealed::Key> key;
+};
+// The command's own, set before it runs.
+Unsealing &unsealing();
+
 // The money file as it is on disk: absent, a Book, or why it cannot be used.
 struct MoneyFileState
 {
     QString path;
     bool exists = false;
+    bool sealed = false; // encrypted; without unsealing()'s key nothing more is read
     std::optional<Book> book;
     QString readError;   // the file could not be read
     QString decodeError; // the file was read but is not a sound money file
@@ -60,7 +72,8 @@ struct MoneyFileState
     }
 };
 
-// Reads and decodes the money file without changing anything.
+// Reads and decodes the money file without changing anything; encrypted books with
+// unsealing()'s key.
 MoneyFileState readMoneyFile(const QString &dir);
 
 // A Store for questions only. It answers from a Book read out of the application
@@ -107,5 +120,8 @@ int report(const QString &dir, const QStringList &arguments, std::FILE *out, std
 int remind(const QString &dir, const QStringList &arguments, std::FILE *err);
 int listBackups(const QString &dir, const QStringList &arguments, std::FILE *out, std::FILE *err);
 int restore(const QString &dir, const QStringList &arguments, std::FILE *out, std::FILE *err);
+// `in` gives the new passphrase, twice; unsealing() the current one.
+int encrypt(const QString &dir, const QStringList &arguments, int in, std::FILE *out, std::FILE *err);
+int decrypt(const QString &dir, const QStringList &arguments, std::FILE *out, std::FILE *err);
 
 } // namespace CommandLine

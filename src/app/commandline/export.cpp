@@ -24,7 +24,8 @@ int exportFile(const QString &dir, const QStringList &arguments, std::FILE *out,
         print(err, written.error);
         return ExitStatus::failed;
     }
-    print(out, reading->store->status()); // "Saved <file name>."
+    print(out, reading->store->status() + // "Saved <file name>."
+                   (unsealing().key ? QStringLiteral(" It is not encrypted, unlike your books.") : QString()));
     return ExitStatus::ok;
 }
 

@@ -45,6 +45,8 @@ Saved Store::writeExport(const QString &path, const QByteArray &bytes)
         setStatus(error);
         return {true, error};
     }
-    setStatus(tr("Saved %1.").arg(QFileInfo(path).fileName()));
+    // An export is plain by the owner's choice; encrypted books say so once.
+    setStatus(tr("Saved %1.").arg(QFileInfo(path).fileName()) +
+              (encrypted() ? tr(" It is not encrypted, unlike your books.") : QString()));
     return {true, {}};
 }

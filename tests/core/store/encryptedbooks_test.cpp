@@ -4,6 +4,8 @@
 
 #include "store/backups.h"
 
+#include <unistd.h>
+
 using namespace Sealed;
 
 namespace {
@@ -129,4 +131,67 @@ TEST_F(EncryptedBooks, ADamagedEncryptedFileIsKeptAsItWasAndTheNewBookStaysEncry
     EXPECT_TRUE(store.encrypted());
     ASSERT_TRUE(store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-1")));
     EXPECT_TRUE(sealed(file()));
+}
+
+// After the books are opened nothing of the passphrase is left in the process: it came
+// through a pipe into locked memory, and the derivation's copies were wiped. The test
+// keeps it only masked, so its own copy is never what is found.
+TEST_F(EncryptedBooks, NoCopyOfThePassphraseIsLeftInMemoryAfterOpening)
+{
+    constexpr unsigned char mask = 0x5a;
+    // A passphrase of 36 letters, kept masked even in this file.
+    const QByteArray masked("\x2b\x2f\x33\x3f\x2e\x7a\x37\x35\x34\x3d\x35\x35\x29\x3f\x7a\x6d\x7a\x2e\x3b\x37\x38\x35"
+                            "\x2f\x28\x33\x34\x3f\x29\x7a\x3b\x2e\x7a\x3e\x3b\x2d\x34");
+    const auto unmasked = [&] {
+        Secret s(std::size_t(masked.size()));
+        for (qsizetype i = 0; i < masked.size(); ++i)
+            s.data()[i] = static_cast<unsigned char>(masked[i] ^ mask);
+        return s;
+    };
+    {
+        Store store(options());
+        ASSERT_TRUE(store.encryptWith(unmasked()));
+    }
+    int pipe[2];
+    ASSERT_EQ(::pipe(pipe), 0);
+    for (const char m : masked) {
+        volatile char c = char(m ^ mask);
+        ASSERT_EQ(::write(pipe[1], const_cast<const char *>(&c), 1), 1);
+        c = 0;
+    }
+    ASSERT_EQ(::write(pipe[1], "\n", 1), 1);
+    ::close(pipe[1]);
+    StoreOptions o = options();
+    o.passphrase = std::make_shared<const Secret>(*Secret::readLine(pipe[0]));
+    ::close(pipe[0]);
+    Store store(std::move(o));
+    ASSERT_FALSE(store.locked());
+
+    // Every readable mapping of the process, read through /proc/self/mem.
+    QFile maps(QStringLiteral("/proc/self/maps"));
+    ASSERT_TRUE(maps.open(QIODevice::ReadOnly));
+    const QList<QByteArray> regions = maps.readAll().split('\n');
+    QFile mem(QStringLiteral("/proc/self/mem"));
+    ASSERT_TRUE(mem.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
+    qint64 scanned = 0;
+    QByteArray chunk;
+    for (const QByteArray &region : regions) {
+        const QList<QByteArray> fields = region.simplified().split(' ');
+        if (fields.size() < 2 || !fields[1].startsWith('r') || region.contains("[vvar]"))
+            continue;
+        const QList<QByteArray> range = fields[0].split('-');
+        const quint64 from = range[0].toULongLong(nullptr, 16), to = range[1].toULongLong(nullptr, 16);
+        if (!mem.seek(qint64(from)))
+            continue;
+        chunk = mem.read(qint64(to - from));
+        scanned += chunk.size();
+        const auto *bytes = reinterpret_cast<const unsigned char *>(chunk.constData());
+        for (qsizetype i = 0; i + masked.size() <= chunk.size(); ++i) {
+            qsizetype same = 0;
+            while (same < masked.size() && (bytes[i + same] ^ mask) == static_cast<unsigned char>(masked[same]))
+                ++same;
+            ASSERT_LT(same, masked.size()) << "found in " << region.toStdString();
+        }
+    }
+    EXPECT_GT(scanned, 1 << 20);
 }
