@@ -128,6 +128,51 @@ SheetFrame {
         }
     }
 
+    Label2 {
+        Layout.topMargin: Tokens.spaceXS
+        visible: bridge.readingChangeable
+        text: "How the file is written"
+    }
+
+    // The encoding, separator and number style found in a table, which the user may
+    // correct when the preview shows mangled letters or amounts.
+    GridLayout {
+        objectName: "readingPickers"
+        Layout.fillWidth: true
+        visible: bridge.readingChangeable
+        columns: 2
+        columnSpacing: Tokens.spaceL
+        rowSpacing: Tokens.spaceS
+
+        FormChoice {
+            objectName: "encodingPicker"
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1 // the columns share the width evenly
+            label: "Text"
+            model: bridge.encodingChoices
+            currentIndex: bridge.encodingChoices.indexOf(bridge.encoding)
+            onActivated: index => bridge.encoding = bridge.encodingChoices[index]
+        }
+        FormChoice {
+            objectName: "separatorPicker"
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1 // the columns share the width evenly
+            label: "Cells separated by"
+            model: ["Commas", "Semicolons", "Tabs"]
+            currentIndex: bridge.separator
+            onActivated: index => bridge.separator = index
+        }
+        FormChoice {
+            objectName: "numberPicker"
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1 // the columns share the width evenly
+            label: "Amounts written"
+            model: ["1,234.56", "1.234,56"]
+            currentIndex: bridge.decimalComma ? 1 : 0
+            onActivated: index => bridge.decimalComma = index === 1
+        }
+    }
+
     FormRow {
         visible: bridge.datesAmbiguous
 

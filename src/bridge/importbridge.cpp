@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr QChar separators[] = {u',', u';', u'\t'};
+
 // The mapping's six columns in picker order.
 std::array<std::optional<int> *, 6> columnsOf(CSVImporter::Mapping &m)
 {
@@ -33,6 +35,64 @@ void ImportBridge::linked()
             emit accountChanged();
         }
     }
+}
+
+QStringList ImportBridge::encodingChoices()
+{
+    return {QStringLiteral("UTF-8"), QStringLiteral("UTF-16LE"), QStringLiteral("UTF-16BE"),
+            QStringLiteral("Windows-1252"), QStringLiteral("ISO-8859-15")};
+}
+
+QString ImportBridge::encoding() const
+{
+    return isTable() ? only()->csv()->reading().encoding.value_or(QString()) : m_reading.encoding.value_or(QString());
+}
+
+void ImportBridge::setEncoding(const QString &encoding)
+{
+    CSVImporter::Reading chosen = m_reading;
+    chosen.encoding = encoding;
+    readTableAs(chosen);
+}
+
+int ImportBridge::separator() const
+{
+    const QChar found = isTable() ? only()->csv()->reading().separator.value_or(u',') : u',';
+    return int(std::find(std::begin(separators), std::end(separators), found) - std::begin(separators));
+}
+
+void ImportBridge::setSeparator(int separator)
+{
+    if (separator < 0 || separator >= int(std::size(separators)))
+        return;
+    CSVImporter::Reading chosen = m_reading;
+    chosen.separator = separators[separator];
+    readTableAs(chosen);
+}
+
+bool ImportBridge::decimalComma() const
+{
+    return isTable() && only()->csv()->reading().decimalComma.value_or(false);
+}
+
+void ImportBridge::setDecimalComma(bool decimalComma)
+{
+    CSVImporter::Reading chosen = m_reading;
+    chosen.decimalComma = decimalComma;
+    readTableAs(chosen);
+}
+
+void ImportBridge::readTableAs(const CSVImporter::Reading &chosen)
+{
+    // Only a single table is read again; once an encoding made it unreadable it has no
+    // table, yet another encoding may read it.
+    if (!readingChangeable() || chosen == m_reading)
+        return;
+    m_reading = chosen;
+    m_files.front().setReading(chosen);
+    emit fileChanged();
+    emit mappingChanged();
+    reload();
 }
 
 QStringList ImportBridge::columnChoices() const
@@ -125,6 +185,7 @@ void ImportBridge::openFiles(const QVariantList &files)
     }
     m_fileName = m_names.size() == 1 ? m_names.front() : m_names.isEmpty() ? QString() : QStringLiteral("%1 files").arg(m_names.size());
     m_dayFirst = false;
+    m_reading = {};
     emit fileChanged();
     emit mappingChanged();
     reload();
@@ -159,7 +220,10 @@ void ImportBridge::reload()
     const QUuid account(m_account);
     QString refusal;
     for (qsizetype i = 0; m_store && i < qsizetype(m_files.size()) && refusal.isEmpty(); ++i) {
-        if (const QString why = m_files[size_t(i)].refusal(m_store->book().currency); !why.isEmpty())
+        const BankFile &file = m_files[size_t(i)];
+        if (!file.error().isEmpty()) // read in an encoding the user chose that it is not in
+            refusal = QStringLiteral("Coinhall can't read %1: %2.").arg(m_names[i], file.error());
+        else if (const QString why = file.refusal(m_store->book().currency); !why.isEmpty())
             refusal = QStringLiteral("Coinhall can't import %1: %2.").arg(m_names[i], why);
     }
     m_message = !m_readError.isEmpty() ? m_readError : refusal;

@@ -41,6 +41,16 @@ class ImportBridge : public StoreBridge
     // decides, month first until the user says otherwise.
     Q_PROPERTY(bool datesAmbiguous READ datesAmbiguous NOTIFY fileChanged FINAL)
     Q_PROPERTY(bool dayFirst READ dayFirst WRITE setDayFirst NOTIFY previewChanged FINAL)
+    // How a table's text is read, as found or as the user chose: its encoding (one of
+    // encodingChoices, or another ICU name the file's mark gave), its separator (0 for
+    // ",", 1 for ";", 2 for a tab) and whether amounts have a decimal comma.
+    // The reading may be changed while `isTable`, and after a chosen encoding left no
+    // table, so that another may be chosen.
+    Q_PROPERTY(bool readingChangeable READ readingChangeable NOTIFY fileChanged FINAL)
+    Q_PROPERTY(QStringList encodingChoices READ encodingChoices CONSTANT FINAL)
+    Q_PROPERTY(QString encoding READ encoding WRITE setEncoding NOTIFY fileChanged FINAL)
+    Q_PROPERTY(int separator READ separator WRITE setSeparator NOTIFY fileChanged FINAL)
+    Q_PROPERTY(bool decimalComma READ decimalComma WRITE setDecimalComma NOTIFY fileChanged FINAL)
     // What each column picker offers: "—" (no column), then one entry per header in
     // header order, its text or "Column <k>" when it has none.
     Q_PROPERTY(QStringList columnChoices READ columnChoices NOTIFY fileChanged FINAL)
@@ -82,6 +92,14 @@ public:
     bool datesAmbiguous() const { return only() && only()->datesAmbiguous(); }
     bool dayFirst() const { return m_dayFirst; }
     void setDayFirst(bool dayFirst);
+    bool readingChangeable() const { return isTable() || (m_files.size() == 1 && m_reading.encoding); }
+    static QStringList encodingChoices();
+    QString encoding() const;
+    void setEncoding(const QString &encoding);
+    int separator() const;
+    void setSeparator(int separator);
+    bool decimalComma() const;
+    void setDecimalComma(bool decimalComma);
     QStringList columnChoices() const;
     QVariantList choices() const;
     QString account() const { return m_account; }
@@ -122,11 +140,14 @@ private:
     // The one file chosen, when there is one and no more.
     BankFile *only() { return m_files.size() == 1 ? &m_files.front() : nullptr; }
     const BankFile *only() const { return m_files.size() == 1 ? &m_files.front() : nullptr; }
+    // The table read again with `chosen` over what its bytes show.
+    void readTableAs(const CSVImporter::Reading &chosen);
 
     std::vector<BankFile> m_files;
     QStringList m_names;
     QStringList m_fileLines;
     bool m_dayFirst = false;
+    CSVImporter::Reading m_reading; // the encoding, separator and number style the user chose
     QString m_fileName;
     QString m_message;
     QString m_readError; // why the file chosen last cannot be read

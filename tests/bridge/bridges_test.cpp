@@ -113,6 +113,32 @@ TEST_F(Bridges, ImportSheetNamesTheColumnsDrivesThePreviewFlipsAndNeedsAnAccount
     EXPECT_EQ(std::tuple(imported.amount, imported.accountID), std::tuple(d("289"), savings.id));
 }
 
+// The user corrects how a table is read; an encoding it is not in says so and keeps
+// the file, so that another can be chosen.
+TEST_F(Bridges, ImportSheetReadsATableAsTheUserSays)
+{
+    const QString path = temp.filePath(QStringLiteral("konto.csv"));
+    writeAll(path, "Datum;Omschrijving;Bedrag\n02-01-2025;Caf\xE9 M\xFCller;-1.234,56\n");
+    ImportBridge sheet;
+    sheet.setStore(store.get());
+    sheet.open(QUrl::fromLocalFile(path));
+    const auto shown = [&] {
+        const QVariantMap first = sheet.previewLines().value(0).toMap();
+        return std::tuple(sheet.encoding(), sheet.separator(), sheet.decimalComma(),
+                          first.value("payee").toString() + u' ' + first.value("amountText").toString(), sheet.message());
+    };
+    EXPECT_EQ(shown(), std::tuple("Windows-1252", 1, true, "Café Müller -$1,234.56", ""));
+
+    sheet.setEncoding(QStringLiteral("UTF-8"));
+    EXPECT_EQ(std::tuple(sheet.readingChangeable(), sheet.hasPreview(), sheet.message()),
+              std::tuple(true, false, "Coinhall can't read konto.csv: it is not written in UTF-8."));
+    sheet.setEncoding(QStringLiteral("ISO-8859-15"));
+    sheet.setDecimalComma(false);
+    EXPECT_EQ(shown(), std::tuple("ISO-8859-15", 1, false, "Café Müller -$1.23", ""));
+    sheet.setSeparator(0); // one column of whole rows: nothing to read
+    EXPECT_EQ(std::tuple(sheet.separator(), sheet.columnChoices().size(), sheet.newCount()), std::tuple(0, 2, 0));
+}
+
 TEST_F(Bridges, ABridgeFollowsOnlyTheStoreItHasRefusesAnythingElseAndForgetsOneThatIsGone)
 {
     auto other = std::make_unique<Store>(

@@ -167,10 +167,18 @@ TestCase {
             keyClick(Qt.Key_Up)
         compare([amount.currentText, H.named(sheet, "previewTitle").text, importKey(sheet).enabled],
                 ["—", "Preview · 0 new · 0 already in · 17 unreadable", false])
+        // So does how the text is read: semicolons leave one column of whole rows.
+        const separator = H.named(sheet, "separatorPicker")
+        separator.box.forceActiveFocus()
+        keyClick(Qt.Key_Down)
+        compare([separator.currentText, H.named(sheet, "fileSummary").text, H.named(sheet, "columnPickers").model.length],
+                ["Semicolons", "CSV · UTF-8 · separated by ; · decimal point", 6])
+        compare(amount.box.count, 2, "the pickers offer the one column left")
         // A file that cannot be read (which ones: tests/core/bankfiles) drops the earlier one and says so.
         const message = H.named(sheet, "message")
         sheet.chooseFile(bankFile("no_such_download.csv"))
-        compare([message.visible, message.text, H.named(sheet, "columnPickers").visible, H.named(sheet, "previewTitle").visible,
+        compare([message.visible, message.text, H.named(sheet, "columnPickers").visible && H.named(sheet, "readingPickers").visible,
+                 H.named(sheet, "previewTitle").visible,
                  importKey(sheet).title, importKey(sheet).enabled],
                 [true, "Coinhall can't read no_such_download.csv: it could not be opened (No such file or directory).", false,
                  false, "Import 0", false])

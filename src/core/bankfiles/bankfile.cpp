@@ -62,9 +62,10 @@ void BankFile::read()
     else if (CamtReader::looksLike(m_bytes))
         m_statement = CamtReader::read(m_bytes);
     else if (QifReader::looksLike(m_bytes))
-        m_statement = QifReader::read(m_bytes, m_dayFirst);
-    else if (!(m_csv = CSVImporter::fromBytes(m_bytes, {.dayFirst = m_dayFirst})))
-        m_error = QStringLiteral("no table of dates and amounts was found in it");
+        m_statement = QifReader::read(m_bytes, m_chosen.dayFirst);
+    else if (!(m_csv = CSVImporter::fromBytes(m_bytes, m_chosen)))
+        m_error = m_chosen.encoding ? QStringLiteral("it is not written in %1").arg(*m_chosen.encoding)
+                                    : QStringLiteral("no table of dates and amounts was found in it");
     if (m_error.isEmpty())
         m_error = m_statement.error;
 }
@@ -93,13 +94,28 @@ bool BankFile::datesAmbiguous() const
 
 void BankFile::setDayFirst(bool dayFirst)
 {
-    if (m_dayFirst == dayFirst)
+    CSVImporter::Reading chosen = m_chosen;
+    chosen.dayFirst = dayFirst;
+    readAgain(chosen);
+}
+
+void BankFile::setReading(const CSVImporter::Reading &chosen)
+{
+    readAgain({chosen.encoding, chosen.separator, chosen.decimalComma, m_chosen.dayFirst});
+}
+
+void BankFile::readAgain(const CSVImporter::Reading &chosen)
+{
+    if (chosen == m_chosen)
         return;
-    m_dayFirst = dayFirst;
-    // A table read again keeps the columns the user chose.
+    // A table read again keeps the columns the user chose, unless other cells now
+    // stand between the separators.
     const std::optional<CSVImporter::Mapping> columns = m_csv ? std::optional(m_csv->mapping()) : std::nullopt;
+    const qsizetype headers = m_csv ? m_csv->headers().size() : 0;
+    const QChar separator = m_csv ? m_csv->reading().separator.value_or(u',') : QChar();
+    m_chosen = chosen;
     read();
-    if (m_csv && columns)
+    if (m_csv && columns && m_csv->reading().separator.value_or(u',') == separator && m_csv->headers().size() == headers)
         m_csv->setMapping(*columns);
 }
 

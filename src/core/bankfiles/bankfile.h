@@ -40,6 +40,10 @@ public:
     // reading took month first until setDayFirst() says otherwise.
     bool datesAmbiguous() const;
     void setDayFirst(bool dayFirst);
+    // Reads a CSV again with the encoding, separator and number style the user chose
+    // over those found (each unset one found again); the date order stays as
+    // setDayFirst() left it. Columns the user chose are kept while the separator is.
+    void setReading(const CSVImporter::Reading &chosen);
     // Why the file's lines cannot go into books kept in `bookCurrency`, naming both;
     // empty when they can (the file names no currency, or the same).
     QString refusal(const QString &bookCurrency) const;
@@ -50,10 +54,11 @@ public:
 private:
     BankFile() = default;
     void read();
+    void readAgain(const CSVImporter::Reading &chosen);
 
     QByteArray m_bytes;
     std::optional<CSVImporter> m_csv;
     Statement m_statement;
-    std::optional<bool> m_dayFirst;
+    CSVImporter::Reading m_chosen; // what the user said over what the file shows
     QString m_error;
 };
