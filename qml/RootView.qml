@@ -238,7 +238,8 @@ FocusScope {
             if (!drop.hasUrls)
                 return
             drop.acceptProposedAction()
-            root.openSheet(CHSheet.importCSV(drop.urls))
+            // A copy: the event's list is gone once the event is, before the sheet reads it.
+            root.openSheet(CHSheet.importCSV(Array.from(drop.urls)))
         }
     }
 

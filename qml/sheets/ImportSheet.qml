@@ -31,7 +31,9 @@ SheetFrame {
         bridge.openFiles(files)
     }
 
-    Component.onCompleted: {
+    // Files dropped on the window come with the sheet case, which the sheet host hands
+    // over once the sheet is made.
+    onSheetChanged: {
         if (sheet && sheet.files && sheet.files.length > 0)
             chooseFiles(sheet.files)
     }

@@ -187,9 +187,13 @@ TestCase {
     }
 
     // Several files at once, each after the ones before it: the same download twice adds nothing more.
+    // They come with the sheet case, as when dropped on the window.
     function test_severalFilesAtOnce() {
-        const sheet = openSheet(0)
-        sheet.chooseFiles([bankFile("harbor_checking.csv"), bankFile("harbor_checking.csv"), bankFile("thistle_uk.csv")])
+        const host = H.make(testCase, testCase, "SheetHost { anchors.fill: parent }")
+        host.sheet = CHSheet.importCSV([bankFile("harbor_checking.csv"), bankFile("harbor_checking.csv"),
+                                        bankFile("thistle_uk.csv")])
+        tryVerify(() => host.view !== null)
+        const sheet = host.view
         const reading = " · CSV · UTF-8 · separated by , · decimal point · "
         compare([H.named(sheet, "fileName").text, H.texts(sheet, "fileLine"), importKey(sheet).title],
                 ["3 files", ["harbor_checking.csv" + reading + "15 new · 0 already in · 2 unreadable",
