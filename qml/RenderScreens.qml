@@ -85,7 +85,9 @@ Main {
             { name: "sheet-newAccount", sheet: CHSheet.newAccount() },
             { name: "sheet-importCSV", sheet: CHSheet.importCSV() },
             { name: "sheet-settings", sheet: CHSheet.settings() },
-            { name: "sheet-restoreBackup", sheet: CHSheet.restoreBackup(samples.backup) }
+            { name: "sheet-restoreBackup", sheet: CHSheet.restoreBackup(samples.backup) },
+            { name: "sheet-passphrase-on", sheet: CHSheet.passphrase("on") },
+            { name: "sheet-passphrase-change", sheet: CHSheet.passphrase("change") }
         ]
     }
 

@@ -10,7 +10,7 @@ QtObject {
     // Every case, in the order the root view's table lists them.
     readonly property var kinds: ["newTx", "editTx", "editBill", "payBill", "editRoyalty", "receiveRoyalty",
         "editAccount", "transfer", "newBill", "newRoyalty", "newAccount", "importCSV", "help", "settings",
-        "restoreBackup"]
+        "restoreBackup", "passphrase"]
 
     // A new transaction: money in when `income`, else money out.
     function newTx(income: bool): var {
@@ -62,6 +62,11 @@ QtObject {
     // The confirmation of a restore: `record` is the backup as AccountsBridge.backups lists it.
     function restoreBackup(backup: var): var {
         return make("restoreBackup", { record: backup }, backup && backup.day !== undefined ? String(backup.day) : "")
+    }
+
+    // Encryption of the books: `mode` "on" (encrypt), "change" (a new passphrase) or "off".
+    function passphrase(mode: string): var {
+        return make("passphrase", { mode: mode }, mode)
     }
 
     function withRecord(kind: string, record: var): var {

@@ -8,7 +8,8 @@ import Coinhall
 // When it appears it focuses the password field and asks the Store once with no
 // password, which only a computer that cannot check its owner opens by (no empty
 // password is ever checked); after that the password field and the "Unlock" key try
-// with what the owner typed.
+// with what the owner typed. Encrypted books ask for their passphrase instead, and
+// nothing of them is even read until it is given.
 Curtain {
     id: root
 
@@ -17,6 +18,8 @@ Curtain {
     // The last attempt was the user's own and it was refused.
     property bool refused: false
 
+    // The books are encrypted: the field takes their passphrase.
+    readonly property bool passphrase: Store.needsPassphrase
     property bool userAttempt: false
     property bool hasQueued: false
     property string queued
@@ -29,10 +32,17 @@ Curtain {
             hasQueued = true
             return
         }
+        if (passphrase && password === "") // nothing to try: the field waits
+            return
         checking = true
         userAttempt = byUser
         if (byUser)
             refused = false
+        if (passphrase) {
+            // Deriving the key takes a moment; the refusal, if any, comes as unlockFailed.
+            Store.unlockWithPassphrase(password)
+            return
+        }
         Store.unlock(password)
         // A Store that cannot check its owner opens (or stays open) at once.
         if (!Store.locked)
@@ -87,8 +97,10 @@ Curtain {
     BodyText {
         Layout.fillWidth: true
         horizontalAlignment: Text.AlignHCenter
-        text: root.refused ? "That password did not open Coinhall. Try again."
-                           : "Type your account password to open your books."
+        text: root.passphrase ? (root.refused ? "That passphrase did not open your books."
+                                              : "Your books are encrypted. Type your passphrase to open them.")
+                              : root.refused ? "That password did not open Coinhall. Try again."
+                                             : "Type your account password to open your books."
         color: root.refused ? Tokens.destructive : Looks.current.muted
         wrapMode: Text.WordWrap
         Accessible.role: Accessible.StaticText
@@ -100,7 +112,7 @@ Curtain {
         objectName: "lockPassword"
         Layout.fillWidth: true
         echoMode: TextInput.Password
-        placeholderText: "Account password"
+        placeholderText: root.passphrase ? "Passphrase" : "Account password"
         Accessible.name: placeholderText
         placeholderTextColor: Looks.current.muted
         color: Looks.current.text

@@ -79,6 +79,8 @@ FocusScope {
             return settingsSheet
         case "restoreBackup":
             return restoreBackup
+        case "passphrase":
+            return passphraseSheet
         }
         console.warn("SheetHost: no sheet for", kind)
         return null
@@ -197,6 +199,11 @@ FocusScope {
         id: restoreBackup
 
         RestoreBackupSheet {}
+    }
+    Component {
+        id: passphraseSheet
+
+        PassphraseSheet {}
     }
     // Kept for a settings panel; nothing opens it yet.
     Component {

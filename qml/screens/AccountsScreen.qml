@@ -167,6 +167,30 @@ Item {
                     }
                 }
 
+                // On or off only through the passphrase sheet, which may be cancelled.
+                RowLayout {
+                    Layout.fillWidth: true
+                    spacing: Tokens.spaceL
+
+                    FormToggle {
+                        objectName: "encryptToggle"
+                        Layout.fillWidth: true
+                        text: "Encrypt my books with a passphrase"
+                        checked: Store.encrypted
+                        onToggled: {
+                            root.openSheet(CHSheet.passphrase(checked ? "on" : "off"))
+                            checked = Qt.binding(() => Store.encrypted)
+                        }
+                    }
+                    Key {
+                        objectName: "changePassphraseKey"
+                        visible: Store.encrypted
+                        title: "Change passphrase…"
+                        icon.name: "lock.shield"
+                        onClicked: root.openSheet(CHSheet.passphrase("change"))
+                    }
+                }
+
                 RowLayout {
                     Layout.fillWidth: true
                     spacing: Tokens.spaceL

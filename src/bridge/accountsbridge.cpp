@@ -6,7 +6,9 @@
 #include "store/store.h"
 
 #include <QHash>
+
 #include <QUuid>
+#include <algorithm>
 
 #include <tuple>
 
@@ -146,6 +148,13 @@ bool AccountsBridge::deleteAccount(const QString &id)
 
 void AccountsBridge::linked()
 {
+    if (m_store) {
+        // Every backup was rewritten, and the key that opens them changed.
+        connect(m_store, &Store::encryptedChanged, this, [this] {
+            if (m_shelf)
+                refreshBackups();
+        });
+    }
     if (m_shelf)
         refreshBackups(); // another Store, another folder
 }
@@ -180,6 +189,64 @@ void AccountsBridge::showBackups()
     }
     m_backups = std::move(backups);
     emit backupsChanged();
+}
+
+namespace {
+
+// What a new passphrase typed twice lacks; empty when it will do.
+QString newPassphraseProblem(const QString &passphrase, const QString &again)
+{
+    if (passphrase.isEmpty())
+        return QStringLiteral("Type a passphrase.");
+    if (passphrase != again)
+        return QStringLiteral("The two passphrases differ.");
+    return {};
+}
+
+} // namespace
+
+QString AccountsBridge::encryptBooks(const QString &passphrase, const QString &again)
+{
+    if (const QString problem = newPassphraseProblem(passphrase, again); !problem.isEmpty())
+        return problem;
+    if (!m_store)
+        return QStringLiteral("There are no books open.");
+    const Saved done = m_store->encryptWith(Sealed::Secret::fromText(passphrase));
+    return done ? QString() : m_store->status();
+}
+
+QString AccountsBridge::changePassphrase(const QString &current, const QString &passphrase, const QString &again)
+{
+    if (!m_store || !m_store->isPassphrase(Sealed::Secret::fromText(current)))
+        return QStringLiteral("That is not your current passphrase.");
+    return encryptBooks(passphrase, again);
+}
+
+QString AccountsBridge::decryptBooks(const QString &current)
+{
+    if (!m_store || !m_store->isPassphrase(Sealed::Secret::fromText(current)))
+        return QStringLiteral("That is not your current passphrase.");
+    const Saved done = m_store->decrypt();
+    return done ? QString() : m_store->status();
+}
+
+QString AccountsBridge::passphraseStrength(const QString &passphrase)
+{
+    // A rough guide, not a promise: length counts most, then the kinds of characters.
+    const qsizetype length = passphrase.size();
+    if (length == 0)
+        return {};
+    if (length < 12)
+        return QStringLiteral("Too short: use at least 12 characters, a few words are easiest to remember.");
+    int kinds = 0;
+    const auto has = [&](auto test) { return std::any_of(passphrase.begin(), passphrase.end(), test); };
+    kinds += has([](QChar c) { return c.isLower(); });
+    kinds += has([](QChar c) { return c.isUpper(); });
+    kinds += has([](QChar c) { return c.isDigit(); });
+    kinds += has([](QChar c) { return !c.isLetterOrNumber(); });
+    if (length >= 20 || (length >= 14 && kinds >= 3))
+        return QStringLiteral("Strong.");
+    return QStringLiteral("Fair: longer is stronger.");
 }
 
 bool AccountsBridge::restoreBackup(const QString &day)

@@ -80,6 +80,16 @@ public:
     // are now beside the money file; the status line tells how it went. True when done.
     Q_INVOKABLE bool restoreBackup(const QString &day);
 
+    // Encryption, for the passphrase sheet. Each returns what was wrong with what was
+    // typed ("The two passphrases differ."), or empty when it was done; the status line
+    // then says so. The typed texts are turned into locked memory at once.
+    Q_INVOKABLE QString encryptBooks(const QString &passphrase, const QString &again);
+    Q_INVOKABLE QString changePassphrase(const QString &current, const QString &passphrase, const QString &again);
+    Q_INVOKABLE QString decryptBooks(const QString &current);
+    // How hard a passphrase would be to guess, in a few words: "Too short: use at least
+    // 12 characters.", "Fair: longer is stronger.", "Strong." Empty for empty text.
+    Q_INVOKABLE static QString passphraseStrength(const QString &passphrase);
+
 Q_SIGNALS:
     // The accounts, total or budgets may have changed.
     void changed();

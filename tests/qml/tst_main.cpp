@@ -31,8 +31,8 @@ public:
     {
         QFile file(pamDir + QStringLiteral("/coinhall"));
         const QByteArray name = module.toUtf8();
-        return file.open(QIODevice::WriteOnly | QIODevice::Truncate)
-               && file.write("auth required " + name + "\naccount required " + name + "\n") > 0;
+        return file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
+               file.write("auth required " + name + "\naccount required " + name + "\n") > 0;
     }
 };
 
@@ -57,6 +57,12 @@ public Q_SLOTS:
                 .setValue(QStringLiteral("requireUnlock"), true);
             m_hooks.usePamModule(QStringLiteral("pam_deny.so"));
             options.authenticator = std::make_shared<PamAuthenticator>(QStringLiteral("coinhall"), m_hooks.pamDir);
+        }
+        // COINHALL_TEST_ENCRYPTED: books encrypted with the passphrase "tuba solo", cheaply.
+        if (qEnvironmentVariableIsSet("COINHALL_TEST_ENCRYPTED")) {
+            options.sealingCost = Sealed::Cost::cheapest();
+            if (!Store(options).encryptWith(Sealed::Secret("tuba solo", 9)))
+                qFatal("could not encrypt the test's books");
         }
         m_store = std::make_unique<Store>(options);
         Store::setShared(m_store.get());
