@@ -4,6 +4,8 @@
 // their text is stored before the text itself.
 #include "store/reports.h"
 
+#include <QDate>
+#include <QDateTime>
 #include <QHash>
 
 #include <algorithm>
@@ -155,6 +157,122 @@ PeriodReport periodReport(std::span<const Transaction> lines, const std::vector<
     report.incomeLines = categoryLines(incomeRows, report.income, {}, months);
     report.spendingLines = categoryLines(spendingByCategory(lines, report.range), report.spending, budgets, months);
     return report;
+}
+
+namespace {
+
+// A CSV cell: in double quotes when it holds a comma, a quote or a line break, each
+// quote inside doubled.
+QByteArray csvCell(const QString &text)
+{
+    QByteArray bytes = text.toUtf8();
+    if (!bytes.contains(',') && !bytes.contains('"') && !bytes.contains('\n') && !bytes.contains('\r'))
+        return bytes;
+    bytes.replace('"', "\"\"");
+    return '"' + bytes + '"';
+}
+
+} // namespace
+
+std::vector<int> yearsWithLines(std::span<const Transaction> lines)
+{
+    // Turning a date into local time is the costly part, so a line is first tried
+    // against the years already found: a Book's lines come in runs of one year.
+    std::vector<std::pair<ClosedRange, int>> found;
+    std::size_t last = 0;
+    for (const Transaction &t : lines) {
+        if (last < found.size() && found[last].first.contains(t.date))
+            continue;
+        const auto known =
+            std::find_if(found.begin(), found.end(), [&t](const auto &year) { return year.first.contains(t.date); });
+        if (known != found.end()) {
+            last = std::size_t(known - found.begin());
+            continue;
+        }
+        found.emplace_back(Calendar::yearRange(t.date), t.date.toLocal().date().year());
+        last = found.size() - 1;
+    }
+    std::vector<int> years;
+    for (const auto &year : found)
+        years.push_back(year.second);
+    std::sort(years.begin(), years.end(), std::greater<>());
+    return years;
+}
+
+YearReport yearReport(std::span<const Transaction> lines, int year)
+{
+    YearReport report;
+    report.year = year;
+    const Instant midYear = Instant::fromDateTime(QDate(year, 7, 1).startOfDay());
+    report.range = Calendar::yearRange(midYear);
+    report.income = income(lines, report.range);
+    report.spending = spending(lines, report.range);
+    report.incomeByCategory = incomeByCategory(lines, report.range);
+    report.spendingByCategory = spendingByCategory(lines, report.range);
+    for (const auto &[name, amount] : report.spendingByCategory)
+        if (name == QLatin1String("Taxes"))
+            report.paidInTaxes = amount;
+
+    Groups payers, royalties;
+    DecimalSum in, out;
+    for (const Transaction &t : lines) {
+        if (!report.range.contains(t.date))
+            continue;
+        if (t.kind == TxKind::transfer) {
+            ++report.transferLines;
+            (t.amount.isNegative() ? out : in).add(t.amount);
+            continue;
+        }
+        if (!t.cleared)
+            report.pending.push_back({t.date, t.payee, t.category, t.amount});
+        if (t.amount.signum() > 0) {
+            payers[t.payee].add(t.amount);
+            if (t.category == QLatin1String("Royalties"))
+                royalties[t.payee].add(t.amount);
+        }
+    }
+    report.incomeByPayer = payers.take(Side::in);
+    report.royaltiesByPayer = royalties.take(Side::in);
+    report.transfersIn = in.total();
+    report.transfersOut = out.total().negated();
+    std::stable_sort(report.pending.begin(), report.pending.end(),
+                     [](const PendingLine &a, const PendingLine &b) { return a.date < b.date; });
+    report.months = monthly(lines, Instant::fromDateTime(QDate(year, 12, 1).startOfDay()), 12);
+    return report;
+}
+
+QByteArray yearCsv(const YearReport &report)
+{
+    QByteArray csv = "Section,Date,Name,Amount\n";
+    auto row = [&csv](const char *section, const QString &date, const QString &name, const Decimal &amount) {
+        csv += section;
+        csv += ',' + csvCell(date) + ',' + csvCell(name) + ',' + amount.toString().toUtf8() + '\n';
+    };
+    const QString year = QString::number(report.year);
+    row("Total", year, QStringLiteral("Income"), report.income);
+    row("Total", year, QStringLiteral("Spending"), report.spending);
+    row("Total", year, QStringLiteral("Net"), report.net());
+    row("Total", year, QStringLiteral("Paid to the tax office (Taxes)"), report.paidInTaxes);
+    row("Transfers left out", year, QStringLiteral("In"), report.transfersIn);
+    row("Transfers left out", year, QStringLiteral("Out"), report.transfersOut);
+    for (const auto &[name, amount] : report.incomeByCategory)
+        row("Income by category", year, name, amount);
+    for (const auto &[name, amount] : report.spendingByCategory)
+        row("Spending by category", year, name, amount);
+    for (const auto &[name, amount] : report.incomeByPayer)
+        row("Income by payer", year, name, amount);
+    for (const auto &[name, amount] : report.royaltiesByPayer)
+        row("Royalties by payer", year, name, amount);
+    for (const MonthFlow &month : report.months) {
+        const QString when = month.month.toLocal().date().toString(QStringLiteral("yyyy-MM"));
+        row("Income by month", when, {}, month.in);
+        row("Spending by month", when, {}, month.out);
+    }
+    for (const PendingLine &line : report.pending) {
+        const QString name = line.category.isEmpty() ? line.payee : line.payee + QStringLiteral(" · ") + line.category;
+        row("Pending", line.date.toLocal().date().toString(Qt::ISODate), name, line.amount);
+    }
+    return csv;
 }
 
 } // namespace Reports

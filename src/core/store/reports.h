@@ -3,8 +3,40 @@
 #include "model/period.h"
 #include "model/records.h"
 
+#include <QByteArray>
+
 #include <span>
 #include <vector>
+
+// A line of a year not yet cleared at the bank: counted in the year's figures and
+// listed apart, so the accountant sees what may still change.
+struct PendingLine
+{
+    Instant date;
+    QString payee;
+    QString category;
+    Decimal amount; // signed, as the line holds it
+};
+
+// The figures of one calendar year for the accountant (Reports::yearReport).
+struct YearReport
+{
+    int year = 0;
+    ClosedRange range;
+    Decimal income;
+    Decimal spending; // positive
+    Decimal net() const { return income - spending; }
+    CategoryTotals incomeByCategory;   // largest first
+    CategoryTotals spendingByCategory; // positive, largest first
+    CategoryTotals incomeByPayer;      // every payer, by exact payee text, largest first
+    CategoryTotals royaltiesByPayer;   // the income lines filed under "Royalties" only
+    Decimal paidInTaxes;               // spending filed under "Taxes"
+    int transferLines = 0;             // left out of every figure above
+    Decimal transfersIn;               // their money in, and out (positive)
+    Decimal transfersOut;
+    std::vector<PendingLine> pending; // oldest first, transfers left out
+    std::vector<MonthFlow> months;    // January to December
+};
 
 // The read-only report queries over a Book's lines (all of them, or the slice that
 // Store::linesWithin() finds for the range): what came in and went out over a range of
@@ -29,5 +61,13 @@ ClosedRange lastMonths(Instant now, int months);
 // that hold at least the period's and the Book's categories (for their budgets).
 PeriodReport periodReport(std::span<const Transaction> lines, const std::vector<Category> &categories,
                           ReportPeriod period, Instant now);
+
+// The calendar years (local time) that hold at least one line, newest first.
+std::vector<int> yearsWithLines(std::span<const Transaction> lines);
+// The year's report. The lines may come in any order.
+YearReport yearReport(std::span<const Transaction> lines, int year);
+// The same figures as CSV for a spreadsheet: "Section,Date,Name,Amount", one figure a
+// row, amounts as plain decimal text, months and pending lines dated yyyy-MM(-dd).
+QByteArray yearCsv(const YearReport &report);
 
 } // namespace Reports
