@@ -14,16 +14,6 @@ namespace {
 
 constexpr auto ownerOnlyFile = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
-QByteArray readWhole(const QString &path, QString *problem)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        *problem = file.errorString();
-        return {};
-    }
-    return file.readAll();
-}
-
 } // namespace
 
 bool Store::openWithPassphrase(const Sealed::Secret &passphrase)
@@ -34,7 +24,18 @@ bool Store::openWithPassphrase(const Sealed::Secret &passphrase)
     read.exists = true;
     std::shared_ptr<const Sealed::Key> key;
     QString problem;
-    const QByteArray bytes = readWhole(moneyFilePath(), &problem);
+    // Mapped rather than copied: a large book is decrypted straight from the file's pages.
+    QFile file(moneyFilePath());
+    QByteArray copied;
+    QByteArrayView bytes;
+    if (!file.open(QIODevice::ReadOnly)) {
+        problem = file.errorString();
+    } else if (const uchar *mapped = file.size() > 0 ? file.map(0, file.size()) : nullptr) {
+        bytes = QByteArrayView(mapped, file.size());
+    } else {
+        copied = file.readAll();
+        bytes = copied;
+    }
     if (!problem.isEmpty()) {
         read.openError = problem;
     } else {
