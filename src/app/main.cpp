@@ -7,6 +7,9 @@
 #include "window.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
+
+#include <memory>
 
 int main(int argc, char **argv)
 {
@@ -19,7 +22,15 @@ int main(int argc, char **argv)
         return CoinhallSelfTest::run(stdout);
 
     if (wantsCommandLine(arguments)) {
-        QCoreApplication app(argc, argv);
+        // Drawing the year's report needs fonts, hence a GUI application; it needs no
+        // display, so it runs on the offscreen platform, also on a machine without one.
+        std::unique_ptr<QCoreApplication> app;
+        if (arguments.contains(QStringLiteral("--pdf"))) {
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+            app = std::make_unique<QGuiApplication>(argc, argv);
+        } else {
+            app = std::make_unique<QCoreApplication>(argc, argv);
+        }
         QCoreApplication::setOrganizationName(AppInfo::organizationName());
         QCoreApplication::setApplicationName(AppInfo::applicationName());
         return runCommandLine(arguments);

@@ -142,4 +142,61 @@ TEST_F(CommandLine, ReportShowsTheTilesAndBothCategoryListsAsTextAndTsv)
         << qPrintable(run.err);
 }
 
+TEST_F(CommandLine, ReportWritesTheYearAsPdfAndCsvThatReadBackAndRefusesOtherYears)
+{
+    {
+        Store store(StoreOptions{books()});
+        Book book = store.book();
+        const QUuid account = book.accounts[0].id;
+        auto add = [&](Instant date, const char *amount, const QString &payee, const char *category, bool cleared) {
+            book.transactions.push_back({.date = date,
+                                         .accountID = account,
+                                         .amount = d(amount),
+                                         .payee = payee,
+                                         .category = category,
+                                         .cleared = cleared,
+                                         .kind = d(amount).isNegative() ? TxKind::expense : TxKind::deposit});
+        };
+        add(local(2025, 3, 4, 9), "1200.50", "DistroKid", "Royalties", true);
+        add(local(2025, 6, 1, 9), "800", "Blue Note", "Gigs & bookings", true);
+        add(local(2025, 4, 15, 9), "-300", "Tax office", "Taxes", true);
+        add(local(2024, 12, 31, 23, 59, 59), "-99", "Last year", "Rent", true);
+        // More lines not cleared than one page holds.
+        for (int i = 0; i < 70; ++i)
+            add(local(2025, 7, 1, 9).addSecs(i * 86400), "-1.25", QStringLiteral("Corner shop %1").arg(i), "Groceries",
+                false);
+        ASSERT_TRUE(store.setBook(book));
+        ASSERT_TRUE(store.transfer(book.accounts[0].id, book.accounts[1].id, d("500"), local(2025, 5, 2), {}));
+    }
+
+    Outcome run = onBooks({"report", "--year", "2025", "--pdf", "year.pdf", "--csv", "year.csv"});
+    EXPECT_EQ(std::tuple(run.status, run.out), std::tuple(0, "Saved year.pdf.\nSaved year.csv.\n"))
+        << qPrintable(run.err);
+    QProcess pdftotext;
+    pdftotext.start("pdftotext", {"-layout", path("year.pdf"), "-"});
+    ASSERT_TRUE(pdftotext.waitForFinished(30000) && pdftotext.exitCode() == 0) << "pdftotext (poppler-utils) is needed";
+    const QString text = QString::fromUtf8(pdftotext.readAllStandardOutput());
+    const QStringList pages = text.split('\f', Qt::SkipEmptyParts);
+    ASSERT_GE(pages.size(), 2) << qPrintable(text);
+    for (const char *shown : {"Year's report 2025", "$2,000.50", "$387.50", "+$1,613.00", "Paid to the tax office",
+                              "$300.00", "2 lines, $500.00 in, $500.00 out", "DistroKid", "Blue Note", "$87.50",
+                              "Not yet cleared", "Corner shop 0", "-$1.25"})
+        EXPECT_TRUE(pages[0].contains(shown)) << shown << "\n" << qPrintable(pages[0]);
+    // The list runs on under a header of its own; last year's line is not there.
+    EXPECT_TRUE(pages[1].contains("Year's report 2025 · continued") && pages[1].contains("Not yet cleared (continued)"))
+        << qPrintable(pages[1]);
+    EXPECT_TRUE(text.contains("Corner shop 69") && !text.contains("Last year") && !text.contains("$99"));
+    EXPECT_TRUE(readAll(path("year.csv")).startsWith("Section,Date,Name,Amount\nTotal,2025,Income,2000.5\n"));
+
+    run = onBooks({"report", "--year", "2019", "--pdf", "old.pdf"});
+    EXPECT_EQ(std::tuple(run.status, run.err.contains("No lines in \"2019\": the years with lines are 2025, 2024.")),
+              std::tuple(2, true))
+        << qPrintable(run.err);
+    run = onBooks({"report", "--year", "2025", "--pdf", path("missing/year.pdf")});
+    EXPECT_EQ(std::tuple(run.status, run.err.contains("Could not save " + path("missing/year.pdf"))),
+              std::tuple(1, true))
+        << qPrintable(run.err);
+    EXPECT_FALSE(QFile::exists(path("old.pdf")));
+}
+
 } // namespace

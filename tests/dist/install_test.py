@@ -134,7 +134,7 @@ class Installed(unittest.TestCase):
     def test_shell_completes_commands_and_values(self):
         self.assertEqual(self.complete("coinhall "), sorted(self.commands))
         self.assertEqual(self.complete("coinhall --open m"), ["money-in", "money-out"])
-        self.assertEqual(self.complete("coinhall --data-dir /tmp report --p"), ["--period"])
+        self.assertEqual(self.complete("coinhall --data-dir /tmp report --p"), ["--pdf", "--period"])
         self.assertEqual(self.complete("coinhall report --period last-"),
                          ["last-12-months", "last-month", "last-year"])
 

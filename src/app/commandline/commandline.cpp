@@ -47,7 +47,7 @@ Commands:
       csv (the default) or ledger: a plain-text accounting journal that ledger
       and hledger read, accounts as Assets:<account>, categories as
       Income:<category> or Expenses:<category>, the opening balances first.
-  report [--period PERIOD] [--tsv]
+  report [--period PERIOD] [--tsv] | --year YYYY [--pdf FILE] [--csv FILE]
       Income, spending, net, the royalties share of income, and spending and
       income by category, as on the Reports screen. PERIOD is this-month (the
       default), last-month, this-year, last-12-months or last-year.
@@ -58,6 +58,15 @@ Commands:
                   breaks turned into blanks) and empty for the four single
                   figures. royalty-share is the whole percent the Reports tile
                   shows, empty when there is no income.
+      --year YYYY [--pdf FILE] [--csv FILE]
+                  Instead, the year's report for the accountant, as "Save as
+                  PDF…" and "Save as CSV…" write it (replacing FILE): income by
+                  category and by payer, royalties by payer, spending by
+                  category, the net, what was paid to the tax office (spending
+                  filed under Taxes), transfers left out, the lines not yet
+                  cleared and a chart of the months. YYYY is a year that has
+                  lines. The CSV holds the same figures, one a row:
+                  Section,Date,Name,Amount, amounts as plain decimal text.
   check
       Read the money file without changing anything: prints "OK: <a> accounts,
       <t> transactions, <b> bills, <r> royalties", or the first problem found
@@ -136,7 +145,8 @@ const QStringList valueOptions = {
     QStringLiteral("--data-dir"),        QStringLiteral("--account"),      QStringLiteral("--date-col"),
     QStringLiteral("--description-col"), QStringLiteral("--amount-col"),   QStringLiteral("--debit-col"),
     QStringLiteral("--credit-col"),      QStringLiteral("--category-col"), QStringLiteral("--period"),
-    QStringLiteral("--format"),
+    QStringLiteral("--format"),          QStringLiteral("--year"),         QStringLiteral("--pdf"),
+    QStringLiteral("--csv"),
 };
 
 const QStringList openTargets = {QStringLiteral("money-in"), QStringLiteral("money-out"), QStringLiteral("import"),

@@ -3,6 +3,8 @@
 #include "store/reports.h"
 
 #include "model/money.h"
+#include "store/atomicfile.h"
+#include "yeardocument.h"
 
 #include <algorithm>
 #include <array>
@@ -99,15 +101,61 @@ void printText(const PeriodReport &f, std::FILE *out)
     printCategoryList(QStringLiteral("Income by category"), f.incomeLines, out);
 }
 
+// report --year: the year's report written to the files asked for.
+int yearReport(const Book &book, const QString &yearText, const QString &pdf, const QString &csv, std::FILE *out,
+               std::FILE *err)
+{
+    bool number = false;
+    const int year = yearText.toInt(&number);
+    const std::vector<int> years = Reports::yearsWithLines(book.transactions);
+    if (!number || std::find(years.begin(), years.end(), year) == years.end()) {
+        QStringList offered;
+        for (int y : years)
+            offered.append(QString::number(y));
+        return usageError(err,
+                          offered.isEmpty()
+                              ? QStringLiteral("No year to report on \"%1\": the books hold no lines.").arg(yearText)
+                              : QStringLiteral("No lines in \"%1\": the years with lines are %2.")
+                                    .arg(yearText, offered.join(QStringLiteral(", "))));
+    }
+    const YearReport figures = Reports::yearReport(book.transactions, year);
+    QString reason;
+    if (!pdf.isEmpty()) {
+        if (!YearDocument::writePdf(figures, pdf, &reason)) {
+            print(err, QStringLiteral("Could not save %1: %2").arg(QDir::toNativeSeparators(pdf), reason));
+            return ExitStatus::failed;
+        }
+        print(out, QStringLiteral("Saved %1.").arg(QFileInfo(pdf).fileName()));
+    }
+    if (!csv.isEmpty()) {
+        if (!writeFileAtomically(csv, Reports::yearCsv(figures), &reason)) {
+            print(err, QStringLiteral("Could not save %1: %2").arg(QDir::toNativeSeparators(csv), reason));
+            return ExitStatus::failed;
+        }
+        print(out, QStringLiteral("Saved %1.").arg(QFileInfo(csv).fileName()));
+    }
+    return ExitStatus::ok;
+}
+
 } // namespace
 
 int report(const QString &dir, const QStringList &arguments, std::FILE *out, std::FILE *err)
 {
-    const Options options(arguments, {QStringLiteral("--tsv")}, {QStringLiteral("--period")});
+    const Options options(
+        arguments, {QStringLiteral("--tsv")},
+        {QStringLiteral("--period"), QStringLiteral("--year"), QStringLiteral("--pdf"), QStringLiteral("--csv")});
     if (!options.error().isEmpty())
         return usageError(err, options.error());
     if (!options.words().isEmpty())
         return usageError(err, QStringLiteral("report takes no file: %1").arg(options.words().first()));
+    const bool year = options.has(QStringLiteral("--year"));
+    const QString pdf = options.value(QStringLiteral("--pdf")), csv = options.value(QStringLiteral("--csv"));
+    if (year && pdf.isEmpty() && csv.isEmpty())
+        return usageError(err, QStringLiteral("report --year needs --pdf FILE or --csv FILE (or both)."));
+    if (!year && (options.has(QStringLiteral("--pdf")) || options.has(QStringLiteral("--csv"))))
+        return usageError(err, QStringLiteral("--pdf and --csv write the year's report: give --year YYYY."));
+    if (year && (options.has(QStringLiteral("--period")) || options.has(QStringLiteral("--tsv"))))
+        return usageError(err, QStringLiteral("--year goes with neither --period nor --tsv."));
     ReportPeriod period = ReportPeriod::thisMonth;
     if (options.has(QStringLiteral("--period"))) {
         const QString wanted = options.value(QStringLiteral("--period"));
@@ -129,6 +177,8 @@ int report(const QString &dir, const QStringList &arguments, std::FILE *out, std
     static const Book newBook;
     const Book &book = state.book ? *state.book : newBook;
     Money::setCode(book.currency);
+    if (year)
+        return yearReport(book, options.value(QStringLiteral("--year")), pdf, csv, out, err);
     const PeriodReport figures = Reports::periodReport(book.transactions, book.categories, period, Instant::now());
     if (options.has(QStringLiteral("--tsv")))
         printTsv(figures, out);
