@@ -149,7 +149,21 @@ TEST_F(Encryption, KilledWhileSwitchingLeavesEveryFileReadable)
         QProcess process;
         typing({on ? "encrypt" : "decrypt"}, on ? "cello bow\ncello bow\n" : "cello bow\n", &process);
         ASSERT_TRUE(process.waitForStarted(20000));
-        QThread::msleep(random.bounded(takes[on] / 3, takes[on] + 1));
+        if (run % 2 == 0) {
+            QThread::msleep(random.bounded(takes[on] / 3, takes[on] + 1));
+        } else {
+            // Just as the first file has switched: the money file when turning on, a
+            // backup when turning off.
+            QFile first(books() + (on ? "/coinhall.json" : "/Backups/coinhall-2025-01-01.json"));
+            const auto switched = [&] {
+                first.close();
+                return first.open(QIODevice::ReadOnly) && Sealed::looksSealed(first.read(8)) == on;
+            };
+            QElapsedTimer waited;
+            waited.start();
+            while (!switched() && waited.elapsed() < 20000 && process.state() == QProcess::Running)
+                QThread::usleep(200);
+        }
         if (process.state() == QProcess::Running) {
             process.kill();
             ++killed;
