@@ -20,63 +20,48 @@ bool Store::openWithPassphrase(const Sealed::Secret &passphrase)
 {
     if (!m_awaitingPassphrase)
         return true;
-    Read read;
-    read.exists = true;
-    std::shared_ptr<const Sealed::Key> key;
-    QString problem;
-    // Mapped rather than copied: a large book is decrypted straight from the file's pages.
+    // Only the header is read before the key is known to be the books' own.
     QFile file(moneyFilePath());
-    QByteArray copied;
-    QByteArrayView bytes;
-    if (!file.open(QIODevice::ReadOnly)) {
-        problem = file.errorString();
-    } else if (const uchar *mapped = file.size() > 0 ? file.map(0, file.size()) : nullptr) {
-        bytes = QByteArrayView(mapped, file.size());
-    } else {
-        copied = file.readAll();
-        bytes = copied;
-    }
-    if (!problem.isEmpty()) {
-        read.openError = problem;
-    } else {
-        QByteArray plain;
-        switch (Sealed::open(bytes, passphrase, &plain, &key, &problem)) {
-        case Sealed::Opened::ok:
-            read.decoded = MoneyFile::decode(std::string_view(plain.constData(), size_t(plain.size())));
-            if (read.decoded.book)
-                putNewestFirst(read.decoded.book->transactions);
-            break;
-        case Sealed::Opened::wrongPassphrase:
-        case Sealed::Opened::noMemory:
+    const bool opened = file.open(QIODevice::ReadOnly);
+    const QByteArray head = opened ? file.read(qint64(Sealed::headerSize)) : QByteArray();
+    const bool sealed = Sealed::looksSealed(head);
+    const std::optional<Sealed::Header> header = Sealed::readHeader(head);
+    std::shared_ptr<const Sealed::Key> key;
+    if (header) {
+        key = Sealed::Key::forHeader(passphrase, *header);
+        if (!key || !key->opens(*header)) {
             Q_EMIT unlockFailed();
             return false;
-        case Sealed::Opened::notSealed: // replaced by a plain one since the start
-            read.decoded = MoneyFile::decode(std::string_view(bytes.constData(), size_t(bytes.size())));
-            break;
-        case Sealed::Opened::damaged:
-        case Sealed::Opened::otherKey:
-            read.openError = problem;
-            break;
         }
-    }
-    // A damaged file is set aside as it is; the owner chose encryption, so the new
-    // Book is encrypted with the passphrase given.
-    if (!key && Sealed::looksSealed(bytes))
+    } else if (sealed) {
+        // A header too damaged to check the passphrase against: the file is set aside as
+        // it is, and the owner chose encryption, so the new Book is encrypted with this one.
         key = Sealed::Key::fresh(passphrase, m_sealingCost);
-    if (!key && !read.decoded.book && read.openError.isEmpty()) {
-        Q_EMIT unlockFailed();
-        return false;
-    }
+        if (!key) {
+            Q_EMIT unlockFailed();
+            return false;
+        }
+    } // else replaced by a plain money file since the start: read as one
     m_key = std::move(key);
     m_awaitingPassphrase = false;
-    use(std::move(read));
+    Q_EMIT encryptedChanged();
+    if (header && Sealed::wholenessOfFile(moneyFilePath()).isEmpty() && file.size() >= m_readInBackgroundFrom) {
+        // A big book opens as a plain one does: the window shows the reading.
+        readInBackground(file.size());
+        setLocked(false);
+        return true;
+    }
+    Read got;
+    if (sealed && !header) {
+        got.exists = true;
+        got.openError = tr("its header is damaged");
+    } else {
+        got = read(moneyFilePath(), nullptr, header ? m_key.get() : nullptr);
+    }
+    use(std::move(got));
     started();
     setLocked(false);
-    Q_EMIT encryptedChanged();
     Q_EMIT bookChanged();
-    // A switch that a crash cut short is finished: every copy as the money file is.
-    if (m_key && writable())
-        convertCopies(m_key.get(), m_key.get());
     return true;
 }
 

@@ -112,8 +112,9 @@ Store::Store(StoreOptions options, QObject *parent)
     , m_dir(options.dir.isEmpty() ? defaultDir() : QDir(options.dir).absolutePath())
     , m_saveInBackgroundFrom(options.saveInBackgroundFrom)
     , m_authenticator(std::move(options.authenticator))
-    , m_notifier(std::move(options.notifier))
     , m_sealingCost(options.sealingCost)
+    , m_readInBackgroundFrom(options.readInBackgroundFrom)
+    , m_notifier(std::move(options.notifier))
 {
     makePrivateFolder(m_dir);
 
@@ -167,6 +168,9 @@ void Store::started()
         setStatus(tr("This money file was written by a newer Coinhall, so changes made here are not saved."));
     else if (m_status.isEmpty())
         setStatus(tr("Coinhall is already open with this money file, so changes made here are not saved."));
+    // A switch of encryption that a crash cut short is finished: every copy as the money file is.
+    if (m_lock && m_key)
+        convertCopies(m_key.get(), m_key.get());
 }
 
 void Store::readInBackground(qint64 size)
@@ -176,8 +180,8 @@ void Store::readInBackground(qint64 size)
     ticks->setInterval(100);
     connect(ticks, &QTimer::timeout, this, &Store::loadProgressChanged);
     ticks->start();
-    m_reader.reset(QThread::create([this, path = moneyFilePath()] {
-        auto done = std::make_shared<Read>(read(path, &m_bytesRead));
+    m_reader.reset(QThread::create([this, path = moneyFilePath(), key = m_key] {
+        auto done = std::make_shared<Read>(read(path, &m_bytesRead, key.get()));
         // Back on the Store's thread; dropped if the Store is gone by then.
         QMetaObject::invokeMethod(
             this,
@@ -229,17 +233,36 @@ QString Store::backupsFolder() const
     return m_dir + QStringLiteral("/Backups");
 }
 
-Store::Read Store::read(const QString &path, std::atomic<qint64> *progress)
+Store::Read Store::read(const QString &path, std::atomic<qint64> *progress, const Sealed::Key *key)
 {
     Read result;
     QFile file(path);
     result.exists = file.exists();
     if (!result.exists)
         return result;
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly)) {
         result.openError = file.errorString();
-    else
+    } else if (key) {
+        // Decrypted from the mapped pages rather than a copy of them.
+        QByteArray copied;
+        QByteArrayView bytes;
+        if (const uchar *mapped = file.size() > 0 ? file.map(0, file.size()) : nullptr) {
+            bytes = QByteArrayView(mapped, file.size());
+        } else {
+            copied = file.readAll();
+            bytes = copied;
+        }
+        QByteArray plain;
+        QString problem;
+        if (Sealed::open(bytes, *key, &plain, &problem) != Sealed::Opened::ok)
+            result.openError = problem.isEmpty() ? QStringLiteral("it is encrypted with another passphrase") : problem;
+        else
+            result.decoded = MoneyFile::decode(std::string_view(plain.constData(), size_t(plain.size())));
+        if (progress)
+            *progress = file.size();
+    } else {
         result.decoded = MoneyFile::decodeFile(file, progress);
+    }
     // In order here, where a big book is read off the window's thread: a check when
     // the file is already newest first, as Coinhall writes it.
     if (result.decoded.book)

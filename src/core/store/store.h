@@ -488,7 +488,8 @@ private:
         QString openError;
         MoneyFile::Decoded decoded;
     };
-    static Read read(const QString &path, std::atomic<qint64> *progress);
+    // Encrypted books are opened with `key`.
+    static Read read(const QString &path, std::atomic<qint64> *progress, const Sealed::Key *key = nullptr);
     // Takes the Book read, or sets aside a file that could not be used.
     void use(Read read);
     // The rest of the start once the Book is whole: defaults, backup, status line.
@@ -538,6 +539,7 @@ private:
     std::shared_ptr<const Sealed::Key> m_key;
     bool m_awaitingPassphrase = false;
     Sealed::Cost m_sealingCost;
+    qint64 m_readInBackgroundFrom;
 
     // Bill reminders (reminders.cpp): the pending rebuild and the bills it will use.
     void rebuildReminders();

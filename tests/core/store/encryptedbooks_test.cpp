@@ -106,10 +106,22 @@ TEST_F(EncryptedBooks, ChangingThePassphraseReencryptsAndASwitchCutShortIsFinish
     EXPECT_FALSE(Store(options("first")).book().accounts.size() > 0);
     // A crash after the money file and before this backup: a plain copy beside sealed books.
     put(QStringLiteral("Backups/coinhall-2025-01-02.json"), MoneyFile::encode(studioBook(2)));
-    Store store(options("second"));
+    {
+        Store store(options("second"));
+        EXPECT_EQ(store.book().accounts.size(), 2u);
+        EXPECT_TRUE(sealed(path(QStringLiteral("Backups/coinhall-2025-01-02.json"))));
+        EXPECT_TRUE(sealed(backup()));
+    }
+    // A big book is read off the window's thread once the passphrase has opened it.
+    StoreOptions big = options();
+    big.readInBackgroundFrom = 1;
+    Store store(std::move(big));
+    EXPECT_FALSE(store.openWithPassphrase(*pass("first")));
+    ASSERT_TRUE(store.openWithPassphrase(*pass("second")));
+    EXPECT_TRUE(store.loading());
+    ASSERT_TRUE(waitFor([&] { return !store.loading(); }));
     EXPECT_EQ(store.book().accounts.size(), 2u);
-    EXPECT_TRUE(sealed(path(QStringLiteral("Backups/coinhall-2025-01-02.json"))));
-    EXPECT_TRUE(sealed(backup()));
+    EXPECT_FALSE(store.locked());
 }
 
 TEST_F(EncryptedBooks, ADamagedEncryptedFileIsKeptAsItWasAndTheNewBookStaysEncrypted)
