@@ -90,16 +90,29 @@ int main(int argc, char **argv)
     QSettings(AppInfo::organizationName(), AppInfo::applicationName()).setValue("requireUnlock", true);
     QSettings(AppInfo::organizationName(), AppInfo::applicationName()).setValue("welcomed", true);
 
-    Store store({home.filePath(QStringLiteral("books")), std::make_shared<Gate>(), std::make_shared<NoNotifier>()});
+    // With "encrypted", the books are encrypted with a passphrase before the window starts.
+    const bool encrypted = QCoreApplication::arguments().contains(QStringLiteral("encrypted"));
+    StoreOptions options{home.filePath(QStringLiteral("books")), std::make_shared<Gate>(),
+                         std::make_shared<NoNotifier>()};
+    options.sealingCost = Sealed::Cost::cheapest();
+    const auto addLine = [](Store &store) {
+        return bool(store.add({.date = store.now(),
+                               .accountID = store.activeAccounts().front().id,
+                               .amount = d("1234.56"),
+                               .payee = "Harbor Studio",
+                               .category = "Royalties",
+                               .kind = TxKind::royalty}));
+    };
+    if (encrypted) {
+        Store before(options);
+        if (!addLine(before) || !before.encryptWith(Sealed::Secret("tuba solo", 9)))
+            return fail("the books could not be encrypted");
+    }
+    Store store(options);
     Store::setShared(&store);
     if (!store.locked())
         return fail("the books did not start locked");
-    if (!store.add({.date = store.now(),
-                    .accountID = store.activeAccounts().front().id,
-                    .amount = d("1234.56"),
-                    .payee = "Harbor Studio",
-                    .category = "Royalties",
-                    .kind = TxKind::royalty}))
+    if (!encrypted && !addLine(store))
         return fail("the line could not be saved");
 
     // Something listens for accessibility events, as a screen reader would.
@@ -114,8 +127,9 @@ int main(int argc, char **argv)
     auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().value(0));
     if (!window)
         return fail("Main.qml did not load");
-    // The overlay asks once by itself on appearing, and is refused.
-    if (!waitFor([&] { return window->isExposed() && refusals > 0; }, 10000))
+    // The overlay asks once by itself on appearing, and is refused; encrypted books wait
+    // for their passphrase without asking.
+    if (!waitFor([&] { return window->isExposed() && (encrypted || refusals > 0); }, 10000))
         return fail("the lock never asked to unlock");
 
     settle();
@@ -137,10 +151,16 @@ int main(int argc, char **argv)
 
 namespace {
 
-TEST(LockScreen, LockedWindowOffersTheLockAndNothingOfTheBooks)
+// Run for books locked by the account password, and for books encrypted with a passphrase.
+class LockScreen : public ::testing::TestWithParam<bool>
+{
+};
+
+TEST_P(LockScreen, LockedWindowOffersTheLockAndNothingOfTheBooks)
 {
     QProcess probe;
-    probe.start(QStringLiteral(COINHALL_LOCKSCREEN_PROBE_EXE), {});
+    probe.start(QStringLiteral(COINHALL_LOCKSCREEN_PROBE_EXE),
+                GetParam() ? QStringList{QStringLiteral("encrypted")} : QStringList{});
     ASSERT_TRUE(probe.waitForFinished(120000));
     const QString errors = QString::fromUtf8(probe.readAllStandardError());
     ASSERT_EQ(probe.exitStatus(), QProcess::NormalExit) << qPrintable(errors);
@@ -154,6 +174,8 @@ TEST(LockScreen, LockedWindowOffersTheLockAndNothingOfTheBooks)
         });
     };
     EXPECT_EQ(std::tuple(inMain("COINHALL IS LOCKED"), inMain("Unlock", QAccessible::Button)), std::tuple(true, true));
+    EXPECT_EQ(inMain("Your books are encrypted. Type your passphrase to open them."), GetParam());
+    EXPECT_EQ(inMain("Passphrase", QAccessible::EditableText), GetParam());
     // Not even the screens' keys are there to reach, nor anything of the books in any window.
     for (const char *key : {"Money out", "Transactions", "Console"})
         EXPECT_FALSE(inMain(key)) << key;
@@ -161,6 +183,7 @@ TEST(LockScreen, LockedWindowOffersTheLockAndNothingOfTheBooks)
         for (const char *secret : {"Main checking", "Savings", "Harbor Studio", "$", "1,234.56", "TOTAL"})
             EXPECT_FALSE(node.section('\t', 2).contains(secret)) << qPrintable(node);
 }
+INSTANTIATE_TEST_SUITE_P(PasswordOrPassphrase, LockScreen, ::testing::Bool());
 
 } // namespace
 
