@@ -207,3 +207,17 @@ TEST_F(EncryptedBooks, NoCopyOfThePassphraseIsLeftInMemoryAfterOpening)
     }
     EXPECT_GT(scanned, 1 << 20);
 }
+
+TEST_F(EncryptedBooks, AHundredThousandLinesComeBackByteForByte)
+{
+    const QByteArray plain = MoneyFile::encode(studioBook(100000));
+    put(QStringLiteral("coinhall.json"), plain);
+    {
+        Store store(options());
+        ASSERT_TRUE(store.encryptWith(*pass("long book")));
+    }
+    EXPECT_EQ(readAll(file()).indexOf("Corner shop"), -1);
+    const Store store(options("long book"));
+    ASSERT_EQ(store.book().transactions.size(), 100000u);
+    EXPECT_EQ(MoneyFile::encode(store.book()), plain);
+}
