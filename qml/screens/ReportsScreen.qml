@@ -1,11 +1,13 @@
 pragma ComponentBehavior: Bound
 import QtQuick
+import QtQuick.Dialogs
 import QtQuick.Layouts
 import Coinhall
 
 // Income and spending for one of five periods: four figure tiles, the monthly chart,
 // and both sides split by category, spending compared with its budgets. The period
-// starts at "This month" each time the screen is shown.
+// starts at "This month" each time the screen is shown. Below, the year's report for
+// the accountant: a tax year and the keys that save it as PDF or CSV, or print it.
 Item {
     id: root
 
@@ -19,10 +21,32 @@ Item {
     // Asks the root view to switch to another screen (its key, for example "bills").
     signal showScreen(string screen)
 
+    // Opens the save dialog for the year's report, proposing "Coinhall <year>.<suffix>".
+    function startYearSave(suffix: string) {
+        const proposed = bridge.proposedYearFile(suffix)
+        yearDialog.suffix = suffix
+        yearDialog.currentFolder = String(proposed).replace(/\/[^\/]*$/, "")
+        yearDialog.selectedFile = proposed
+        yearDialog.open()
+    }
+
     ReportsBridge {
         id: bridge
 
         store: Store
+    }
+
+    FileDialog {
+        id: yearDialog
+
+        // "pdf" or "csv": what the dialog saves.
+        property string suffix: "pdf"
+
+        title: suffix === "pdf" ? "Save the year's report as PDF" : "Save the year's report as CSV"
+        fileMode: FileDialog.SaveFile
+        nameFilters: suffix === "pdf" ? ["PDF document (*.pdf)"] : ["Comma-separated text (*.csv)"]
+        defaultSuffix: suffix
+        onAccepted: suffix === "pdf" ? bridge.saveYearPdf(selectedFile) : bridge.saveYearCsv(selectedFile)
     }
 
     ScreenColumn {
@@ -104,6 +128,75 @@ Item {
                 Layout.preferredWidth: 1
                 label: "Royalties share of income"
                 value: bridge.royaltyShareText
+            }
+        }
+
+        Panel {
+            objectName: "taxYearPanel"
+            Layout.fillWidth: true
+
+            ColumnLayout {
+                anchors.fill: parent
+                spacing: Tokens.spaceS
+
+                Label2 {
+                    text: "Year's report for your accountant"
+                }
+
+                // Wraps rather than clips when the window is zoomed in.
+                Flow {
+                    Layout.fillWidth: true
+                    spacing: Tokens.spaceM
+
+                    Row {
+                        spacing: Tokens.spaceS
+
+                        BodyText {
+                            id: taxYearLabel
+
+                            anchors.verticalCenter: parent.verticalCenter
+                            text: "Tax year"
+                            Accessible.ignored: true
+                        }
+                        FormDropDown {
+                            id: taxYearPicker
+
+                            objectName: "taxYearPicker"
+                            implicitWidth: 110
+                            enabled: bridge.taxYears.length > 0
+                            model: bridge.taxYears.map(year => String(year))
+                            currentIndex: bridge.taxYears.indexOf(bridge.taxYear)
+                            Accessible.role: Accessible.ComboBox
+                            Accessible.name: taxYearLabel.text
+                            onActivated: index => bridge.taxYear = bridge.taxYears[index]
+                        }
+                    }
+                    Key {
+                        objectName: "savePdfKey"
+                        title: "Save as PDF…"
+                        enabled: bridge.taxYear > 0
+                        onClicked: root.startYearSave("pdf")
+                    }
+                    Key {
+                        objectName: "printKey"
+                        title: "Print…"
+                        enabled: bridge.taxYear > 0
+                        onClicked: bridge.printYear()
+                    }
+                    Key {
+                        objectName: "saveCsvKey"
+                        title: "Save as CSV…"
+                        enabled: bridge.taxYear > 0
+                        onClicked: root.startYearSave("csv")
+                    }
+                    BodyText {
+                        height: taxYearPicker.height
+                        verticalAlignment: Text.AlignVCenter
+                        visible: bridge.taxYears.length === 0
+                        text: "No lines yet: a year shows here once it has some."
+                        color: Looks.current.muted
+                    }
+                }
             }
         }
 

@@ -7,6 +7,7 @@
 #include "singlecopy.h"
 #include "store/store.h"
 
+#include <QApplication>
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QFontDatabase>
@@ -100,7 +101,8 @@ void connectEngine(QQmlEngine &engine, Store &store)
 
 int runWindow(int &argc, char **argv, const QString &dataDir, const std::function<void(const WindowParts &)> &shown)
 {
-    QGuiApplication app(argc, argv);
+    // A widgets application, for the one widget the window opens: the print dialog.
+    QApplication app(argc, argv);
     prepareWindowApplication();
 
     const QString open = openArgument(QCoreApplication::arguments());

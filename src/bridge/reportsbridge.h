@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QUrl>
 #include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
@@ -41,6 +42,11 @@ class ReportsBridge : public StoreBridge
     // month's first instant in milliseconds), monthText ("Jun"), in and out (numbers
     // for the bar heights), inText and outText (money text).
     Q_PROPERTY(QVariantList monthly READ monthly NOTIFY changed FINAL)
+    // The years that hold lines, newest first, for the "Tax year" choice.
+    Q_PROPERTY(QVariantList taxYears READ taxYears NOTIFY changed FINAL)
+    // The year the document keys write: last year when it has lines, else the newest
+    // year there is; 0 without lines. Another year than those offered is refused.
+    Q_PROPERTY(int taxYear READ taxYear WRITE setTaxYear NOTIFY taxYearChanged FINAL)
 
 public:
     // The five periods in picker order, as ReportPeriod has them.
@@ -60,9 +66,23 @@ public:
     QVariantList spendingLines() const { return m_spendingLines; }
     int months() const;
     QVariantList monthly() const { return m_monthly; }
+    QVariantList taxYears() const { return m_taxYears; }
+    int taxYear() const { return m_taxYear; }
+    void setTaxYear(int year);
+
+    // The year's report for the accountant written to `file` as a PDF document, or as
+    // CSV; the status line says "Saved <file name>." or "Could not save: <reason>".
+    Q_INVOKABLE bool saveYearPdf(const QUrl &file);
+    Q_INVOKABLE bool saveYearCsv(const QUrl &file);
+    // The year's report through the desktop's print dialog; false when it was not
+    // printed (cancelled, or no dialog in this program), the status line says which.
+    Q_INVOKABLE bool printYear();
+    // Where the save dialogs start: "Coinhall 2025.<suffix>" in the documents folder.
+    Q_INVOKABLE QUrl proposedYearFile(const QString &suffix) const;
 
 Q_SIGNALS:
     void periodChanged();
+    void taxYearChanged();
     // The figures may have changed.
     void changed();
 
@@ -71,5 +91,9 @@ private:
 
     Period m_period = ThisMonth;
     QString m_incomeText, m_spendingText, m_netText, m_royaltyShareText;
-    QVariantList m_incomeLines, m_spendingLines, m_monthly;
+    QVariantList m_incomeLines, m_spendingLines, m_monthly, m_taxYears;
+    int m_taxYear = 0;
+    bool m_taxYearChosen = false; // by the user: kept while it has lines
+
+    bool saveYear(const QUrl &file, bool pdf);
 };

@@ -136,4 +136,30 @@ TestCase {
         waitForRendering(bars)
         compare(H.named(H.named(bars, "categoryLine"), "bar").width, 3)
     }
+
+    // The tax year offers the years with lines; its keys are reachable by Tab and say
+    // where the report went, or why it did not.
+    function test_taxYearAndTheYearsReportKeys() {
+        const importer = H.make(testCase, testCase, "ImportBridge { store: Store }")
+        importer.open(Qt.resolvedUrl("data/reports_2099.csv"))
+        compare(importer.importNow(), 5)
+        const screen = H.make(testCase, testCase, "ReportsScreen { anchors.fill: parent }")
+        waitForRendering(screen)
+        const picker = H.named(screen, "taxYearPicker")
+        const keys = ["savePdfKey", "printKey", "saveCsvKey"].map(n => H.named(screen, n))
+        compare([picker.displayText, picker.count, picker.Accessible.name, picker.Accessible.role],
+                ["2099", 1, "Tax year", Accessible.ComboBox])
+        compare(keys.map(k => [k.title, k.Accessible.name, k.enabled]),
+                [["Save as PDF…", "Save as PDF…", true], ["Print…", "Print…", true],
+                 ["Save as CSV…", "Save as CSV…", true]])
+        picker.forceActiveFocus()
+        for (const k of keys) {
+            keyClick(Qt.Key_Tab)
+            verify(k.activeFocus, k.title + " is next by Tab")
+        }
+        verify(screen.bridge.saveYearCsv("file://" + Store.dir + "/2099.csv"))
+        compare(Store.status, "Saved 2099.csv.")
+        verify(!screen.bridge.saveYearPdf("file://" + Store.dir + "/no such folder/2099.pdf"))
+        verify(Store.status.startsWith("Could not save: "), Store.status)
+    }
 }
