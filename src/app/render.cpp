@@ -4,8 +4,10 @@
 #include "model/moneyfile.h"
 #include "store/atomicfile.h"
 #include "store/backups.h"
+#include "store/reports.h"
 #include "store/store.h"
 #include "window.h"
+#include "yeardocument.h"
 
 #include <QDir>
 #include <QGuiApplication>
@@ -113,6 +115,14 @@ int renderScreens(int &argc, char **argv, const QString &dir)
     Store store(options);
     std::ignore = store.setBook(demoBook(QDate::currentDate()));
     Store::setShared(&store);
+
+    // The year's report for the accountant, its first page as it prints.
+    const std::vector<int> years = Reports::yearsWithLines(store.book().transactions);
+    if (!years.empty()) {
+        const QString page = QDir(out).filePath(QStringLiteral("year-report.png"));
+        if (!YearDocument::firstPage(Reports::yearReport(store.book().transactions, years.front()), 100).save(page))
+            std::fprintf(stderr, "Could not save %s\n", qPrintable(page));
+    }
 
     ScreenShots shots(out);
     QQmlApplicationEngine engine;

@@ -8,6 +8,7 @@
 
 #include <QBuffer>
 #include <QDate>
+#include <QImage>
 #include <QLocale>
 #include <QPagedPaintDevice>
 #include <QPainter>
@@ -35,6 +36,14 @@ QString orNone(const QString &name, const char *none)
     return name.isEmpty() ? QString::fromUtf8(none) : name;
 }
 
+const QMarginsF pageMargins(42, 40, 42, 36);
+
+// Letter where the locale is American, A4 elsewhere.
+QPageSize pageSize()
+{
+    return QPageSize(QLocale().measurementSystem() == QLocale::ImperialUSSystem ? QPageSize::Letter : QPageSize::A4);
+}
+
 using Rows = std::vector<std::pair<QString, QString>>;
 
 // A titled list of names and amounts, for one of two columns.
@@ -56,15 +65,18 @@ Rows moneyRows(const CategoryTotals &totals, const char *none)
 class Pages
 {
 public:
-    Pages(const YearReport &report, QPagedPaintDevice &device)
+    // Draws on `device` inside `margins` (points); `newPage` turns the page, or says
+    // there is no other (a picture), and then nothing more is drawn.
+    Pages(const YearReport &report, QPaintDevice &device, QMarginsF margins, std::function<bool()> newPage)
         : m_report(report)
-        , m_device(device)
+        , m_newPage(std::move(newPage))
         , m_painter(&device)
     {
         const double scale = device.logicalDpiX() / 72.0;
         m_painter.scale(scale, scale);
-        m_width = device.width() / scale;
-        m_height = device.height() / scale;
+        m_painter.translate(margins.left(), margins.top());
+        m_width = device.width() / scale - margins.left() - margins.right();
+        m_height = device.height() / scale - margins.top() - margins.bottom();
     }
 
     bool ok() const { return m_painter.isActive(); }
@@ -126,7 +138,11 @@ private:
         if (m_y + needed <= m_height - 2 * rowHeight)
             return;
         footer();
-        m_device.newPage();
+        if (!m_newPage()) {
+            m_painter.setClipRect(QRectF(0, 0, 0, 0));
+            m_y = 0;
+            return;
+        }
         ++m_page;
         m_y = 0;
         font(9, true);
@@ -246,6 +262,7 @@ private:
             const MonthFlow &month = m_report.months[i];
             const double x = left + double(i) * slot + (slot - 2 * bar - 2) / 2;
             const double in = month.in.toDouble() * scale, out = month.out.toDouble() * scale;
+            m_painter.setPen(Qt::NoPen);
             m_painter.setBrush(incomeColor);
             m_painter.drawRect(QRectF(x, base - in, bar, in));
             m_painter.setBrush(spendingColor);
@@ -299,6 +316,14 @@ private:
         auto header = [&](bool continued) {
             caption(QStringLiteral("Not yet cleared") + (continued ? QStringLiteral(" (continued)") : QString()));
             m_y += rowHeight + 1;
+            if (!continued) {
+                font(8.5);
+                text(0, m_width,
+                     QStringLiteral("%1 lines, counted in the figures above; the bank may still change them.")
+                         .arg(m_report.pending.size()),
+                     Qt::AlignLeft, quiet);
+                m_y += rowHeight;
+            }
             font(8, true);
             text(0, date, QStringLiteral("Date"), Qt::AlignLeft, quiet);
             text(date, rest * 0.55, QStringLiteral("Payee"), Qt::AlignLeft, quiet);
@@ -317,13 +342,6 @@ private:
             return;
         }
         header(false);
-        font(8.5);
-        text(0, m_width,
-             QStringLiteral("%1 lines, counted in the figures above; the bank may still change them.")
-                 .arg(m_report.pending.size()),
-             Qt::AlignLeft, quiet);
-        m_y += rowHeight;
-        font(9);
         for (const PendingLine &p : m_report.pending) {
             room(rowHeight, [&] { header(true); });
             text(0, date, chDate(p.date));
@@ -335,7 +353,7 @@ private:
     }
 
     const YearReport &m_report;
-    QPagedPaintDevice &m_device;
+    std::function<bool()> m_newPage;
     QPainter m_painter;
     double m_width = 0, m_height = 0, m_y = 0;
     int m_page = 1;
@@ -352,11 +370,24 @@ QString title(int year)
 
 int paint(const YearReport &report, QPagedPaintDevice &device)
 {
-    Pages pages(report, device);
+    Pages pages(report, device, {}, [&device] { return device.newPage(); });
     if (!pages.ok())
         return 0;
     pages.draw();
     return pages.pages();
+}
+
+QImage firstPage(const YearReport &report, int dpi)
+{
+    const QSizeF points = pageSize().size(QPageSize::Point);
+    QImage page((points * dpi / 72).toSize(), QImage::Format_RGB32);
+    page.setDotsPerMeterX(qRound(dpi / 0.0254));
+    page.setDotsPerMeterY(qRound(dpi / 0.0254));
+    page.fill(Qt::white);
+    Pages pages(report, page, pageMargins, [] { return false; });
+    if (pages.ok())
+        pages.draw();
+    return page;
 }
 
 bool writePdf(const YearReport &report, const QString &path, QString *reason)
@@ -367,10 +398,8 @@ bool writePdf(const YearReport &report, const QString &path, QString *reason)
         QPdfWriter pdf(&buffer);
         pdf.setTitle(title(report.year));
         pdf.setCreator(QStringLiteral("Coinhall"));
-        // Letter where the locale is American, A4 elsewhere.
-        const bool letter = QLocale().measurementSystem() == QLocale::ImperialUSSystem;
-        pdf.setPageSize(QPageSize(letter ? QPageSize::Letter : QPageSize::A4));
-        pdf.setPageMargins(QMarginsF(42, 40, 42, 36), QPageLayout::Point);
+        pdf.setPageSize(pageSize());
+        pdf.setPageMargins(pageMargins, QPageLayout::Point);
         if (paint(report, pdf) == 0) {
             *reason = QStringLiteral("the document could not be drawn");
             return false;
