@@ -20,6 +20,9 @@ SheetFrame {
     property alias amount: amountField.text
     property alias due: dueField.date
     property string repeats
+    property alias yearDates: yearDatesField.text
+    readonly property bool onSetDates: repeats === bills.setDatesName
+    readonly property string yearDatesProblem: onSetDates ? bills.yearDatesProblem(yearDates) : ""
     property string category
     property alias accountId: accountField.selection
     property alias remindDays: remindField.value
@@ -46,6 +49,7 @@ SheetFrame {
         amount = start.editAmount || ""
         due = start.due
         repeats = start.repeats
+        yearDates = start.yearDates || ""
         category = start.category
         accountId = start.accountId || ""
         remindDays = start.remindDays
@@ -61,6 +65,7 @@ SheetFrame {
             amount: amount,
             due: due,
             repeats: repeats,
+            yearDates: yearDates,
             category: category,
             accountId: accountId,
             autopay: autopay,
@@ -74,7 +79,7 @@ SheetFrame {
 
     title: isNew ? "New bill" : "Change bill"
     saveTitle: "Save"
-    canSave: name !== "" && amountField.valid
+    canSave: name !== "" && amountField.valid && yearDatesProblem === ""
     extraTitle: isNew ? "" : "Delete bill"
 
     onSave: commit()
@@ -122,6 +127,44 @@ SheetFrame {
             model: bills.repeatNames
             currentIndex: bills.repeatNames.indexOf(root.repeats)
             onActivated: index => root.repeats = bills.repeatNames[index]
+        }
+
+        FormTextField {
+            id: yearDatesField
+
+            objectName: "yearDatesField"
+            visible: root.onSetDates
+            label: "Dates each year"
+            placeholderText: bills.usTaxDatesText
+        }
+
+        CaptionText {
+            objectName: "yearDatesProblem"
+            Layout.fillWidth: true
+            Layout.leftMargin: Tokens.fieldLabelWidth + Tokens.spaceM
+            visible: root.onSetDates && root.yearDates !== "" && root.yearDatesProblem !== ""
+            text: root.yearDatesProblem
+            color: Tokens.destructive
+            wrapMode: Text.WordWrap
+            Accessible.role: Accessible.AlertMessage
+            Accessible.name: text
+        }
+
+        FormRow {
+            Key {
+                objectName: "usTaxKey"
+                title: "Quarterly estimated tax (US dates)"
+                // The US schedule of estimated tax, named and filed as such when the bill is new.
+                onClicked: {
+                    root.repeats = bills.setDatesName
+                    root.yearDates = bills.usTaxDatesText
+                    root.due = bills.firstSetDate(root.yearDates)
+                    if (root.name === "")
+                        root.name = "Estimated tax"
+                    if (bills.categories.indexOf("Taxes") >= 0)
+                        root.category = "Taxes"
+                }
+            }
         }
 
         FormChoice {

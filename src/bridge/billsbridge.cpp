@@ -29,6 +29,8 @@ std::optional<Decimal> monthlyEquivalent(const Bill &bill)
         return bill.amount / Decimal(3);
     case Repeat::yearly:
         return bill.amount / Decimal(12);
+    case Repeat::setDates:
+        return bill.amount * Decimal(int(bill.yearDates.size())) / Decimal(12);
     }
     return std::nullopt;
 }
@@ -71,7 +73,7 @@ QString remindText(int days)
 
 QString nextDueLine(const Bill &bill)
 {
-    const std::optional<Instant> following = next(bill.repeats, bill.due);
+    const std::optional<Instant> following = next(bill.repeats, bill.due, bill.yearDates);
     if (!following)
         return QStringLiteral("This is a one-time bill, so it will be marked finished.");
     return QStringLiteral("Next one will be due ") + chDate(*following) + QLatin1Char('.');
@@ -91,6 +93,23 @@ BillsBridge::BillsBridge(QObject *parent)
 QStringList BillsBridge::repeatNames() const
 {
     return BridgeInput::rawValues<Repeat>();
+}
+
+double BillsBridge::firstSetDate(const QString &text) const
+{
+    const std::optional<std::vector<MonthDay>> dates = parseYearDates(text);
+    const Instant now = m_store ? m_store->now() : Instant::now();
+    const std::optional<Instant> first =
+        dates ? next(Repeat::setDates, Instant::fromDateTime(now.toLocal().addDays(-1)), *dates) : std::nullopt;
+    return first ? double(first->msecs()) : 0;
+}
+
+QString BillsBridge::yearDatesProblem(const QString &text)
+{
+    return parseYearDates(text) ? QString()
+                                : QStringLiteral("Write up to %1 days of the year, such as %2.")
+                                      .arg(maxYearDates)
+                                      .arg(QLatin1String(usTaxDates));
 }
 
 QVariantMap BillsBridge::billMap(const Bill &bill, bool overdue, QDate today)
@@ -114,6 +133,7 @@ QVariantMap BillsBridge::billMap(const Bill &bill, bool overdue, QDate today)
         {QStringLiteral("soon"),
          !overdue && bill.active && today.daysTo(bill.due.toLocal().date()) <= BillTexts::soonDays},
         {QStringLiteral("repeats"), rawValue(bill.repeats)},
+        {QStringLiteral("yearDates"), yearDatesText(bill.yearDates)},
         {QStringLiteral("once"), bill.repeats == Repeat::once},
         {QStringLiteral("accountId"), bill.accountID ? idText(*bill.accountID) : QString()},
         {QStringLiteral("category"), bill.category},
@@ -227,6 +247,13 @@ bool BillsBridge::saveBill(const QVariantMap &fields)
     bill.amount = *amount;
     bill.due = *due;
     bill.repeats = *repeats;
+    bill.yearDates.clear();
+    if (bill.repeats == Repeat::setDates) {
+        const auto dates = parseYearDates(fields.value(QStringLiteral("yearDates")).toString());
+        if (!dates)
+            return false;
+        bill.yearDates = *dates;
+    }
     bill.accountID = BridgeInput::account(fields.value(QStringLiteral("accountId")).toString());
     if (fields.contains(QStringLiteral("category")))
         bill.category = fields.value(QStringLiteral("category")).toString();

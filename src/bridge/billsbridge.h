@@ -75,12 +75,19 @@ class BillsBridge : public StoreBridge
     Q_PROPERTY(QString monthlyAverageText READ monthlyAverageText NOTIFY changed FINAL)
     // The latest payments of all bills, newest first: "name", "date", "dateText", "amountText".
     Q_PROPERTY(QVariantList recentPayments READ recentPayments NOTIFY changed FINAL)
-    // The six schedules in picker order.
+    // The seven schedules in picker order.
     Q_PROPERTY(QStringList repeatNames READ repeatNames CONSTANT FINAL)
+    // The schedule of set dates, and the days of the year the US taxes estimated
+    // income on, which the bill editor offers as one choice.
+    Q_PROPERTY(QString setDatesName READ setDatesName CONSTANT FINAL)
+    Q_PROPERTY(QString usTaxDatesText READ usTaxDatesText CONSTANT FINAL)
     // The spending categories for the bill editor's picker.
     Q_PROPERTY(QStringList categories READ categories NOTIFY changed FINAL)
 
 public:
+    // Estimated income tax in the US: April 15, June 15, September 15, January 15.
+    static constexpr const char *usTaxDates = "Apr 15, Jun 15, Sep 15, Jan 15";
+
     explicit BillsBridge(QObject *parent = nullptr);
 
     QVariantList active() const { return m_active; }
@@ -91,6 +98,8 @@ public:
     QString monthlyAverageText() const { return m_monthlyAverageText; }
     QVariantList recentPayments() const { return m_recentPayments; }
     QStringList repeatNames() const;
+    static QString setDatesName() { return rawValue(Repeat::setDates); }
+    static QString usTaxDatesText() { return QString::fromLatin1(usTaxDates); }
     QStringList categories() const { return m_categories; }
 
     // The stored bill with this id as a map; an empty map when there is none.
@@ -98,9 +107,10 @@ public:
     // A new bill's map: the record defaults, due now, an empty name and amount.
     Q_INVOKABLE QVariantMap newBill() const;
     // Saves a bill from the editor's fields ("id", empty for a new bill, "name",
-    // "amount" as typed, "due", "repeats", "accountId", "category", "autopay",
-    // "remindDays", "website", "note"). False, with nothing saved, when the name is
-    // empty or the amount is no amount. Says "Saved bill <name>." in the status line.
+    // "amount" as typed, "due", "repeats", "yearDates" as typed for set dates,
+    // "accountId", "category", "autopay", "remindDays", "website", "note"). False,
+    // with nothing saved, when the name is empty, the amount is no amount or the set
+    // dates are no days of the year. Says "Saved bill <name>." in the status line.
     Q_INVOKABLE bool saveBill(const QVariantMap &fields);
     // Pays the bill `amountText` (as typed) on the day of `date` from the account;
     // false, with nothing paid, when the text is no amount or the bill is gone.
@@ -109,6 +119,11 @@ public:
     Q_INVOKABLE void skip(const QString &id);
     // Removes the bill; lines its payments booked stay.
     Q_INVOKABLE void deleteBill(const QString &id);
+    // The first of the set dates `text` from today on, at this time of day; 0 when
+    // `text` is no set dates.
+    Q_INVOKABLE double firstSetDate(const QString &text) const;
+    // Why `text` is no set dates of a year (parseYearDates), in a sentence; empty when it is.
+    Q_INVOKABLE static QString yearDatesProblem(const QString &text);
     // The reminder stepper's caption for `days`.
     Q_INVOKABLE QString remindText(int days) const;
 

@@ -46,6 +46,7 @@ QString scheduleName(Repeat repeat)
     case Repeat::quarterly:
         return QStringLiteral("quarterly");
     case Repeat::yearly:
+    case Repeat::setDates: // bills only
         return QStringLiteral("yearly");
     }
     return {};
@@ -89,7 +90,9 @@ QStringList RoyaltiesBridge::sourceNames() const
 
 QStringList RoyaltiesBridge::repeatNames() const
 {
-    return BridgeInput::rawValues<Repeat>();
+    QStringList names = BridgeInput::rawValues<Repeat>();
+    names.removeAll(rawValue(Repeat::setDates)); // a bill's schedule only
+    return names;
 }
 
 QVariantMap RoyaltiesBridge::royaltyMap(const Royalty &r)
@@ -193,7 +196,8 @@ bool RoyaltiesBridge::saveRoyalty(const QVariantMap &fields)
     const std::optional<RoyaltySource> source =
         fromRawValue<RoyaltySource>(fields.value(QStringLiteral("source")).toString());
     const std::optional<Repeat> repeats = fromRawValue<Repeat>(fields.value(QStringLiteral("repeats")).toString());
-    if (payer.isEmpty() || !expected || (!receivedText.isEmpty() && !received) || !expectedDate || !source || !repeats)
+    if (payer.isEmpty() || !expected || (!receivedText.isEmpty() && !received) || !expectedDate || !source || !repeats ||
+        *repeats == Repeat::setDates)
         return false;
 
     // Starts from the stored royalty, so what the editor does not show is kept.

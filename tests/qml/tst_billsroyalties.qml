@@ -59,6 +59,30 @@ TestCase {
                 ["Rent", "$1,450.50", "Monthly", 1, true, "rent.example.com"])
     }
 
+    // Estimated tax in one click: set dates, named and filed; dates that are no days of
+    // the year cannot be saved; a skip goes on to the next pair.
+    function test_quarterlyEstimatedTax() {
+        const editor = sheet("BillEditor", CHSheet.newBill())
+        mouseClick(H.key(editor, "Quarterly estimated tax (US dates)"))
+        const dates = findChild(editor, "yearDatesField")
+        compare([findChild(editor, "nameField").text, findChild(editor, "repeatsField").currentText, dates.visible,
+                 dates.text, findChild(editor, "categoryField").currentText],
+                ["Estimated tax", "On set dates each year", true, "Apr 15, Jun 15, Sep 15, Jan 15", "Taxes"])
+        const today = new Date(), due = new Date(editor.due)
+        verify(due >= new Date(today.getFullYear(), today.getMonth(), today.getDate()) && due.getDate() === 15
+               && [0, 3, 5, 8].indexOf(due.getMonth()) >= 0 && due - today < 123 * 24 * 3600 * 1000, due)
+        dates.text = "Apr 15, Jun 31" // typing it: the journeys
+        verify(!H.key(editor, "Save").enabled && findChild(editor, "yearDatesProblem").visible)
+        dates.text = "Sep 15, Jan 15, Apr 15, Jun 15"
+        findChild(editor, "amountField").text = "1200"
+        editor.due = new Date(2030, 8, 15, 9).getTime()
+        mouseClick(H.key(editor, "Save"))
+        const tax = data.active.find(b => b.name === "Estimated tax")
+        compare([tax.repeats, tax.yearDates], ["On set dates each year", "Jan 15, Apr 15, Jun 15, Sep 15"])
+        data.skip(tax.id)
+        compare(new Date(data.bill(tax.id).due).toDateString(), new Date(2031, 0, 15).toDateString())
+    }
+
     // A one-time bill paid with a typed amount is finished; the editor, given its sheet
     // once made (as the sheet host does), lists the payment.
     function test_payingAOneTimeBillWithATypedAmount() {

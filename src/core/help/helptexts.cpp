@@ -95,6 +95,9 @@ QList<HelpChapter> helpChapters()
                 {u8("Add each bill once: its name, amount, next due date and how often it repeats."), u8(notifications),
                  u8("When you pay it, press PAY. That records the payment as spending and moves the bill to its next "
                     "due date. If the bill has a website, PAY gives you a button to open it."),
+                 u8("Some bills come on set days of the year rather than evenly spaced, like estimated taxes. "
+                    "Choose \"On set dates each year\" and type the days (for example Apr 15, Jun 15, Sep 15, "
+                    "Jan 15), or press QUARTERLY ESTIMATED TAX (US DATES)."),
                  u8("Dots: green is fine, orange is due within 3 days, red is overdue."),
                  u8("Right-click a bill to skip one month without paying (for example, if it was waived).")}),
         chapter("Royalties", "music.note.list",

@@ -17,8 +17,9 @@
 namespace MoneyFile {
 
 // The `version` this program writes. A file with a higher one comes from a newer
-// Coinhall: it is read, never rewritten.
-inline constexpr int version = 1;
+// Coinhall: it is read, never rewritten. Version 2 added bills on set dates of the
+// year; a version 1 file reads the same and is written back as version 2.
+inline constexpr int version = 2;
 
 // The whole file for a Book.
 QByteArray encode(const Book &book);

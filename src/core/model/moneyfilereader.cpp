@@ -1,6 +1,7 @@
 // Reading the money file: a streaming, strict reader that fills the Book as the JSON
 // goes by and names the place of the first problem.
 #include "model/moneyfile.h"
+#include "model/repeat.h"
 
 #include <rapidjson/error/en.h>
 #include <rapidjson/reader.h>
@@ -386,6 +387,7 @@ enum class Slot : std::uint8_t {
     RepeatText,
     SourceText,
     StatusText,
+    YearDates, // a bill's set dates, "01-15,04-15"; only with Repeat::setDates
     List,    // a list of records under the Book
     History, // a bill's payments
 };
@@ -393,7 +395,7 @@ enum class Slot : std::uint8_t {
 bool isOptional(Slot slot)
 {
     return slot == Slot::OptionalId || slot == Slot::OptionalText || slot == Slot::OptionalAmount ||
-           slot == Slot::OptionalDate;
+           slot == Slot::OptionalDate || slot == Slot::YearDates;
 }
 
 const char *expectation(Slot slot)
@@ -470,6 +472,7 @@ constexpr Field billFields[] = {
     {"remindDays", Slot::Whole},
     {"repeats", Slot::RepeatText},
     {"website", Slot::Text},
+    {"yearDates", Slot::YearDates},
 };
 constexpr Field paymentFields[] = {
     {"amount", Slot::Amount},
@@ -564,7 +567,8 @@ void *target(Category &c, int field)
 void *target(Bill &b, int field)
 {
     void *const where[] = {&b.accountID, &b.active, &b.amount, &b.autopay,    &b.category, &b.due,    &b.history,
-                           &b.id,        &b.name,   &b.note,   &b.remindDays, &b.repeats,  &b.website};
+                           &b.id,        &b.name,   &b.note,   &b.remindDays, &b.repeats,  &b.website,
+                           &b.yearDates};
     static_assert(sizeof(where) / sizeof(void *) == std::size(billFields));
     return where[field];
 }
@@ -754,6 +758,9 @@ public:
         case Slot::OptionalAmount:
             *static_cast<std::optional<Decimal> *>(m_target) = std::nullopt;
             break;
+        case Slot::YearDates:
+            static_cast<std::vector<MonthDay> *>(m_target)->clear();
+            break;
         default:
             *static_cast<std::optional<Instant> *>(m_target) = std::nullopt;
             break;
@@ -870,6 +877,14 @@ public:
             return storeEnum<RoyaltySource>(text);
         case Slot::StatusText:
             return storeEnum<RoyaltyStatus>(text);
+        case Slot::YearDates: {
+            std::optional<std::vector<MonthDay>> dates =
+                parseYearDates(QString::fromLatin1(str, qsizetype(length)));
+            if (!dates)
+                return fail(QStringLiteral("not days of the year ") + quoted(text));
+            *static_cast<std::vector<MonthDay> *>(m_target) = std::move(*dates);
+            return stored();
+        }
         default:
             return fail(expectation(m_slot));
         }
@@ -936,7 +951,7 @@ public:
             m_level = Level::Done;
             return true;
         case Level::Record:
-            if (!complete(m_kind, m_recordSeen))
+            if (!complete(m_kind, m_recordSeen) || !scheduled())
                 return false;
             ++m_count;
             m_level = Level::List;
@@ -1276,6 +1291,25 @@ private:
         m_recordSeen = 0;
         m_recordNext = 0;
         m_level = Level::Record;
+    }
+
+    // A bill on set dates names them; only a bill comes on set dates.
+    bool scheduled()
+    {
+        QString problem;
+        if (m_kind == Kind::Bill) {
+            Bill &bill = *static_cast<Bill *>(m_record);
+            if (bill.repeats == Repeat::setDates && bill.yearDates.empty())
+                problem = QStringLiteral("missing key \"yearDates\"");
+            else if (bill.repeats != Repeat::setDates)
+                bill.yearDates.clear();
+        } else if (m_kind == Kind::Royalty && static_cast<Royalty *>(m_record)->repeats == Repeat::setDates) {
+            problem = QStringLiteral("repeats: a royalty does not come on set dates");
+        }
+        if (problem.isEmpty())
+            return true;
+        m_error = recordPlace() + QStringLiteral(": ") + problem;
+        return false;
     }
 
     bool complete(Kind kind, std::uint32_t seen)

@@ -1,6 +1,7 @@
 // Writing the money file: the Book as pretty-printed JSON, keys in alphabetical order,
 // straight into the output buffer.
 #include "model/moneyfile.h"
+#include "model/repeat.h"
 
 #include <rapidjson/prettywriter.h>
 
@@ -148,7 +149,7 @@ public:
         key("transactions");
         list(b.transactions);
         key("version");
-        m_writer.Int(b.version);
+        m_writer.Int(std::max(b.version, MoneyFile::version)); // an older file is written as this version
         m_writer.EndObject();
     }
 
@@ -266,6 +267,10 @@ private:
         enumText(b.repeats);
         key("website");
         text(b.website);
+        if (b.repeats == Repeat::setDates) {
+            key("yearDates");
+            text(yearDatesKey(b.yearDates));
+        }
         m_writer.EndObject();
     }
 

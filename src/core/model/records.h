@@ -84,18 +84,29 @@ template <> struct EnumTexts<TxKind>
     }};
 };
 
-// How often a bill or royalty comes around.
-enum class Repeat { once, weekly, biweekly, monthly, quarterly, yearly };
+// How often a bill or royalty comes around. Only a bill comes on set dates: the month
+// and day pairs of its `yearDates`.
+enum class Repeat { once, weekly, biweekly, monthly, quarterly, yearly, setDates };
 template <> struct EnumTexts<Repeat>
 {
-    static constexpr std::array<std::pair<Repeat, const char *>, 6> table{{
+    static constexpr std::array<std::pair<Repeat, const char *>, 7> table{{
         {Repeat::once, "One time"},
         {Repeat::weekly, "Weekly"},
         {Repeat::biweekly, "Every 2 weeks"},
         {Repeat::monthly, "Monthly"},
         {Repeat::quarterly, "Every 3 months"},
         {Repeat::yearly, "Yearly"},
+        {Repeat::setDates, "On set dates each year"},
     }};
+};
+
+// A day of every year, such as April 15: a day past a month's end (February 30) is
+// that month's last day.
+struct MonthDay
+{
+    int month = 1; // 1 to 12
+    int day = 1;   // 1 to 31
+    friend auto operator<=>(const MonthDay &, const MonthDay &) = default;
 };
 
 enum class RoyaltySource { distributor, pro, mechanical, publisher, sync, label, neighboring, sales, software, other };
@@ -187,6 +198,9 @@ struct Bill
     Decimal amount; // usual amount, positive
     Instant due;    // next due date
     Repeat repeats = Repeat::monthly;
+    // With Repeat::setDates: one to twelve days of the year, in calendar order, each
+    // once; empty otherwise.
+    std::vector<MonthDay> yearDates;
     std::optional<QUuid> accountID; // usually paid from
     QString category = QStringLiteral("Bills & Utilities");
     bool autopay = false;
@@ -220,7 +234,7 @@ struct Royalty
 // All of the user's data: the whole money file as one value.
 struct Book
 {
-    int version = 1;
+    int version = 2; // as a new Book is written (MoneyFile::version); a file read keeps its own
     std::vector<Account> accounts;
     std::vector<Transaction> transactions; // newest first
     std::vector<Bill> bills;

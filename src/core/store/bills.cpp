@@ -60,7 +60,7 @@ std::vector<Instant> Store::dueDates(const Bill &bill, const ClosedRange &range)
     for (int step = 0; step < dueDateSteps && due && *due <= range.upper; ++step) {
         if (*due >= range.lower)
             dates.push_back(*due);
-        due = next(bill.repeats, *due);
+        due = next(bill.repeats, *due, bill.yearDates);
     }
     return dates;
 }
@@ -101,7 +101,7 @@ Saved Store::pay(const Bill &passed, std::optional<Decimal> amount, Instant on, 
         if (stored != m_book.bills.end()) {
             stored->history.push_back({on, paid, bill.due});
             // From the due date, not the day paid, so paying early or late keeps the schedule.
-            if (const auto following = next(bill.repeats, bill.due))
+            if (const auto following = next(bill.repeats, bill.due, bill.yearDates))
                 stored->due = *following;
             else
                 stored->active = false;
@@ -119,7 +119,7 @@ Saved Store::skip(const Bill &bill)
     const auto stored = findById(m_book.bills, bill.id);
     if (stored == m_book.bills.end())
         return {};
-    if (const auto following = next(bill.repeats, bill.due))
+    if (const auto following = next(bill.repeats, bill.due, bill.yearDates))
         stored->due = *following;
     else
         stored->active = false;

@@ -16,7 +16,7 @@ QByteArray oneLineDated(const char *date)
 "transactions": [{"accountID": "6F1C2B9E-0A4D-4C1E-9B7A-3D2E1F0A9B8C", "amount": -45.1, "category": "",
 "cleared": true, "date": ")") +
            date + R"(", "id": "C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C53", "kind": "expense",
-"note": "", "payee": ""}], "version": 1})";
+"note": "", "payee": ""}], "version": 2})";
 }
 
 } // namespace

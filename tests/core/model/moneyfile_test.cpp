@@ -31,6 +31,7 @@ const QUuid visaId = uid("6F1C2B9E-0A4D-4C1E-9B7A-3D2E1F0A9B8C");
 Book sampleBook()
 {
     Book book;
+    book.version = 1; // as the first Coinhall wrote it
     book.accounts = {{visaId, "Visa", AccountKind::credit, d("-120.50"), false}};
     book.transactions = {{.id = uid("C3A15E2F-7B1D-4E6A-8F0C-2D9B4A7E1C53"),
                           .date = at("2025-03-01T19:45:00Z"),
@@ -170,6 +171,12 @@ Book fullBook()
                           .autopay = true,
                           .remindDays = -2,
                           .active = false});
+    book.bills.push_back({.id = uid("0D6B4E64-8C83-4F0D-A0B5-9E1D6C2F7A31"),
+                          .name = "Estimated tax",
+                          .amount = d("1200"),
+                          .due = at("2025-04-15T13:00:00Z"),
+                          .repeats = Repeat::setDates,
+                          .yearDates = {{1, 15}, {2, 29}, {6, 15}, {9, 15}}});
     Royalty paid = book.royalties[0];
     paid.id = uid("6D2C8A41-3E6F-4B19-9C07-81A4F2E6D3B0");
     paid.status = RoyaltyStatus::received;
@@ -194,10 +201,11 @@ QStringList keys(const QByteArray &json)
 
 } // namespace
 
+// sampleFile is a version 1 file: read and written again, only its version changes.
 TEST(MoneyFileTest, EncodesTheExactFileFormat)
 {
-    const QByteArray file = MoneyFile::encode(sampleBook());
-    EXPECT_EQ(file.toStdString(), sampleFile.toStdString());
+    const QByteArray file = MoneyFile::encode(*decode(sampleFile).book);
+    EXPECT_EQ(file.toStdString(), sampleWith(R"("version": 1)", R"("version": 2)").toStdString());
 
     // Each object's keys in byte order, as Qt's own JSON objects (which sort them) give them.
     const QByteArray full = MoneyFile::encode(fullBook());
@@ -206,6 +214,8 @@ TEST(MoneyFileTest, EncodesTheExactFileFormat)
     EXPECT_TRUE(full.contains(R"("note": "line one\nline two\ttab")"));
     EXPECT_TRUE(full.contains(R"("transferPairID": "AAAAAAAA-BBBB-4CCC-8DDD-EEEEEEEEEEEE")"));
     EXPECT_TRUE(full.contains(R"("id": "00000000-0000-0000-0000-000000000000")"));
+    EXPECT_TRUE(full.contains(R"("website": "",
+      "yearDates": "01-15,02-29,06-15,09-15")"));
 }
 
 TEST(MoneyFileTest, RoundTripKeepsEveryFieldAndTheBytes)
@@ -296,6 +306,11 @@ TEST(MoneyFileTest, MissingKeysAndWrongValuesNameTheirPlace)
         {R"("date": "2025-03-01T19:45:00Z")", R"("date": "2025-13-01")",
          R"(transactions[0].date: not a date "2025-13-01")"},
         {R"("amount": -45.1)", R"("amount": -1e200)", R"(transactions[0].amount: not an amount "-1e200")"},
+        {R"("repeats": "Monthly")", R"("repeats": "On set dates each year")", R"(bills[0]: missing key "yearDates")"},
+        {R"("repeats": "Monthly")", R"("repeats": "On set dates each year", "yearDates": "04-31")",
+         R"(bills[0].yearDates: not days of the year "04-31")"},
+        {R"("repeats": "Every 3 months")", R"("repeats": "On set dates each year", "yearDates": "04-15")",
+         "royalties[0]: repeats: a royalty does not come on set dates"},
     };
     for (const Case &c : wrong)
         EXPECT_EQ(errorOf(sampleWith(c.before, c.after)), c.error) << c.before;

@@ -35,6 +35,26 @@ using BillsCalendar = Bills;
 
 } // namespace
 
+// Set dates each year: the next pair in calendar order, past the year's last into the next
+// year, each day clamped to its month anew (February 29 only in leap years), at the same time.
+TEST(RepeatCalendar, SetDatesComeInCalendarOrderAcrossYearsAndMonthEnds)
+{
+    const std::vector<MonthDay> dates = *parseYearDates(QStringLiteral("sep 15, April 15,6-15; Jan 15, Feb 29"));
+    EXPECT_EQ(yearDatesText(dates), "Jan 15, Feb 29, Apr 15, Jun 15, Sep 15");
+    const auto after = [&](Instant from) { return next(Repeat::setDates, from, dates); };
+    EXPECT_EQ(after(local(2025, 4, 15, 9)), local(2025, 6, 15, 9));
+    EXPECT_EQ(after(local(2025, 9, 15, 9)), local(2026, 1, 15, 9)); // a skip on the year's last pair
+    EXPECT_EQ(after(local(2025, 1, 15, 9)), local(2025, 2, 28, 9));
+    EXPECT_EQ(after(local(2025, 2, 28, 9)), local(2025, 4, 15, 9));
+    EXPECT_EQ(after(local(2028, 1, 15, 9)), local(2028, 2, 29, 9));
+    EXPECT_EQ(after(local(2025, 3, 2, 9)), local(2025, 4, 15, 9)); // a due date between pairs
+    EXPECT_EQ(next(Repeat::setDates, local(2025, 3, 2, 9), {}), std::nullopt);
+
+    for (const char *wrong : {"", "Apr 31", "Feb 30", "Apr 15, apr 15", "13-01", "Smarch 3", "Apr",
+                              "1-1,2-1,3-1,4-1,5-1,6-1,7-1,8-1,9-1,10-1,11-1,12-1,12-2"})
+        EXPECT_EQ(parseYearDates(QString::fromLatin1(wrong)), std::nullopt) << wrong;
+}
+
 TEST(RepeatCalendar, MonthEndClampsThenDriftsAndYear9999IsTheLast)
 {
     EXPECT_EQ(next(Repeat::monthly, local(2025, 1, 31, 9)), local(2025, 2, 28, 9));

@@ -104,7 +104,7 @@ TEST_F(StoreStart, AMoneyFileFromANewerCoinhallIsReadButNeverRewritten)
     newer.version = MoneyFile::version + 1;
     // A newer Coinhall may keep what this one does not know; a save from here would drop it.
     const QByteArray bytes =
-        MoneyFile::encode(newer).replace("\"version\": 2", "\"version\": 2, \"wishes\": [\"boat\"]");
+        MoneyFile::encode(newer).replace("\"version\": 3", "\"version\": 3, \"wishes\": [\"boat\"]");
     ASSERT_TRUE(bytes.contains("wishes"));
     put("coinhall.json", bytes);
 
