@@ -6,8 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
-#include <sys/resource.h>
 
 namespace {
 
@@ -92,14 +90,7 @@ TEST_F(BackupFiles, ARestoreThatCannotBeMadeChangesNothing)
               "The backup of Mar 5, 2025 cannot be read: missing key \"accounts\". Nothing was changed.");
 
     // Without the copy of the books as they were, there is no restore.
-    const auto signal = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit limit{};
-    getrlimit(RLIMIT_FSIZE, &limit);
-    const rlimit original = limit;
-    limit.rlim_cur = rlim_t(bytes.size() / 2);
-    setrlimit(RLIMIT_FSIZE, &limit);
-    const QString status = refused(store, march4);
-    setrlimit(RLIMIT_FSIZE, &original);
-    std::signal(SIGXFSZ, signal);
-    EXPECT_EQ(status, "Could not keep your books as they are before restoring: File too large. Nothing was changed.");
+    const Limit half(RLIMIT_FSIZE, rlim_t(bytes.size() / 2));
+    EXPECT_EQ(refused(store, march4),
+              "Could not keep your books as they are before restoring: File too large. Nothing was changed.");
 }

@@ -8,32 +8,10 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <optional>
-#include <sys/resource.h>
 #include <unistd.h>
 
 namespace {
-
-// Lowers one resource limit while it lives; even root cannot pass it. With RLIMIT_FSIZE
-// (and SIGXFSZ ignored) writes past the limit fail with "File too large", as on a full disk.
-class Limit
-{
-public:
-    Limit(int resource, rlim_t value)
-        : m_resource(resource)
-    {
-        getrlimit(m_resource, &m_original);
-        rlimit limit = m_original;
-        limit.rlim_cur = value;
-        setrlimit(m_resource, &limit);
-    }
-    ~Limit() { setrlimit(m_resource, &m_original); }
-
-private:
-    int m_resource;
-    rlimit m_original{};
-};
 
 // The folder refuses new files. Mode bits stop everyone but root; root (as in CI)
 // gets the same refusal from a limit of no new open files at all, which it cannot
@@ -72,13 +50,8 @@ protected:
     {
         warnings.clear();
         qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) { warnings << text; });
-        m_signal = std::signal(SIGXFSZ, SIG_IGN);
     }
-    void TearDown() override
-    {
-        qInstallMessageHandler(nullptr);
-        std::signal(SIGXFSZ, m_signal);
-    }
+    void TearDown() override { qInstallMessageHandler(nullptr); }
 
     // What is in a folder besides the `expected` names: what a failed write left behind.
     static QStringList strays(const QString &folder, const QStringList &expected)
@@ -99,7 +72,6 @@ protected:
     Saved addOne(Store &store) { return store.add(line(store.book().accounts[0], "2025-03-05T09:00:00Z", "-3")); }
 
     const Book good = studioBook(40);
-    void (*m_signal)(int) = nullptr;
 };
 
 } // namespace

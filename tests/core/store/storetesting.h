@@ -16,6 +16,8 @@
 #include <string>
 #include <vector>
 
+#include <csignal>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 // A line of `amount` filed under Groceries; fields in Transaction's order.
@@ -61,6 +63,33 @@ inline std::string modeOf(const QString &path)
         return "missing";
     return QString::number(st.st_mode & 0777, 8).toStdString();
 }
+
+// Lowers one resource limit while it lives; even root cannot pass it. SIGXFSZ is ignored
+// meanwhile, so that with RLIMIT_FSIZE writes past the limit fail with "File too large",
+// as on a full disk.
+class Limit
+{
+public:
+    Limit(int resource, rlim_t value)
+        : m_resource(resource)
+        , m_signal(std::signal(SIGXFSZ, SIG_IGN))
+    {
+        getrlimit(m_resource, &m_original);
+        rlimit limit = m_original;
+        limit.rlim_cur = value;
+        setrlimit(m_resource, &limit);
+    }
+    ~Limit()
+    {
+        setrlimit(m_resource, &m_original);
+        std::signal(SIGXFSZ, m_signal);
+    }
+
+private:
+    int m_resource;
+    void (*m_signal)(int);
+    rlimit m_original{};
+};
 
 // The name of the backup made `days` after today by the computer's date.
 inline QString backupName(int days = 0)
