@@ -86,9 +86,8 @@ TEST(CsvRead, HeaderIsTheFirstRowWithADateTitleInAnyLanguage)
     EXPECT_EQ(csv("Info\n Posted,Payee\n").headers(), (QStringList{"Info"}));
     EXPECT_EQ(csv("Info\n Posted,Payee\n").rows(), (Rows{{" Posted", "Payee"}}));
     EXPECT_EQ(csv("Payee,Amount\nA,1\n").rows(), (Rows{{"A", "1"}})); // no date title: first row
+    // The titles in other languages are isDateHeader's, which CsvGuess walks through.
     EXPECT_EQ(csv("Konto;1\nBuchungstag;Betrag\n").headers().first(), "Buchungstag");
-    EXPECT_EQ(csv("Conto;1\nData operazione;Importo\n").headers().first(), "Data operazione");
-    EXPECT_EQ(csv("Metadata;1\nFecha;Importe\n").headers().first(), "Fecha");
 }
 
 TEST(CsvRead, FilesAreUtf8WithoutTheByteOrderMark)
@@ -218,10 +217,8 @@ TEST(CsvDate, PatternsInOrderThenInternetDateTime)
         {"03-05-2024", "2024-03-05 00:00"},
         {"2024-03-05T10:00:00Z", "2024-03-05 05:00"},
         {"2024-07-05T10:00:00+02:00", "2024-07-05 04:00"},
-        {"03/04/2024", "2024-03-04 00:00"},
         {"13/04/2024", "2024-04-13 00:00"},
         {"2024-03-10", "2024-03-10 00:00"}, // New York's clocks go forward that night
-        {"07/04/2024", "2024-07-04 00:00"},
         {"05.03.2024", "2024-03-05 00:00"},
         {"5.3.2024", "2024-03-05 00:00"},
         {"05.03.24", "2024-03-05 00:00"},
@@ -305,7 +302,8 @@ TEST(CsvAmount, DecimalCommaWhenTheColumnsUseIt)
         EXPECT_EQ(csv(text).reading().decimalComma, comma) << text;
 }
 
-// Banks that write amounts unsigned say beside them which way the money went.
+// Banks that write amounts unsigned say beside them which way the money went (debit and
+// credit columns: importer_test's).
 TEST(CsvConversion, MarkerAndDebitCreditColumnsGiveTheSign)
 {
     EXPECT_EQ(imported(csv("\"Datum\",\"Naam / Omschrijving\",\"Af Bij\",\"Bedrag (EUR)\"\n"
@@ -319,10 +317,6 @@ TEST(CsvConversion, MarkerAndDebitCreditColumnsGiveTheSign)
                            "03.01.2026;Gehalt;1.500,00;H\n"
                            "04.01.2026;Storno;-5,00;H\n")),
               (Lines{"2026-01-02 Miete -700", "2026-01-03 Gehalt 1500", "2026-01-04 Storno 5"}));
-    EXPECT_EQ(imported(csv("Kontonummer;Text;Datum;Soll;Haben\n"
-                           "1;Zinsen;31.12.2013;0,00;12,23\n"
-                           "1;Auszahlung;27.08.2013;1.500,00;0,00\n")),
-              (Lines{"2013-12-31 Zinsen 12.23", "2013-08-27 Auszahlung -1500"}));
 }
 
 // Opening and closing balances are no lines, whichever description column says so; they
