@@ -1,7 +1,8 @@
 #!/usr/bin/python3
 """The reminder service (`coinhall remind`) as the system runs it while the window is
 closed, on a private session bus (run under dbus-run-session) with a notification
-service of the test's own that records every Notify.
+service of the test's own that records every Notify. Which planned reminders a run
+may take (paid meanwhile, slept through) is the ledger's: dbusnotifier_test.cpp.
 
   remind_test.py COINHALL
 """
@@ -80,10 +81,8 @@ class Remind(unittest.TestCase):
         time.sleep(max(0, at - time.time()) + 0.2)
         done = self.remind()
         self.assertEqual((done.returncode, done.stderr), (0, ""))
+        # What a Notify carries (program, icon, hints) is dbusnotifier_test's.
         self.assertEqual(self.shown(), [rent[1:3], phone[1:3]])
-        app, _, icon = SERVICE.calls[0][:3]
-        self.assertEqual((app, icon, SERVICE.calls[0][6]["desktop-entry"]),
-                         ("QFS Coinhall", "com.quillfern.Coinhall", "com.quillfern.Coinhall"))
         self.remind()
         self.assertEqual(len(self.shown()), 2, "the timer running again shows nothing twice")
 
@@ -99,15 +98,6 @@ class Remind(unittest.TestCase):
         finally:
             waiting.terminate()
             waiting.wait(10)
-
-    def test_a_bill_paid_before_its_moment_is_not_shown_and_a_late_one_never(self):
-        at = self.plan(("6F1C-0", "Rent is due today", "$1,200.00", 1))
-        self.plan()  # the window rewrote the plan: the bill was paid
-        time.sleep(max(0, at - time.time()) + 0.2)
-        self.remind()
-        self.plan(("6F1C-0", "Rent is due today", "$1,200.00", -180))  # the computer slept through it
-        self.remind()
-        self.assertEqual(self.shown(), [])
 
     def test_without_a_session_bus_one_clear_line(self):
         env = dict(self.env, DBUS_SESSION_BUS_ADDRESS="unix:path=/nonexistent/bus")
