@@ -60,7 +60,7 @@ TestCase {
     }
 
     // Estimated tax in one click: set dates, named and filed; dates that are no days of
-    // the year cannot be saved; a skip goes on to the next pair.
+    // the year cannot be saved. The next pair after a payment or a skip is tests/core/store's.
     function test_quarterlyEstimatedTax() {
         const editor = sheet("BillEditor", CHSheet.newBill())
         mouseClick(H.key(editor, "Quarterly estimated tax (US dates)"))
@@ -79,8 +79,6 @@ TestCase {
         mouseClick(H.key(editor, "Save"))
         const tax = data.active.find(b => b.name === "Estimated tax")
         compare([tax.repeats, tax.yearDates], ["On set dates each year", "Jan 15, Apr 15, Jun 15, Sep 15"])
-        data.skip(tax.id)
-        compare(new Date(data.bill(tax.id).due).toDateString(), new Date(2031, 0, 15).toDateString())
     }
 
     // A one-time bill paid with a typed amount is finished; the editor, given its sheet
