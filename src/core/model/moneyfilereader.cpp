@@ -381,6 +381,7 @@ enum class Slot : std::uint8_t {
     Date,
     OptionalDate,
     Flag,
+    OptionalFlag,
     Whole,
     AccountKindText,
     TxKindText,
@@ -395,7 +396,7 @@ enum class Slot : std::uint8_t {
 bool isOptional(Slot slot)
 {
     return slot == Slot::OptionalId || slot == Slot::OptionalText || slot == Slot::OptionalAmount ||
-           slot == Slot::OptionalDate || slot == Slot::YearDates;
+           slot == Slot::OptionalDate || slot == Slot::OptionalFlag || slot == Slot::YearDates;
 }
 
 const char *expectation(Slot slot)
@@ -407,6 +408,7 @@ const char *expectation(Slot slot)
     case Slot::Whole:
         return "expected a whole number";
     case Slot::Flag:
+    case Slot::OptionalFlag:
         return "expected true or false";
     case Slot::List:
     case Slot::History:
@@ -433,6 +435,7 @@ constexpr Field bookFields[] = {
     {"categories", Slot::List, Kind::Category},
     {"currency", Slot::Text},
     {"royalties", Slot::List, Kind::Royalty},
+    {"setAsidePercent", Slot::OptionalAmount},
     {"transactions", Slot::List, Kind::Transaction},
     {"version", Slot::Whole},
 };
@@ -457,6 +460,7 @@ constexpr Field categoryFields[] = {
     {"budget", Slot::OptionalAmount},
     {"income", Slot::Flag},
     {"name", Slot::Text},
+    {"setAside", Slot::OptionalFlag},
 };
 constexpr Field billFields[] = {
     {"accountID", Slot::OptionalId},
@@ -536,8 +540,8 @@ int findField(std::span<const Field> fields, std::string_view key, int &next)
 // Where each field's value is stored in its record, in the order of its field table.
 void *target(Book &b, int field)
 {
-    void *const where[] = {nullptr, nullptr, nullptr,   &b.currency,
-                           nullptr, nullptr, &b.version}; // lists: record by record
+    void *const where[] = {nullptr, nullptr,           nullptr, &b.currency,
+                           nullptr, &b.setAsidePercent, nullptr, &b.version}; // lists: record by record
     static_assert(sizeof(where) / sizeof(void *) == std::size(bookFields));
     return where[field];
 }
@@ -559,7 +563,7 @@ void *target(Transaction &t, int field)
 
 void *target(Category &c, int field)
 {
-    void *const where[] = {&c.budget, &c.income, &c.name};
+    void *const where[] = {&c.budget, &c.income, &c.name, &c.setAside};
     static_assert(sizeof(where) / sizeof(void *) == std::size(categoryFields));
     return where[field];
 }
@@ -761,6 +765,9 @@ public:
         case Slot::YearDates:
             static_cast<std::vector<MonthDay> *>(m_target)->clear();
             break;
+        case Slot::OptionalFlag:
+            *static_cast<std::optional<bool> *>(m_target) = std::nullopt;
+            break;
         default:
             *static_cast<std::optional<Instant> *>(m_target) = std::nullopt;
             break;
@@ -774,9 +781,12 @@ public:
             return skipScalar();
         if (m_level == Level::Top || m_level == Level::List || m_level == Level::History)
             return elementError();
-        if (m_slot != Slot::Flag)
+        if (m_slot == Slot::OptionalFlag)
+            *static_cast<std::optional<bool> *>(m_target) = value;
+        else if (m_slot == Slot::Flag)
+            *static_cast<bool *>(m_target) = value;
+        else
             return fail(expectation(m_slot));
-        *static_cast<bool *>(m_target) = value;
         return stored();
     }
 

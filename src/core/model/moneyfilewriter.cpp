@@ -146,6 +146,10 @@ public:
         text(b.currency);
         key("royalties");
         list(b.royalties);
+        if (b.setAsidePercent) {
+            key("setAsidePercent");
+            number(*b.setAsidePercent);
+        }
         key("transactions");
         list(b.transactions);
         key("version");
@@ -221,6 +225,10 @@ private:
         m_writer.Bool(c.income);
         key("name");
         text(c.name);
+        if (c.setAside) {
+            key("setAside");
+            m_writer.Bool(*c.setAside);
+        }
         m_writer.EndObject();
     }
 

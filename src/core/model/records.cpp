@@ -26,6 +26,16 @@ QString iconName(AccountKind kind)
     return QStringLiteral("wallet.pass");
 }
 
+bool Category::countsByDefault(const QString &name, bool income)
+{
+    return income && name != QLatin1String("Refunds") && name != QLatin1String("Transfer");
+}
+
+bool Category::countsForSetAside() const
+{
+    return setAside.value_or(countsByDefault(name, income));
+}
+
 std::vector<Category> Category::defaults()
 {
     static const char *const income[] = {
@@ -40,8 +50,8 @@ std::vector<Category> Category::defaults()
     std::vector<Category> categories;
     categories.reserve(std::size(income) + std::size(spending));
     for (const char *name : income)
-        categories.push_back({QString::fromUtf8(name), true, std::nullopt});
+        categories.push_back({QString::fromUtf8(name), true, std::nullopt, std::nullopt});
     for (const char *name : spending)
-        categories.push_back({QString::fromUtf8(name), false, std::nullopt});
+        categories.push_back({QString::fromUtf8(name), false, std::nullopt, std::nullopt});
     return categories;
 }

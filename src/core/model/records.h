@@ -175,7 +175,16 @@ struct Category
     QString name;
     bool income = false;
     std::optional<Decimal> budget; // absent: no budget
+    // Whether its income counts toward the money set aside for taxes; absent: the
+    // usual choice, countsForSetAside()'s.
+    std::optional<bool> setAside;
     friend bool operator==(const Category &, const Category &) = default;
+
+    // Whether lines in it count toward the set-aside: its own choice, else every income
+    // category but "Refunds" (money that was already ours) and "Transfer".
+    bool countsForSetAside() const;
+    // The usual choice for a category of this name and side.
+    static bool countsByDefault(const QString &name, bool income);
 
     // The 26 categories of a new Book: 8 income, then 18 spending ending with "Transfer".
     static std::vector<Category> defaults();
@@ -241,5 +250,8 @@ struct Book
     std::vector<Royalty> royalties;
     std::vector<Category> categories = Category::defaults();
     QString currency = QStringLiteral("USD");
+    // The percent of counted income to set aside for taxes, above 0 and at most 100;
+    // absent: nothing is set aside.
+    std::optional<Decimal> setAsidePercent;
     friend bool operator==(const Book &, const Book &) = default;
 };

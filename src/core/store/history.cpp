@@ -66,13 +66,14 @@ void putRest(const BookStep::Rest &rest, Book &book)
     putBack(rest.bills, book.bills);
     putBack(rest.royalties, book.royalties);
     putBack(rest.categories, book.categories);
+    putBack(rest.setAsidePercent, book.setAsidePercent);
 }
 
 } // namespace
 
 BookStep::Rest restOf(const Book &book)
 {
-    return {book.accounts, book.bills, book.royalties, book.categories};
+    return {book.accounts, book.bills, book.royalties, book.categories, book.setAsidePercent};
 }
 
 void BookStep::keepChangedRest(Rest was, const Book &book)
@@ -83,13 +84,15 @@ void BookStep::keepChangedRest(Rest was, const Book &book)
     keepIfChanged(before.bills, after.bills, book.bills);
     keepIfChanged(before.royalties, after.royalties, book.royalties);
     keepIfChanged(before.categories, after.categories, book.categories);
+    keepIfChanged(before.setAsidePercent, after.setAsidePercent, book.setAsidePercent);
 }
 
 bool BookStep::empty() const
 {
     const bool noLines = std::all_of(splices.begin(), splices.end(),
                                      [](const Splice &s) { return s.out.empty() && s.in.empty(); });
-    return noLines && !after.accounts && !after.bills && !after.royalties && !after.categories;
+    return noLines && !after.accounts && !after.bills && !after.royalties && !after.categories &&
+           !after.setAsidePercent;
 }
 
 void BookStep::undo(Book &book) const

@@ -31,6 +31,7 @@ struct BookStep
         std::optional<std::vector<Bill>> bills;
         std::optional<std::vector<Royalty>> royalties;
         std::optional<std::vector<Category>> categories;
+        std::optional<std::optional<Decimal>> setAsidePercent; // outer: whether the step changed it
     };
 
     // What the step did, as the Edit menu names it: "Spent $4.50 · Corner cafe".

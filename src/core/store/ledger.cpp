@@ -478,6 +478,43 @@ Saved Store::setBudget(const QString &category, std::optional<Decimal> budget)
     return done();
 }
 
+Saved Store::setSetAsidePercent(std::optional<Decimal> percent)
+{
+    if (percent && !(Decimal() < *percent))
+        percent.reset();
+    if (percent && Decimal(100) < *percent)
+        return {};
+    const auto same = [](const std::optional<Decimal> &a, const std::optional<Decimal> &b) {
+        return a.has_value() == b.has_value() && (!a || (*a <=> *b) == 0);
+    };
+    if (same(m_book.setAsidePercent, percent))
+        return {};
+    settle();
+    Step step(*this);
+    nameStep(tr("Set aside for taxes"));
+    m_book.setAsidePercent = percent;
+    assigned();
+    return done();
+}
+
+Saved Store::setCountsForSetAside(const QString &category, bool counts)
+{
+    const auto found = std::find_if(m_book.categories.begin(), m_book.categories.end(),
+                                    [&](const Category &c) { return c.name == category; });
+    if (found == m_book.categories.end() || found->countsForSetAside() == counts)
+        return {};
+    settle();
+    Step step(*this);
+    nameStep(tr("Set aside for taxes from %1").arg(category));
+    // The usual choice is kept as no choice, so the file holds only what the user changed.
+    if (counts == Category::countsByDefault(found->name, found->income))
+        found->setAside.reset();
+    else
+        found->setAside = counts;
+    assigned();
+    return done();
+}
+
 QStringList Store::categories(bool income) const
 {
     QStringList names;

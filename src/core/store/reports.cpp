@@ -275,4 +275,45 @@ QByteArray yearCsv(const YearReport &report)
     return csv;
 }
 
+SetAside setAside(std::span<const Transaction> lines, const std::vector<Category> &categories,
+                  const std::optional<Decimal> &percent, const ClosedRange &range)
+{
+    QHash<QString, bool> counted;
+    for (const Category &c : categories)
+        if (!counted.contains(c.name)) // the first of a name decides, as for budgets
+            counted.insert(c.name, c.countsForSetAside());
+    SetAside figures;
+    figures.percent = percent.value_or(Decimal());
+    DecimalSum in, paid;
+    for (const Transaction &t : lines) {
+        if (counts(t, range, Side::in)) {
+            const auto known = counted.constFind(t.category);
+            if (known != counted.cend() ? *known : Category::countsByDefault(t.category, true))
+                in.add(t.amount);
+        } else if (counts(t, range, Side::out) && t.category == QLatin1String("Taxes")) {
+            paid.add(t.amount);
+        }
+    }
+    figures.countedIncome = in.total();
+    figures.paid = paid.total().negated();
+    figures.due = (figures.countedIncome * figures.percent / Decimal(100)).rounded2();
+    return figures;
+}
+
+SetAsidePercentInput readSetAsidePercent(const QString &typed)
+{
+    QString text = typed.trimmed();
+    if (text.endsWith(QLatin1Char('%')))
+        text.chop(1);
+    text = text.trimmed();
+    if (text.isEmpty())
+        return {};
+    const std::optional<Decimal> value = Decimal::fromString(text);
+    if (!value || value->isNegative() || Decimal(100) < *value)
+        return {std::nullopt, QStringLiteral("The percent to set aside is a number from 0 to 100.")};
+    if (value->isZero())
+        return {};
+    return {value, {}};
+}
+
 } // namespace Reports

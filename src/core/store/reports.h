@@ -38,6 +38,27 @@ struct YearReport
     std::vector<MonthFlow> months;    // January to December
 };
 
+// The money to set aside for taxes over a range of dates (Reports::setAside).
+struct SetAside
+{
+    Decimal percent;       // of the counted income; 0 when nothing is set aside
+    Decimal countedIncome; // income in the categories that count (Category::countsForSetAside)
+    Decimal due;           // percent of the counted income, to the cent (half to even)
+    Decimal paid;          // spending filed under "Taxes", positive
+    // What is still to put aside: never below zero, since paying more than was due
+    // leaves nothing to put aside; the excess is overpaid().
+    Decimal stillToPut() const { return paid < due ? due - paid : Decimal(); }
+    Decimal overpaid() const { return due < paid ? paid - due : Decimal(); }
+};
+
+// What the set-aside percent field holds once typed: the percent (absent for "0" or
+// nothing, which turns setting aside off), or why it cannot be taken.
+struct SetAsidePercentInput
+{
+    std::optional<Decimal> percent;
+    QString error; // empty when the text was taken
+};
+
 // The read-only report queries over a Book's lines (all of them, or the slice that
 // Store::linesWithin() finds for the range): what came in and went out over a range of
 // dates, per category, per month, and the Reports screen's figures. Transfers are
@@ -69,5 +90,13 @@ YearReport yearReport(std::span<const Transaction> lines, int year);
 // The same figures as CSV for a spreadsheet: "Section,Date,Name,Amount", one figure a
 // row, amounts as plain decimal text, months and pending lines dated yyyy-MM(-dd).
 QByteArray yearCsv(const YearReport &report);
+
+// The set-aside figures over the range at the Book's percent (absent: 0). An income
+// line counts by its category's choice; a category the Book does not list counts by
+// the usual choice for its name.
+SetAside setAside(std::span<const Transaction> lines, const std::vector<Category> &categories,
+                  const std::optional<Decimal> &percent, const ClosedRange &range);
+// Reads the set-aside percent as typed: a number from 0 to 100, "%" allowed after it.
+SetAsidePercentInput readSetAsidePercent(const QString &typed);
 
 } // namespace Reports

@@ -264,6 +264,11 @@ public:
     Saved deleteAccount(const Account &account);
     // Sets the monthly budget of the category named `category`; none when absent.
     Saved setBudget(const QString &category, std::optional<Decimal> budget);
+    // Sets the percent of income set aside for taxes; absent (or not above 0) turns it
+    // off. A percent above 100 is refused and changes nothing.
+    Saved setSetAsidePercent(std::optional<Decimal> percent);
+    // Whether income in the category named `category` counts toward the set-aside.
+    Saved setCountsForSetAside(const QString &category, bool counts);
     // The category an import would give a line from `payee`: that of the payee's latest
     // line, else the keyword table's, else "Other income" or "Other spending".
     QString guessCategory(const QString &payee, bool income) const;

@@ -162,6 +162,8 @@ Book fullBook()
     book.transactions.insert(book.transactions.begin(), {in, out});
     book.accounts.push_back({uid("00000000-0000-0000-0000-000000000000"), "Tin", AccountKind::cash, d("0"), true});
     book.categories.push_back({"Groceries", false, d("412.5")});
+    book.categories.push_back({"Bandcamp", true, std::nullopt, false});
+    book.setAsidePercent = d("27.5");
     book.bills[0].accountID = visaId;
     book.bills.push_back({.id = uid("0C6B4E64-8C83-4F0D-A0B5-9E1D6C2F7A31"),
                           .name = "Gym",
@@ -216,6 +218,9 @@ TEST(MoneyFileTest, EncodesTheExactFileFormat)
     EXPECT_TRUE(full.contains(R"("id": "00000000-0000-0000-0000-000000000000")"));
     EXPECT_TRUE(full.contains(R"("website": "",
       "yearDates": "01-15,02-29,06-15,09-15")"));
+    EXPECT_TRUE(full.contains(R"("name": "Bandcamp",
+      "setAside": false)"));
+    EXPECT_TRUE(full.contains(R"("setAsidePercent": 27.5,)"));
 }
 
 TEST(MoneyFileTest, RoundTripKeepsEveryFieldAndTheBytes)
@@ -294,6 +299,9 @@ TEST(MoneyFileTest, MissingKeysAndWrongValuesNameTheirPlace)
           "date")",
          R"(bills[0].history[0].amount: expected a number)"},
         {R"("cleared": true)", R"("cleared": "yes")", R"(transactions[0].cleared: expected true or false)"},
+        {R"("income": false,)", R"("income": false, "setAside": 1,)",
+         R"(categories[0].setAside: expected true or false)"},
+        {R"("version": 1)", R"("setAsidePercent": "25", "version": 1)", "setAsidePercent: expected a number"},
         {R"("kind": "expense")", R"("kind": "gift")", R"(transactions[0].kind: unknown value "gift")"},
         {R"("name": "Visa")", R"("name": 7)", R"(accounts[0].name: expected a string)"},
         {R"("payee": "Café Olé")", "\"payee\": \"Caf\xE9\"", R"(transactions[0].payee: not valid UTF-8)"},

@@ -142,6 +142,22 @@ TEST_F(History, UndoAndRedoWalkBackAndForthThroughEveryBookExactly)
     }
 }
 
+// Each set-aside choice is a step of its own; a percent above 100 changes nothing.
+TEST_F(History, SetAsideChoicesAreUndoneOneAtATime)
+{
+    const auto refunds = [&] { return *std::ranges::find(store.book().categories, "Refunds", &Category::name); };
+    ASSERT_TRUE(store.setSetAsidePercent(d("25")));
+    EXPECT_FALSE(store.setSetAsidePercent(d("150")).changed);
+    ASSERT_TRUE(store.setCountsForSetAside("Refunds", true));
+    EXPECT_EQ(store.undoText(), "Undo Set aside for taxes from Refunds");
+    ASSERT_TRUE(store.undo());
+    EXPECT_FALSE(refunds().countsForSetAside());
+    EXPECT_EQ(refunds().setAside, std::nullopt); // the usual choice again: nothing in the file
+    EXPECT_EQ(store.book().setAsidePercent, d("25"));
+    ASSERT_TRUE(store.undo());
+    EXPECT_EQ(store.book().setAsidePercent, std::nullopt);
+}
+
 // The Edit menu's words, the status line's, and the offer after a deletion.
 TEST_F(History, StepsAreNamedAsTheUserMadeThem)
 {

@@ -171,3 +171,61 @@ TEST(YearReport, CsvHoldsEveryFigureWithCellsQuotedWhereNeeded)
     EXPECT_TRUE(rows.contains("Spending by month,2025-04,,300"));
     EXPECT_EQ(rows.end()[-2], "Pending,2025-04-15,Tax office · Taxes,-300");
 }
+
+// The lines of Dec 31 and Jan 1 fall in their own local years; "Refunds", transfers
+// and a category the user left out do not count, one the user added does.
+TEST(SetAsideCalendar, CountsTheYearsIncomeByCategoryAndWhatWasPaid)
+{
+    const QUuid account = newId();
+    const auto tx = [&](Instant when, const char *amount, const char *category, TxKind kind = TxKind::deposit) {
+        return Transaction{.date = when, .accountID = account, .amount = d(amount), .category = category, .kind = kind};
+    };
+    std::vector<Category> categories = Category::defaults();
+    std::ranges::find(categories, "Paycheck", &Category::name)->setAside = false;
+    categories.push_back({"Grants", true, std::nullopt, std::nullopt});
+    categories.push_back({"Refunds", true, std::nullopt, true}); // the first of a name decides
+    const std::vector<Transaction> lines{
+        tx(local(2024, 12, 31, 23, 59, 59), "1000", "Royalties"),
+        tx(local(2025, 1, 1), "333.33", "Gigs & bookings"),
+        tx(local(2025, 3, 1), "500", "Grants"),
+        tx(local(2025, 3, 2), "80", "Refunds"),
+        tx(local(2025, 3, 3), "2000", "Paycheck"),
+        tx(local(2025, 3, 4), "700", "Transfer", TxKind::transfer),
+        tx(local(2025, 3, 5), "40", "Not listed"),
+        tx(local(2025, 4, 15), "-100", "Taxes", TxKind::expense),
+        tx(local(2025, 4, 16), "-9", "Groceries", TxKind::expense),
+        tx(local(2025, 12, 31, 23, 59, 59), "-50.5", "Taxes", TxKind::expense),
+        tx(local(2026, 1, 1), "-400", "Taxes", TxKind::expense),
+    };
+    const ClosedRange year2025 = Calendar::yearRange(local(2025, 6, 1));
+
+    const SetAside y = Reports::setAside(lines, categories, d("25"), year2025);
+    EXPECT_EQ(y.countedIncome, d("873.33"));
+    EXPECT_EQ(y.due, d("218.33")); // 218.3325 to the cent
+    EXPECT_EQ(y.paid, d("150.5"));
+    EXPECT_EQ(y.stillToPut(), d("67.83"));
+    EXPECT_EQ(y.overpaid(), Decimal());
+
+    const SetAside next = Reports::setAside(lines, categories, d("25"), Calendar::yearRange(local(2026, 6, 1)));
+    EXPECT_EQ(next.due, Decimal());
+    EXPECT_EQ(next.stillToPut(), Decimal());
+    EXPECT_EQ(next.overpaid(), d("400"));
+
+    const SetAside off = Reports::setAside(lines, categories, std::nullopt, year2025);
+    EXPECT_EQ(off.due, Decimal());
+    EXPECT_EQ(off.overpaid(), d("150.5"));
+}
+
+TEST(SetAside, PercentTypedIsANumberFrom0To100)
+{
+    EXPECT_EQ(Reports::readSetAsidePercent(" 27.5 %").percent, d("27.5"));
+    EXPECT_EQ(Reports::readSetAsidePercent("100").percent, d("100"));
+    for (const char *off : {"", "0", "0%"}) {
+        const SetAsidePercentInput input = Reports::readSetAsidePercent(off);
+        EXPECT_EQ(input.percent, std::nullopt) << off;
+        EXPECT_EQ(input.error, "") << off;
+    }
+    for (const char *bad : {"abc", "150", "-3", "100.01", "1,5"})
+        EXPECT_EQ(Reports::readSetAsidePercent(bad).error, "The percent to set aside is a number from 0 to 100.")
+            << bad;
+}
