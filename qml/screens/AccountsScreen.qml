@@ -1,11 +1,13 @@
 pragma ComponentBehavior: Bound
 import QtQuick
+import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Coinhall
 
 // The places money sits, with this month's line count and each balance, the total
 // of the open ones, the lock setting and the daily backups (each can be restored),
-// and the monthly budgets of the spending categories.
+// the monthly budgets of the spending categories, and the share of income set aside
+// for taxes with the income categories it counts.
 Item {
     id: root
 
@@ -282,7 +284,6 @@ Item {
         Panel {
             objectName: "budgetsPanel"
             Layout.fillWidth: true
-            Layout.bottomMargin: Tokens.spaceM
 
             ColumnLayout {
                 anchors.fill: parent
@@ -320,6 +321,125 @@ Item {
                         index: entry.index === undefined ? -1 : entry.index
                         name: entry.name || ""
                         budget: entry.budget || ""
+                    }
+                }
+            }
+        }
+
+        Panel {
+            objectName: "setAsidePanel"
+            Layout.fillWidth: true
+            Layout.bottomMargin: Tokens.spaceM
+
+            ColumnLayout {
+                anchors.fill: parent
+                spacing: Tokens.spaceM
+
+                Label2 {
+                    text: "Set aside for taxes"
+                }
+
+                BodyText {
+                    Layout.fillWidth: true
+                    text: "A share of your income that belongs to the tax office. The dashboard and Reports show what "
+                          + "to set aside and what you paid under Taxes. 0 turns it off."
+                    font.pointSize: Tokens.pt(Tokens.captionSize + 1)
+                    color: Looks.current.muted
+                    wrapMode: Text.WordWrap
+                }
+
+                RowLayout {
+                    Layout.fillWidth: true
+                    spacing: Tokens.spaceM
+
+                    BodyText {
+                        id: percentLabel
+
+                        text: "Percent of income"
+                        font.weight: Font.DemiBold
+                        Accessible.ignored: true
+                    }
+                    TextField {
+                        id: percentField
+
+                        objectName: "setAsidePercentField"
+                        Layout.preferredWidth: 90
+                        implicitHeight: Tokens.fieldHeight
+                        leftPadding: Tokens.spaceM
+                        rightPadding: Tokens.spaceM
+                        horizontalAlignment: TextInput.AlignRight
+                        placeholderText: "0"
+                        font.family: Tokens.lcdFamily
+                        font.pointSize: Tokens.pt(Tokens.bodySize)
+                        color: Looks.current.text
+                        selectionColor: Looks.current.accent
+                        selectedTextColor: Looks.current.bg
+                        placeholderTextColor: Looks.current.muted
+                        inputMethodHints: Qt.ImhFormattedNumbersOnly
+                        selectByMouse: true
+                        text: bridge.setAsidePercent
+                        Accessible.role: Accessible.EditableText
+                        Accessible.name: percentLabel.text
+
+                        // Return, Enter or leaving the field commits; a refusal keeps the text to fix.
+                        onEditingFinished: {
+                            percentError.text = bridge.commitSetAsidePercent(text)
+                            if (percentError.text === "")
+                                text = Qt.binding(() => bridge.setAsidePercent)
+                        }
+
+                        background: Rectangle {
+                            radius: Tokens.keyRadius
+                            color: Looks.current.bg
+                            border.width: percentField.activeFocus ? 1.5 : 1
+                            border.color: percentError.text !== "" ? Tokens.destructive
+                                                                   : percentField.activeFocus ? Looks.current.accent
+                                                                                              : Looks.current.line
+                        }
+                    }
+                    BodyText {
+                        text: "%"
+                        Accessible.ignored: true
+                    }
+                    BodyText {
+                        id: percentError
+
+                        objectName: "setAsideError"
+                        Layout.fillWidth: true
+                        color: Tokens.destructive
+                        wrapMode: Text.WordWrap
+                        Accessible.role: Accessible.AlertMessage
+                        Accessible.name: text
+                    }
+                }
+
+                BodyText {
+                    Layout.fillWidth: true
+                    text: "Income that counts:"
+                    font.pointSize: Tokens.pt(Tokens.captionSize + 1)
+                    color: Looks.current.muted
+                }
+
+                ListRows {
+                    id: setAsideRows
+
+                    columns: width > 640 ? 3 : 1
+                    columnSpacing: Tokens.spaceXL
+                    rowSpacing: Tokens.spaceS
+                    model: bridge.setAsideCategories.length
+
+                    delegate: FormToggle {
+                        required property int modelData
+                        readonly property var entry: root.bridge.setAsideCategories[modelData] || ({})
+
+                        objectName: "setAsideCategory"
+                        width: setAsideRows.cellWidth
+                        text: entry.name || ""
+                        checked: entry.counts === true
+                        onToggled: {
+                            root.bridge.setCountsForSetAside(entry.name, checked)
+                            checked = Qt.binding(() => entry.counts === true)
+                        }
                     }
                 }
             }

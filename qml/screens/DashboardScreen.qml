@@ -3,10 +3,11 @@ import QtQuick
 import QtQuick.Layouts
 import Coinhall
 
-// The overview on one scrolling page: five figure tiles, the latest
-// ledger lines, the accounts, the bills of the next two weeks, the royalties on the
-// way and six months of money in against money out. It only reads the Store; changes
-// go through the sheets it opens or the screens it switches to.
+// The overview on one scrolling page: five figure tiles and, when the book sets money
+// aside for taxes, this year's set-aside; the latest ledger lines, the accounts, the
+// bills of the next two weeks, the royalties on the way and six months of money in
+// against money out. It only reads the Store; changes go through the sheets it opens
+// or the screens it switches to.
 Item {
     id: root
 
@@ -149,6 +150,18 @@ Item {
                 label: "Royalties this year"
                 value: summary.royaltiesText
             }
+        }
+
+        SetAsideTile {
+            objectName: "setAsideTile"
+            Layout.fillWidth: true
+            visible: summary.setAsideShown
+            label: "Set aside for taxes this year"
+            percentText: summary.setAsidePercentText
+            dueText: summary.setAsideDueText
+            paidText: summary.setAsidePaidText
+            leftText: summary.setAsideLeftText
+            overpaid: summary.overpaid
         }
 
         RowLayout {

@@ -3,6 +3,7 @@
 #include "bridgeinput.h"
 #include "model/money.h"
 #include "store/backups.h"
+#include "store/reports.h"
 #include "store/store.h"
 
 #include <QHash>
@@ -55,6 +56,8 @@ void AccountsBridge::reload()
 {
     QVariantList accounts;
     QVariantList budgets;
+    QVariantList setAsideCategories;
+    QString setAsidePercent;
     QString total;
     if (m_store) {
         const Book &book = m_store->book();
@@ -77,6 +80,12 @@ void AccountsBridge::reload()
         }
         for (size_t i = 0; i < book.categories.size(); ++i) {
             const Category &c = book.categories[i];
+            if (c.income && c.name != QLatin1String("Transfer")) {
+                setAsideCategories.append(QVariantMap{
+                    {QStringLiteral("name"), c.name},
+                    {QStringLiteral("counts"), c.countsForSetAside()},
+                });
+            }
             if (c.income)
                 continue;
             budgets.append(QVariantMap{
@@ -86,9 +95,14 @@ void AccountsBridge::reload()
             });
         }
         total = Money::s(m_store->totalBalance());
+        if (book.setAsidePercent)
+            setAsidePercent = book.setAsidePercent->toString();
     }
-    if (accounts == m_accounts && budgets == m_budgets && total == m_totalText)
+    if (accounts == m_accounts && budgets == m_budgets && total == m_totalText &&
+        setAsidePercent == m_setAsidePercent && setAsideCategories == m_setAsideCategories)
         return;
+    m_setAsidePercent = std::move(setAsidePercent);
+    m_setAsideCategories = std::move(setAsideCategories);
     m_accounts = std::move(accounts);
     m_budgets = std::move(budgets);
     m_totalText = std::move(total);
@@ -103,6 +117,20 @@ bool AccountsBridge::commitBudget(int index, const QString &typed)
     if (budget && *budget <= Decimal())
         budget.reset();
     return m_store->setBudget(m_store->book().categories[size_t(index)].name, budget).changed;
+}
+
+QString AccountsBridge::commitSetAsidePercent(const QString &typed)
+{
+    const SetAsidePercentInput input = Reports::readSetAsidePercent(typed);
+    if (!input.error.isEmpty() || !m_store)
+        return input.error;
+    const Saved saved = m_store->setSetAsidePercent(input.percent);
+    return saved.error;
+}
+
+bool AccountsBridge::setCountsForSetAside(const QString &name, bool counts)
+{
+    return m_store && m_store->setCountsForSetAside(name, counts).changed;
 }
 
 QVariantMap AccountsBridge::account(const QString &id) const

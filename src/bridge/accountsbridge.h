@@ -30,6 +30,11 @@ class AccountsBridge : public StoreBridge
     // index (its place in the Book's category list), name, budget (decimal text; empty
     // for no limit).
     Q_PROPERTY(QVariantList budgets READ budgets NOTIFY changed FINAL)
+    // The percent of income set aside for taxes as decimal text; empty when off.
+    Q_PROPERTY(QString setAsidePercent READ setAsidePercent NOTIFY changed FINAL)
+    // One entry per income category, in the Book's order: name, counts (whether its
+    // income counts toward the set-aside).
+    Q_PROPERTY(QVariantList setAsideCategories READ setAsideCategories NOTIFY changed FINAL)
     // The account kinds in picker order, as stored and shown ("Checking", "Credit card").
     Q_PROPERTY(QStringList kinds READ kinds CONSTANT FINAL)
     // The label of the unlock toggle, naming what this platform asks for.
@@ -51,6 +56,8 @@ public:
     QVariantList accounts() const { return m_accounts; }
     QString totalText() const { return m_totalText; }
     QVariantList budgets() const { return m_budgets; }
+    QString setAsidePercent() const { return m_setAsidePercent; }
+    QVariantList setAsideCategories() const { return m_setAsideCategories; }
     QStringList kinds() const;
     QString unlockText() const;
     QString privacyText() const;
@@ -64,6 +71,11 @@ public:
     // zero becomes the limit; empty, unreadable, zero or negative text clears it. The
     // Book is written only when the budget really changes; true when it did.
     Q_INVOKABLE bool commitBudget(int index, const QString &typed);
+    // Sets the set-aside percent from what was typed (empty or 0 turns it off); the
+    // message why it cannot be taken, which saves nothing, or empty.
+    Q_INVOKABLE QString commitSetAsidePercent(const QString &typed);
+    // Whether income in the category named `name` counts toward the set-aside.
+    Q_INVOKABLE bool setCountsForSetAside(const QString &name, bool counts);
     // The account with this id as a map: found, id, name, kind, opening (decimal text),
     // closed, hasTransactions. `found` is false (and the rest empty) for an unknown id.
     Q_INVOKABLE QVariantMap account(const QString &id) const;
@@ -103,6 +115,8 @@ private:
     QVariantList m_accounts;
     QString m_totalText;
     QVariantList m_budgets;
+    QString m_setAsidePercent;
+    QVariantList m_setAsideCategories;
     BackupShelf *m_shelf = nullptr; // made by the first refreshBackups()
     QVariantList m_backups;
 };

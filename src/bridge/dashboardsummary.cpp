@@ -37,6 +37,8 @@ QVariantList DashboardSummary::monthMaps(const Store &store, int count)
 void DashboardSummary::reload()
 {
     Decimal total, in, out, royalties;
+    SetAside setAside;
+    m_setAsideShown = false;
     m_accounts.clear();
     m_royalties.clear();
     m_months.clear();
@@ -69,7 +71,17 @@ void DashboardSummary::reload()
         }
 
         m_months = monthMaps(*m_store, chartMonths);
+
+        const ClosedRange year = Calendar::yearRange(now);
+        const std::optional<Decimal> &percent = m_store->book().setAsidePercent;
+        setAside = Reports::setAside(m_store->linesWithin(year), m_store->book().categories, percent, year);
+        m_setAsideShown = percent.has_value();
     }
+    m_overpaid = setAside.overpaid().signum() > 0;
+    m_setAsidePercentText = setAside.percent.toString() + QLatin1Char('%');
+    m_setAsideDueText = Money::s(setAside.due);
+    m_setAsidePaidText = Money::s(setAside.paid);
+    m_setAsideLeftText = Money::s(m_overpaid ? setAside.overpaid() : setAside.stillToPut());
     const Decimal net = in - out;
     m_totalText = Money::s(total);
     m_inText = Money::s(in);

@@ -26,6 +26,15 @@ class DashboardSummary : public StoreBridge
     Q_PROPERTY(bool netNegative READ netNegative NOTIFY changed FINAL)
     // "Royalties this year": the royalties received this calendar year, as money text.
     Q_PROPERTY(QString royaltiesText READ royaltiesText NOTIFY changed FINAL)
+    // "Set aside for taxes" for this calendar year: whether the tile shows (a percent is
+    // set), the percent ("25%"), what is due so far, what was paid under "Taxes", and
+    // what is still to put aside, or what was overpaid when `overpaid`, as money text.
+    Q_PROPERTY(bool setAsideShown READ setAsideShown NOTIFY changed FINAL)
+    Q_PROPERTY(QString setAsidePercentText READ setAsidePercentText NOTIFY changed FINAL)
+    Q_PROPERTY(QString setAsideDueText READ setAsideDueText NOTIFY changed FINAL)
+    Q_PROPERTY(QString setAsidePaidText READ setAsidePaidText NOTIFY changed FINAL)
+    Q_PROPERTY(QString setAsideLeftText READ setAsideLeftText NOTIFY changed FINAL)
+    Q_PROPERTY(bool overpaid READ overpaid NOTIFY changed FINAL)
     // The active accounts in the Book's order: "id", "name", "icon" (symbol name),
     // "balanceText" (balance now, money text) and "negative".
     Q_PROPERTY(QVariantList accounts READ accounts NOTIFY changed FINAL)
@@ -51,6 +60,12 @@ public:
     QString netText() const { return m_netText; }
     bool netNegative() const { return m_netNegative; }
     QString royaltiesText() const { return m_royaltiesText; }
+    bool setAsideShown() const { return m_setAsideShown; }
+    QString setAsidePercentText() const { return m_setAsidePercentText; }
+    QString setAsideDueText() const { return m_setAsideDueText; }
+    QString setAsidePaidText() const { return m_setAsidePaidText; }
+    QString setAsideLeftText() const { return m_setAsideLeftText; }
+    bool overpaid() const { return m_overpaid; }
     QVariantList accounts() const { return m_accounts; }
     QVariantList royalties() const { return m_royalties; }
     QVariantList months() const { return m_months; }
@@ -66,5 +81,7 @@ private:
 
     QString m_totalText, m_inText, m_outText, m_netText, m_royaltiesText;
     bool m_netNegative = false;
+    bool m_setAsideShown = false, m_overpaid = false;
+    QString m_setAsidePercentText, m_setAsideDueText, m_setAsidePaidText, m_setAsideLeftText;
     QVariantList m_accounts, m_royalties, m_months;
 };

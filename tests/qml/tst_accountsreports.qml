@@ -34,6 +34,49 @@ TestCase {
         return H.make(testCase, testCase, "AccountEditor {}", { sheet: CHSheet.editAccount(account) })
     }
 
+    // The percent typed on the Accounts screen (a refusal saves nothing), the income that
+    // counts chosen by keyboard, and the dashboard's tile of this year's figures.
+    function test_setAsideForTaxes() {
+        const screen = openScreen()
+        const dashboard = H.make(testCase, testCase, "DashboardScreen { width: 1000; height: 900 }")
+        const tile = H.named(dashboard, "setAsideTile")
+        const figures = () => ["setAsideDue", "setAsidePaid", "setAsideLeft"].map(
+                              n => H.named(H.named(tile, n), "tileValue").text)
+        verify(!tile.visible)
+        const field = H.named(screen, "setAsidePercentField")
+        compare(field.Accessible.name, "Percent of income")
+        for (const bad of ["abc", "150", "-3"]) {
+            H.retype(testCase, field, bad)
+            keyClick(Qt.Key_Return)
+            compare([H.named(screen, "setAsideError").text, screen.bridge.setAsidePercent],
+                    ["The percent to set aside is a number from 0 to 100.", ""], bad)
+        }
+        H.retype(testCase, field, "25")
+        keyClick(Qt.Key_Return)
+        compare([H.named(screen, "setAsideError").text, screen.bridge.setAsidePercent], ["", "25"])
+        for (const [income, amount, category] of [[true, "1000", "Paycheck"], [true, "200", "Refunds"],
+                                                  [true, "100", "Royalties"], [false, "50", "Taxes"]])
+            verify(ledger.saveTransaction({ id: "", income: income, date: Date.now(), amount: amount, payee: "P",
+                                            category: category, accountId: ledger.firstAccountId(), note: "",
+                                            cleared: true }))
+        verify(tile.visible)
+        compare(figures(), ["$275.00", "$50.00", "$225.00"])
+        compare(H.named(tile, "setAsideLeft").Accessible.name, "Still to put aside $225.00")
+
+        const paycheck = H.first(screen, c => c.objectName === "setAsideCategory" && c.text === "Paycheck")
+        verify(!H.first(screen, c => c.objectName === "setAsideCategory" && c.text === "Refunds").checked)
+        paycheck.forceActiveFocus()
+        keyClick(Qt.Key_Space)
+        compare(paycheck.checked, false)
+        compare(figures(), ["$25.00", "$50.00", "$25.00"])
+        compare(H.named(tile, "setAsideLeft").Accessible.name, "Overpaid $25.00")
+
+        keyClick(Qt.Key_Space)
+        H.retype(testCase, field, "0")
+        keyClick(Qt.Key_Return)
+        compare([paycheck.checked, screen.bridge.setAsidePercent, tile.visible], [true, "", false])
+    }
+
     // A budget (spending categories only) is written on leaving its field; on Return: test_periodsAndBudgets.
     function test_budgetsAndTheLockToggle() {
         const screen = openScreen()
