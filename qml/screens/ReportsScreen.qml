@@ -131,6 +131,18 @@ Item {
             }
         }
 
+        SetAsideTile {
+            objectName: "setAsideTile"
+            Layout.fillWidth: true
+            visible: bridge.setAsideShown
+            label: "Set aside for taxes · " + bridge.periodLabels[bridge.period]
+            percentText: bridge.setAsidePercentText
+            dueText: bridge.setAsideDueText
+            paidText: bridge.setAsidePaidText
+            leftText: bridge.setAsideLeftText
+            overpaid: bridge.overpaid
+        }
+
         Panel {
             objectName: "taxYearPanel"
             Layout.fillWidth: true

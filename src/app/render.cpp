@@ -120,7 +120,7 @@ int renderScreens(int &argc, char **argv, const QString &dir)
     const std::vector<int> years = Reports::yearsWithLines(store.book().transactions);
     if (!years.empty()) {
         const QString page = QDir(out).filePath(QStringLiteral("year-report.png"));
-        if (!YearDocument::firstPage(Reports::yearReport(store.book().transactions, years.front()), 100).save(page))
+        if (!YearDocument::firstPage(Reports::yearReport(store.book(), years.front()), 100).save(page))
             std::fprintf(stderr, "Could not save %s\n", qPrintable(page));
     }
 

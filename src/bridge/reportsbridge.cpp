@@ -69,11 +69,16 @@ void ReportsBridge::reload()
 {
     PeriodReport report;
     QVariantList monthly;
+    SetAside setAside;
+    m_setAsideShown = false;
     if (m_store) {
         const ReportPeriod period = reportPeriod(m_period);
         const Instant now = m_store->now();
-        report = Reports::periodReport(m_store->linesWithin(periodRange(period, now)), m_store->book().categories,
-                                       period, now);
+        const ClosedRange range = periodRange(period, now);
+        report = Reports::periodReport(m_store->linesWithin(range), m_store->book().categories, period, now);
+        const Book &book = m_store->book();
+        setAside = Reports::setAside(m_store->linesWithin(range), book.categories, book.setAsidePercent, range);
+        m_setAsideShown = book.setAsidePercent.has_value();
         monthly = DashboardSummary::monthMaps(*m_store, DashboardSummary::chartMonths);
     } else {
         report.royaltyShare = royaltyShare({}, Decimal());
@@ -85,6 +90,11 @@ void ReportsBridge::reload()
     m_incomeLines = lineMaps(report.incomeLines);
     m_spendingLines = lineMaps(report.spendingLines);
     m_monthly = std::move(monthly);
+    m_overpaid = setAside.overpaid().signum() > 0;
+    m_setAsidePercentText = setAside.percent.toString() + QLatin1Char('%');
+    m_setAsideDueText = Money::s(setAside.due);
+    m_setAsidePaidText = Money::s(setAside.paid);
+    m_setAsideLeftText = Money::s(m_overpaid ? setAside.overpaid() : setAside.stillToPut());
 
     const std::vector<int> years = m_store ? Reports::yearsWithLines(m_store->book().transactions) : std::vector<int>();
     m_taxYears.clear();
@@ -117,7 +127,7 @@ bool ReportsBridge::saveYear(const QUrl &file, bool pdf)
     if (!m_store || m_taxYear == 0)
         return false;
     const QString path = file.isLocalFile() ? file.toLocalFile() : file.toString();
-    const YearReport report = Reports::yearReport(m_store->book().transactions, m_taxYear);
+    const YearReport report = Reports::yearReport(m_store->book(), m_taxYear);
     QString reason;
     const bool saved = pdf ? YearDocument::writePdf(report, path, &reason)
                            : writeFileAtomically(path, Reports::yearCsv(report), &reason);
@@ -155,7 +165,7 @@ bool ReportsBridge::printYear()
     dialog.setWindowTitle(tr("Print %1").arg(YearDocument::title(m_taxYear)));
     if (dialog.exec() != QDialog::Accepted)
         return false;
-    if (YearDocument::paint(Reports::yearReport(m_store->book().transactions, m_taxYear), printer) == 0) {
+    if (YearDocument::paint(Reports::yearReport(m_store->book(), m_taxYear), printer) == 0) {
         m_store->setStatus(tr("Could not print: the printer could not be used."));
         return false;
     }

@@ -42,6 +42,16 @@ class ReportsBridge : public StoreBridge
     // month's first instant in milliseconds), monthText ("Jun"), in and out (numbers
     // for the bar heights), inText and outText (money text).
     Q_PROPERTY(QVariantList monthly READ monthly NOTIFY changed FINAL)
+    // "Set aside for taxes" over the period, as the dashboard's tile shows it for the year:
+    // shown while a percent is set, the percent ("25%"), and as money text what is due,
+    // what was paid under "Taxes", and what is still to put aside (or, when `overpaid`,
+    // the excess paid).
+    Q_PROPERTY(bool setAsideShown READ setAsideShown NOTIFY changed FINAL)
+    Q_PROPERTY(QString setAsidePercentText READ setAsidePercentText NOTIFY changed FINAL)
+    Q_PROPERTY(QString setAsideDueText READ setAsideDueText NOTIFY changed FINAL)
+    Q_PROPERTY(QString setAsidePaidText READ setAsidePaidText NOTIFY changed FINAL)
+    Q_PROPERTY(QString setAsideLeftText READ setAsideLeftText NOTIFY changed FINAL)
+    Q_PROPERTY(bool overpaid READ overpaid NOTIFY changed FINAL)
     // The years that hold lines, newest first, for the "Tax year" choice.
     Q_PROPERTY(QVariantList taxYears READ taxYears NOTIFY changed FINAL)
     // The year the document keys write: last year when it has lines, else the newest
@@ -67,6 +77,12 @@ public:
     int months() const;
     QVariantList monthly() const { return m_monthly; }
     QVariantList taxYears() const { return m_taxYears; }
+    bool setAsideShown() const { return m_setAsideShown; }
+    QString setAsidePercentText() const { return m_setAsidePercentText; }
+    QString setAsideDueText() const { return m_setAsideDueText; }
+    QString setAsidePaidText() const { return m_setAsidePaidText; }
+    QString setAsideLeftText() const { return m_setAsideLeftText; }
+    bool overpaid() const { return m_overpaid; }
     int taxYear() const { return m_taxYear; }
     void setTaxYear(int year);
 
@@ -93,6 +109,8 @@ private:
     QString m_incomeText, m_spendingText, m_netText, m_royaltyShareText;
     QVariantList m_incomeLines, m_spendingLines, m_monthly, m_taxYears;
     int m_taxYear = 0;
+    bool m_setAsideShown = false, m_overpaid = false;
+    QString m_setAsidePercentText, m_setAsideDueText, m_setAsidePaidText, m_setAsideLeftText;
     bool m_taxYearChosen = false; // by the user: kept while it has lines
 
     bool saveYear(const QUrl &file, bool pdf);

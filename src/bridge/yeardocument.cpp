@@ -216,6 +216,16 @@ private:
         text(0, m_width, QStringLiteral("Paid to the tax office: spending filed under \"Taxes\"."), Qt::AlignLeft,
              quiet);
         m_y += rowHeight;
+        if (const std::optional<SetAside> &s = m_report.setAside) {
+            const QString left = s->overpaid().signum() > 0
+                                     ? QStringLiteral("%1 overpaid").arg(Money::s(s->overpaid()))
+                                     : QStringLiteral("%1 still to put aside").arg(Money::s(s->stillToPut()));
+            text(0, m_width,
+                 QStringLiteral("Set aside for taxes: %1% of %2 counted income is %3; %4 paid, %5.")
+                     .arg(s->percent.toString(), Money::s(s->countedIncome), Money::s(s->due), Money::s(s->paid), left),
+                 Qt::AlignLeft, quiet);
+            m_y += rowHeight;
+        }
         text(0, m_width,
              QStringLiteral("Transfers between your own accounts are left out: %1 lines, %2 in, %3 out.")
                  .arg(m_report.transferLines)

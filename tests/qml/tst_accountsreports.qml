@@ -70,6 +70,11 @@ TestCase {
         compare(paycheck.checked, false)
         compare(figures(), ["$25.00", "$50.00", "$25.00"])
         compare(H.named(tile, "setAsideLeft").Accessible.name, "Overpaid $25.00")
+        // The Reports screen shows the same for its period; this month's lines are this year's too.
+        const reports = H.make(testCase, testCase, "ReportsScreen { width: 1000; height: 900; period: 2 }")
+        const reportTile = H.named(reports, "setAsideTile")
+        compare([reportTile.label, H.named(H.named(reportTile, "setAsideLeft"), "tileValue").text],
+                ["Set aside for taxes · This year", "$25.00"])
 
         keyClick(Qt.Key_Space)
         H.retype(testCase, field, "0")

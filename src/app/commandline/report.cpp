@@ -118,7 +118,7 @@ int yearReport(const Book &book, const QString &yearText, const QString &pdf, co
                               : QStringLiteral("No lines in \"%1\": the years with lines are %2.")
                                     .arg(yearText, offered.join(QStringLiteral(", "))));
     }
-    const YearReport figures = Reports::yearReport(book.transactions, year);
+    const YearReport figures = Reports::yearReport(book, year);
     QString reason;
     if (!pdf.isEmpty()) {
         if (!YearDocument::writePdf(figures, pdf, &reason)) {

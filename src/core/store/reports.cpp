@@ -241,6 +241,14 @@ YearReport yearReport(std::span<const Transaction> lines, int year)
     return report;
 }
 
+YearReport yearReport(const Book &book, int year)
+{
+    YearReport report = yearReport(book.transactions, year);
+    if (book.setAsidePercent)
+        report.setAside = setAside(book.transactions, book.categories, book.setAsidePercent, report.range);
+    return report;
+}
+
 QByteArray yearCsv(const YearReport &report)
 {
     QByteArray csv = "Section,Date,Name,Amount\n";
@@ -253,6 +261,14 @@ QByteArray yearCsv(const YearReport &report)
     row("Total", year, QStringLiteral("Spending"), report.spending);
     row("Total", year, QStringLiteral("Net"), report.net());
     row("Total", year, QStringLiteral("Paid to the tax office (Taxes)"), report.paidInTaxes);
+    if (const std::optional<SetAside> &s = report.setAside) {
+        row("Set aside for taxes", year, QStringLiteral("Percent of counted income"), s->percent);
+        row("Set aside for taxes", year, QStringLiteral("Counted income"), s->countedIncome);
+        row("Set aside for taxes", year, QStringLiteral("To set aside"), s->due);
+        row("Set aside for taxes", year, QStringLiteral("Paid to the tax office"), s->paid);
+        row("Set aside for taxes", year, QStringLiteral("Still to put aside"), s->stillToPut());
+        row("Set aside for taxes", year, QStringLiteral("Overpaid"), s->overpaid());
+    }
     row("Transfers left out", year, QStringLiteral("In"), report.transfersIn);
     row("Transfers left out", year, QStringLiteral("Out"), report.transfersOut);
     for (const auto &[name, amount] : report.incomeByCategory)

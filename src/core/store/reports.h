@@ -18,6 +18,19 @@ struct PendingLine
     Decimal amount; // signed, as the line holds it
 };
 
+// The money to set aside for taxes over a range of dates (Reports::setAside).
+struct SetAside
+{
+    Decimal percent;       // of the counted income; 0 when nothing is set aside
+    Decimal countedIncome; // income in the categories that count (Category::countsForSetAside)
+    Decimal due;           // percent of the counted income, to the cent (half to even)
+    Decimal paid;          // spending filed under "Taxes", positive
+    // What is still to put aside: never below zero, since paying more than was due
+    // leaves nothing to put aside; the excess is overpaid().
+    Decimal stillToPut() const { return paid < due ? due - paid : Decimal(); }
+    Decimal overpaid() const { return due < paid ? paid - due : Decimal(); }
+};
+
 // The figures of one calendar year for the accountant (Reports::yearReport).
 struct YearReport
 {
@@ -36,19 +49,7 @@ struct YearReport
     Decimal transfersOut;
     std::vector<PendingLine> pending; // oldest first, transfers left out
     std::vector<MonthFlow> months;    // January to December
-};
-
-// The money to set aside for taxes over a range of dates (Reports::setAside).
-struct SetAside
-{
-    Decimal percent;       // of the counted income; 0 when nothing is set aside
-    Decimal countedIncome; // income in the categories that count (Category::countsForSetAside)
-    Decimal due;           // percent of the counted income, to the cent (half to even)
-    Decimal paid;          // spending filed under "Taxes", positive
-    // What is still to put aside: never below zero, since paying more than was due
-    // leaves nothing to put aside; the excess is overpaid().
-    Decimal stillToPut() const { return paid < due ? due - paid : Decimal(); }
-    Decimal overpaid() const { return due < paid ? paid - due : Decimal(); }
+    std::optional<SetAside> setAside; // the year's; absent when the Book sets nothing aside
 };
 
 // What the set-aside percent field holds once typed: the percent (absent for "0" or
@@ -87,8 +88,11 @@ PeriodReport periodReport(std::span<const Transaction> lines, const std::vector<
 std::vector<int> yearsWithLines(std::span<const Transaction> lines);
 // The year's report. The lines may come in any order.
 YearReport yearReport(std::span<const Transaction> lines, int year);
+// The year's report of a Book, with the money set aside for taxes when it sets some aside.
+YearReport yearReport(const Book &book, int year);
 // The same figures as CSV for a spreadsheet: "Section,Date,Name,Amount", one figure a
-// row, amounts as plain decimal text, months and pending lines dated yyyy-MM(-dd).
+// row, amounts as plain decimal text, months and pending lines dated yyyy-MM(-dd); the
+// set-aside's percent is a row of its own, its number without "%".
 QByteArray yearCsv(const YearReport &report);
 
 // The set-aside figures over the range at the Book's percent (absent: 0). An income

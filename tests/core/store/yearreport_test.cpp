@@ -214,6 +214,19 @@ TEST(SetAsideCalendar, CountsTheYearsIncomeByCategoryAndWhatWasPaid)
     const SetAside off = Reports::setAside(lines, categories, std::nullopt, year2025);
     EXPECT_EQ(off.due, Decimal());
     EXPECT_EQ(off.overpaid(), d("150.5"));
+
+    // The year's report carries the same figures, its CSV a row each.
+    Book book{.transactions = lines, .categories = categories};
+    EXPECT_FALSE(Reports::yearReport(book, 2025).setAside);
+    book.setAsidePercent = d("25");
+    const QByteArray csv = Reports::yearCsv(Reports::yearReport(book, 2025));
+    EXPECT_TRUE(csv.contains("Set aside for taxes,2025,Percent of counted income,25\n"
+                             "Set aside for taxes,2025,Counted income,873.33\n"
+                             "Set aside for taxes,2025,To set aside,218.33\n"
+                             "Set aside for taxes,2025,Paid to the tax office,150.5\n"
+                             "Set aside for taxes,2025,Still to put aside,67.83\n"
+                             "Set aside for taxes,2025,Overpaid,0\n"))
+        << csv.toStdString();
 }
 
 TEST(SetAside, PercentTypedIsANumberFrom0To100)
