@@ -33,10 +33,12 @@ Panel {
         Accessible.role: Accessible.StaticText
         Accessible.name: name + " " + value
 
+        // One line: a wrapping caption in a row of shared widths sets the tile's height
+        // from its first, zero-width layout pass (one word a line).
         CaptionText {
             Layout.fillWidth: true
             text: figure.name
-            wrapMode: Text.WordWrap
+            elide: Text.ElideRight
             Accessible.ignored: true
         }
         FigureText {

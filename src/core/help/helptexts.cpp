@@ -129,6 +129,11 @@ QList<HelpChapter> helpChapters()
         chapter("Reports & budgets", "chart.bar.xaxis",
                 {u8("REPORTS shows income and spending by category for this month, last month, this year, the last "
                     "12 months or last year. That's handy at tax time."),
+                 u8("Tax year: choose the year and press SAVE AS PDF… for a report to hand your accountant (or "
+                    "PRINT…, or SAVE AS CSV… for a spreadsheet)."),
+                 u8("Set aside for taxes: in ACCOUNTS, type the percent of your income that belongs to the tax office. "
+                    "The dashboard then shows what to set aside this year, what you paid under Taxes, and what is "
+                    "still to put aside."),
                  u8("Budgets: in ACCOUNTS, under Monthly budgets, type a limit next to any spending category. Reports "
                     "show the budget, in red if you went over."),
                  u8("EXPORT CSV in TRANSACTIONS saves everything to a file you can open in Numbers or Excel, or hand "
