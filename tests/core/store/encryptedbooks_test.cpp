@@ -193,7 +193,9 @@ TEST_F(EncryptedBooks, NoCopyOfThePassphraseIsLeftInMemoryAfterOpening)
             continue;
         const QList<QByteArray> range = fields[0].split('-');
         const quint64 from = range[0].toULongLong(nullptr, 16), to = range[1].toULongLong(nullptr, 16);
-        if (!mem.seek(qint64(from)))
+        // Terabytes of address space the sanitizers reserve (their shadow) hold no data
+        // of ours, and could not be read into one array.
+        if (to - from > (quint64(1) << 30) || !mem.seek(qint64(from)))
             continue;
         chunk = mem.read(qint64(to - from));
         scanned += chunk.size();
